@@ -1,0 +1,35 @@
+#include "core/manipulatorcontext.h"
+
+#include "core/historyscratch.h"
+#include <utility>
+
+namespace Orv::Core {
+
+ManipulatorContext::ManipulatorContext(std::shared_ptr<HistoryScratch> scratch)
+    : m_scratch(std::move(scratch))
+{}
+
+ManipulatorContext::~ManipulatorContext()
+{
+    if (!m_isClosed)
+        close();
+}
+
+void ManipulatorContext::close()
+{
+    m_isClosed = true;
+    try {
+        if (m_rollback) {
+            m_scratch->rollback(*this);
+        } else {
+            dispatch();
+            m_scratch->settleAll(*this);
+        }
+    } catch (...) {
+        finish(); // a message left pending would keep its listeners from all later ones
+        throw;
+    }
+    finish();
+}
+
+} // namespace Orv::Core

@@ -1,0 +1,75 @@
+#include "core/manipulatorlist.h"
+
+#include "core/historyscratch.h"
+#include "data/changeevent.h"
+
+namespace Orv::Core {
+
+using Data::ChangeRuns;
+using Data::ChangeType;
+using Data::ContainerListBase;
+
+void ManipulatorListBase::clear()
+{
+    if (!list()->isEmpty())
+        erase(0, list()->size());
+}
+
+void ManipulatorListBase::pushBack(std::unique_ptr<Data::BaseObject> item)
+{
+    std::vector<std::unique_ptr<Data::BaseObject>> items;
+    items.push_back(std::move(item));
+    insert(list()->size(), std::move(items));
+}
+
+void ManipulatorListBase::insert(std::size_t index,
+                                 std::vector<std::unique_ptr<Data::BaseObject>> items)
+{
+    if (index > list()->size())
+        throw ExceptionOutOfBounds();
+    std::vector<Data::BaseObject*> pointers;
+    pointers.reserve(items.size());
+    for (const auto& item : items)
+        pointers.push_back(item.get());
+    static_cast<ContainerListBase&>(object()).insertOwned(index, pointers);
+    for (auto& item : items)
+        static_cast<void>(item.release()); // the list owns them now
+    context().scratch().addListInsert(*this, index, pointers.size());
+    for (const Data::BaseObject* pointer : pointers)
+        noteInserted(*pointer);
+    ChangeRuns runs;
+    runs.insertRun(index, pointers.size());
+    notify(ChangeType::Inserted, runs);
+}
+
+void ManipulatorListBase::erase(std::size_t index, std::size_t count)
+{
+    if (index > list()->size() || count > list()->size() - index)
+        throw ExceptionOutOfBounds();
+    for (std::size_t i = index; i < index + count; ++i)
+        notifyRemoved(*list()->childAt(i));
+    auto items = static_cast<ContainerListBase&>(object()).takeOwned(index, count);
+    context().scratch().addListErase(*this, index, std::move(items));
+    ChangeRuns runs;
+    runs.eraseRun(index, count);
+    notify(ChangeType::Erased, runs);
+}
+
+void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)
+{
+    const auto size = static_cast<std::ptrdiff_t>(list()->size());
+    const auto from = static_cast<std::ptrdiff_t>(index);
+    // In this form neither the sum nor the negation can overflow.
+    if (index >= list()->size() || offset < -from || offset >= size - from)
+        throw ExceptionOutOfBounds();
+    if (offset == 0)
+        return;
+    static_cast<ContainerListBase&>(object()).moveOwned(index,
+                                                        static_cast<std::size_t>(from + offset));
+    context().scratch().addListMove(*this, index, offset);
+    ChangeRuns runs;
+    runs.moveRun(index, offset);
+    notify(ChangeType::Moved, runs);
+}
+
+} // namespace Orv::Core

@@ -1,0 +1,255 @@
+#include "data/attribute.h"
+
+#include <boost/lexical_cast.hpp>
+#include <charconv>
+#include <cmath>
+#include <sstream>
+#include <type_traits>
+
+namespace Orv::Data {
+
+namespace {
+
+// Digits that keep a value apart from its neighbours: a scalar float is written with nine, the
+// elements of a vector with six. Files depend on the difference.
+constexpr int ScalarFloatDigits = 9;
+constexpr int VecFloatDigits = 6;
+
+// Room for any number below, sign, point and exponent included.
+constexpr std::size_t NumberLength = 32;
+
+template <class T>
+[[noreturn]] void throwBadText()
+{
+    throw boost::bad_lexical_cast(typeid(std::string), typeid(T));
+}
+
+// Numbers are written without a look at the C locale, which a Qt program takes from its user.
+template <class Number>
+void appendInteger(std::string& out, Number value)
+{
+    char buffer[NumberLength];
+    const auto result = std::to_chars(buffer, buffer + NumberLength, value);
+    out.append(buffer, result.ptr);
+}
+
+void appendFloat(std::string& out, double value, int digits)
+{
+    char buffer[NumberLength];
+    const auto result =
+        std::to_chars(buffer, buffer + NumberLength, value, std::chars_format::general, digits);
+    out.append(buffer, result.ptr);
+}
+
+void appendValue(std::string& out, UInt value)
+{
+    appendInteger(out, value);
+}
+
+void appendValue(std::string& out, bool value)
+{
+    out.push_back(value ? '1' : '0');
+}
+
+void appendValue(std::string& out, const Text& value)
+{
+    out.append(value);
+}
+
+void appendValue(std::string& out, float value)
+{
+    appendFloat(out, static_cast<double>(value), ScalarFloatDigits);
+}
+
+template <class T, std::size_t N>
+void appendValue(std::string& out, const Vec<T, N>& value)
+{
+    for (std::size_t i = 0; i < N; ++i) {
+        if (i > 0)
+            out.push_back(' ');
+        if constexpr (std::is_integral_v<T>)
+            appendInteger(out, value[i]);
+        else
+            appendFloat(out, static_cast<double>(value[i]), VecFloatDigits);
+    }
+}
+
+// The short plain forms that files hold nearly always; whatever they do not cover goes the long
+// way through the conversion that defines the format.
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Reads "-12", up to nine digits: no overflow to think of. Answers the end, null if it is not so.
+const char* parsePlain(const char* first, const char* last, int& value)
+{
+    const char* digits = first != last && *first == '-' ? first + 1 : first;
+    const char* end = digits;
+    while (end != last && isDigit(*end))
+        ++end;
+    if (end == digits || end - digits > 9)
+        return nullptr;
+    std::from_chars(first, end, value);
+    return end;
+}
+
+// Reads "-12" and "-12.5", without exponent. Answers the end, null if it is not so.
+const char* parsePlain(const char* first, const char* last, float& value)
+{
+    const char* digits = first != last && *first == '-' ? first + 1 : first;
+    const char* end = digits;
+    while (end != last && isDigit(*end))
+        ++end;
+    if (end == digits)
+        return nullptr;
+    if (end != last && *end == '.') {
+        ++end;
+        while (end != last && isDigit(*end))
+            ++end;
+    }
+    const auto result = std::from_chars(first, end, value, std::chars_format::fixed);
+    return result.ec == std::errc() ? end : nullptr;
+}
+
+template <class T>
+bool parseWholePlain(std::string_view text, T& value)
+{
+    const char* last = text.data() + text.size();
+    return parsePlain(text.data(), last, value) == last;
+}
+
+template <class T, std::size_t N>
+bool parseWholePlain(std::string_view text, Vec<T, N>& value)
+{
+    const char* place = text.data();
+    const char* const last = place + text.size();
+    for (std::size_t i = 0; i < N; ++i) {
+        place = parsePlain(place, last, value[i]);
+        if (place == nullptr)
+            return false;
+        if (i + 1 < N) {
+            if (place == last || (*place != ' ' && *place != ','))
+                return false;
+            ++place;
+        }
+    }
+    return place == last;
+}
+
+UInt parse(std::string_view text, const UInt*)
+{
+    int plain = 0;
+    if (parseWholePlain(text, plain) && plain >= 0 && text.front() != '-')
+        return static_cast<UInt>(plain);
+    return boost::lexical_cast<UInt>(text.data(), text.size());
+}
+
+bool parse(std::string_view text, const bool*)
+{
+    if (text == "1" || text == "+1")
+        return true;
+    if (text == "0" || text == "+0" || text == "-0")
+        return false;
+    throwBadText<bool>();
+}
+
+Text parse(std::string_view text, const Text*)
+{
+    return Text(text);
+}
+
+float parse(std::string_view text, const float*)
+{
+    float value = 0;
+    if (parseWholePlain(text, value))
+        return value;
+    return boost::lexical_cast<float>(text.data(), text.size());
+}
+
+template <class T, std::size_t N>
+Vec<T, N> parse(std::string_view text, const Vec<T, N>*)
+{
+    Vec<T, N> value;
+    if (parseWholePlain(text, value))
+        return value;
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    stream.unsetf(std::ios::skipws);
+    stream >> value;
+    if (stream.fail() || stream.get() != std::istringstream::traits_type::eof())
+        throwBadText<Vec<T, N>>();
+    return value;
+}
+
+template <class T>
+bool differs(const T& a, const T& b)
+{
+    if constexpr (std::is_floating_point_v<T>)
+        return a < b || a > b; // so a NaN is never modified
+    else
+        return a != b;
+}
+
+template <std::size_t N>
+bool differs(const Vec<float, N>& a, const Vec<float, N>& b)
+{
+    for (std::size_t i = 0; i < N; ++i)
+        if (differs(a[i], b[i]))
+            return true;
+    return false;
+}
+
+} // namespace
+
+template <class T>
+void Attribute<T>::appendText(std::string& out) const
+{
+    appendValue(out, m_value);
+}
+
+template <class T>
+T valueFromString(std::string_view text)
+{
+    return parse(text, static_cast<const T*>(nullptr));
+}
+
+template <class T>
+void Attribute<T>::fromString(std::string_view text)
+{
+    m_value = valueFromString<T>(text);
+}
+
+template <class T>
+bool Attribute<T>::isModified() const
+{
+    return differs(getDefaultValue(), m_value);
+}
+
+template UInt valueFromString<UInt>(std::string_view text);
+template bool valueFromString<bool>(std::string_view text);
+template Text valueFromString<Text>(std::string_view text);
+template float valueFromString<float>(std::string_view text);
+template Float1 valueFromString<Float1>(std::string_view text);
+template Float2 valueFromString<Float2>(std::string_view text);
+template Float3 valueFromString<Float3>(std::string_view text);
+template Float4 valueFromString<Float4>(std::string_view text);
+template Int1 valueFromString<Int1>(std::string_view text);
+template Int2 valueFromString<Int2>(std::string_view text);
+template Int3 valueFromString<Int3>(std::string_view text);
+template Int4 valueFromString<Int4>(std::string_view text);
+
+template class Attribute<UInt>;
+template class Attribute<bool>;
+template class Attribute<Text>;
+template class Attribute<float>;
+template class Attribute<Float1>;
+template class Attribute<Float2>;
+template class Attribute<Float3>;
+template class Attribute<Float4>;
+template class Attribute<Int1>;
+template class Attribute<Int2>;
+template class Attribute<Int3>;
+template class Attribute<Int4>;
+
+} // namespace Orv::Data

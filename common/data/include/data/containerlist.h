@@ -1,0 +1,138 @@
+// Lists: an ordered sequence of owned children.
+#pragma once
+
+#include "data/container.h"
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace Orv::Core {
+class ManipulatorListBase;
+} // namespace Orv::Core
+
+namespace Orv::Data {
+
+// A growing array of pointers behind one word: most lists of a document are empty or short.
+// Owns its storage, not what the pointers lead to. Throws std::length_error beyond 2^32 - 1.
+class PointerArray
+{
+public:
+    PointerArray() = default;
+    PointerArray(const PointerArray&) = delete;
+    PointerArray& operator=(const PointerArray&) = delete;
+    ~PointerArray();
+
+    std::size_t size() const { return m_block == nullptr ? 0 : m_block->size; }
+    BaseObject* operator[](std::size_t index) const { return items()[index]; }
+    BaseObject* const* begin() const { return m_block == nullptr ? nullptr : items(); }
+    BaseObject* const* end() const { return begin() + size(); }
+
+    // Puts `count` pointers before the item at `index`, which is at most size().
+    void insert(std::size_t index, BaseObject* const* pointers, std::size_t count);
+    // Forgets `count` items from `index` on.
+    void erase(std::size_t index, std::size_t count);
+    // Shifts one item to the place `to`; those between close up.
+    void move(std::size_t from, std::size_t to);
+
+private:
+    struct Block
+    {
+        std::uint32_t size;
+        std::uint32_t capacity;
+    };
+    BaseObject** items() const { return reinterpret_cast<BaseObject**>(m_block + 1); }
+    void reserve(std::size_t capacity);
+
+    Block* m_block = nullptr;
+};
+
+// The list without its item type. Positions are constant time.
+class ContainerListBase : public Container
+{
+public:
+    ContainerListBase() = default;
+    ~ContainerListBase() override { ContainerListBase::clear(); }
+
+    ObjectKind kind() const override { return ObjectKind::List; }
+
+    using Container::childAt;
+    std::size_t childCount() const override { return m_items.size(); }
+    const BaseObject* childAt(std::size_t index) const override { return m_items[index]; }
+    bool isModified() const override { return !isEmpty(); }
+    bool isEmpty() const { return m_items.size() == 0; }
+    std::size_t size() const { return m_items.size(); }
+
+    // The three below neither record nor notify: only for a tree that is being built and has no
+    // listeners. `child` must be of the list's item type.
+    void clear();
+    void pushBack(std::unique_ptr<BaseObject> child);
+
+    // A new child of the class whose element name is `elementName`, without parent; null if the
+    // list has no such class.
+    virtual std::unique_ptr<BaseObject> createChild(std::string_view elementName) const = 0;
+
+    // The place of `child`, size() if it is none of the items. A walk.
+    std::size_t indexOf(const BaseObject& child) const;
+
+private:
+    friend class Orv::Core::ManipulatorListBase;
+    void insertOwned(std::size_t index, const std::vector<BaseObject*>& items);
+    // Hands the items over to the caller, their parent cleared.
+    std::vector<BaseObject*> takeOwned(std::size_t index, std::size_t count);
+
+    void moveOwned(std::size_t from, std::size_t to) { m_items.move(from, to); }
+
+    PointerArray m_items;
+};
+
+// Items of the common base type T: one class, or BaseObject or ContentObjectBase for several.
+template <class T>
+class ContainerList : public ContainerListBase
+{
+public:
+    using ItemType = T;
+
+    // A read-only walk over typed items; invalid as soon as the list changes.
+    class ConstIterator
+    {
+    public:
+        using value_type = T;
+        using reference = const T&;
+        using pointer = const T*;
+        using difference_type = std::ptrdiff_t;
+        using iterator_category = std::forward_iterator_tag;
+
+        ConstIterator(const ContainerListBase& list, std::size_t index)
+            : m_list(&list), m_index(index)
+        {}
+        const T& operator*() const { return static_cast<const T&>(*m_list->childAt(m_index)); }
+        const T* operator->() const { return &**this; }
+        ConstIterator& operator++()
+        {
+            ++m_index;
+            return *this;
+        }
+        friend bool operator==(const ConstIterator& a, const ConstIterator& b)
+        {
+            return a.m_index == b.m_index;
+        }
+        friend bool operator!=(const ConstIterator& a, const ConstIterator& b) { return !(a == b); }
+        std::size_t index() const { return m_index; }
+
+    private:
+        const ContainerListBase* m_list;
+        std::size_t m_index;
+    };
+
+    ConstIterator begin() const { return ConstIterator(*this, 0); }
+    ConstIterator end() const { return ConstIterator(*this, size()); }
+    // The list must not be empty.
+    const T& front() const { return at(0); }
+    const T& back() const { return at(size() - 1); }
+    // `index` is below size().
+    const T& at(std::size_t index) const { return static_cast<const T&>(*childAt(index)); }
+    T& at(std::size_t index) { return static_cast<T&>(*childAt(index)); }
+};
+
+} // namespace Orv::Data

@@ -1,0 +1,86 @@
+// Reads an XML document into an object tree.
+#pragma once
+
+#include "data/baseobject.h"
+#include <QXmlStreamReader>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Orv::Data {
+
+class AttributeBase;
+
+// Called with the fraction of the document that has been read, from 0 to 1.
+using ProgressFunction = std::function<void(float)>;
+
+// What a read answers. 1 to 4 are also the errors of QXmlStreamReader.
+enum class XmlReadStatus : int
+{
+    Success = 0,
+    EndElementExpected = 3,
+    BadRoot = 5,
+    MemberMissing = 6,
+    AttributeNotFound = 7,
+    NestingTooDeep = 8,
+};
+
+// One element per object: an attribute has its text in `v`, a structure its members as children in
+// any order, a list its items, a union at most one child. Members that nobody claims are skipped,
+// and a member that stands twice is read once. An unknown item of a list or union ends it early:
+// what follows is read one level too high, and files depend on that.
+// Elements may nest MaximumDepth deep; no depth costs stack. Serves one read, of a document into a
+// tree that nobody listens to.
+class XmlDataReader : public QXmlStreamReader
+{
+public:
+    static constexpr int MaximumDepth = 5000;
+
+    // `device` is open for reading and outlives the reader.
+    explicit XmlDataReader(QIODevice* device);
+
+    // Fills `root`, whose element name the document's root must have. Answers 0 (Success) or the
+    // first failure, an XmlReadStatus or an error of the stream reader, with the text in
+    // errorString(); the tree is then incomplete. A value text that its type refuses throws
+    // boost::bad_lexical_cast. Progress is told about twenty times for a document over 1 MiB.
+    int read(BaseObject& root, const ProgressFunction& progress);
+
+private:
+    // One container that has been begun and not ended.
+    struct Level
+    {
+        BaseObject* object;
+        ObjectKind kind;
+        std::uint64_t pending; // members of a structure that have not been met, a bit each
+        std::unique_ptr<BaseObject> child; // of a list or union, while it is read
+    };
+
+    int fail(XmlReadStatus status, const QString& text);
+    int failForDepth();
+    TokenType advance();
+    void skipWhitespace();
+    int expectEnd();
+    int skipElement();
+    void startProgress(const ProgressFunction& progress);
+    void reportProgress();
+
+    int begin(BaseObject& object);
+    int readAttribute(AttributeBase& attribute);
+    int readContainers();
+    int stepStruct(Level& level);
+    int stepList(Level& level);
+    int stepUnion(Level& level);
+    int endLevel();
+
+    std::vector<Level> m_levels;
+    int m_depth = 0;    // of the element at hand in the file; an unknown item shifts the levels
+    std::string m_text; // of the value or name at hand, kept for its memory
+    const ProgressFunction* m_progress = nullptr; // the caller's, while it reads
+    qint64 m_totalSize = 0;
+    qint64 m_progressStep = 0;
+    qint64 m_nextProgressOffset = 0;
+};
+
+} // namespace Orv::Data

@@ -1,0 +1,107 @@
+#include "data/shadowobject.h"
+
+#include "data/diagnosticlog.h"
+#include "data/manipulatorcontextbase.h"
+#include <algorithm>
+
+namespace Orv::Data {
+
+ShadowObject::ShadowObject(BaseObject& owner)
+{
+    m_owner.shadow = this;
+    owner.linkShadow(m_owner);
+}
+
+ShadowObject::~ShadowObject()
+{
+    if (m_pending)
+        DiagnosticLog::write(LogLevel::Assertion, "data/include/data/shadowobject", 34,
+                             "The shadow object have pending messages");
+    // A listener may touch its entry while it dies: each leaves the vector first.
+    while (!m_listeners.empty()) {
+        ListenerBase* listener = m_listeners.back().listener.access();
+        m_listeners.pop_back();
+        if (listener != nullptr && listener->isOwnedByShadow())
+            delete listener;
+    }
+}
+
+ShadowObject& ShadowObject::of(BaseObject& object)
+{
+    ShadowObject* shadow = object.shadow();
+    return shadow != nullptr ? *shadow : *new ShadowObject(object); // the object owns it
+}
+
+void ShadowObject::addListener(ListenerBase& listener)
+{
+    removeDeadListeners();
+    ListenerEntry entry;
+    entry.priority = listener.getPriority();
+    entry.listener.reset(&listener);
+    entry.hasOwnMessage = hasPending();
+    const auto place = std::upper_bound(
+        m_listeners.begin(), m_listeners.end(), entry.priority,
+        [](std::uint16_t priority, const ListenerEntry& e) { return priority < e.priority; });
+    m_listeners.insert(place, std::move(entry));
+}
+
+bool ShadowObject::removeListener(const ListenerBase& listener)
+{
+    const auto place =
+        std::find_if(m_listeners.begin(), m_listeners.end(),
+                     [&](const ListenerEntry& entry) { return entry.listener == &listener; });
+    if (place == m_listeners.end())
+        return false;
+    m_listeners.erase(place);
+    return true;
+}
+
+bool ShadowObject::post(ChangeEvent& event, ManipulatorContextBase& context)
+{
+    bool anyMatched = false;
+    for (ListenerEntry& entry : m_listeners) {
+        if (!entry.listener)
+            continue;
+        if (event.type == ChangeType::Removed || !entry.matched)
+            entry.matched = entry.listener->accept(event);
+        anyMatched = anyMatched || entry.matched;
+    }
+    if (!anyMatched)
+        return false;
+    if (!m_pending) {
+        m_pending = std::make_unique<DataMessage>();
+        m_pending->object.reset(owner());
+    }
+    m_pending->context.reset(&context);
+    m_pending->merge(event.type, event.runs);
+    for (ListenerEntry& entry : m_listeners) {
+        if (!entry.hasOwnMessage)
+            continue;
+        if (!entry.ownMessage) {
+            entry.ownMessage = std::make_shared<DataMessage>();
+            entry.ownMessage->object.reset(owner());
+        }
+        entry.ownMessage->context.reset(&context);
+        entry.ownMessage->merge(event.type, event.runs);
+    }
+    return true;
+}
+
+void ShadowObject::dropPending()
+{
+    m_pending.reset();
+    for (ListenerEntry& entry : m_listeners) {
+        entry.matched = false;
+        entry.hasOwnMessage = false;
+        entry.ownMessage.reset();
+    }
+}
+
+void ShadowObject::removeDeadListeners()
+{
+    m_listeners.erase(std::remove_if(m_listeners.begin(), m_listeners.end(),
+                                     [](const ListenerEntry& entry) { return !entry.listener; }),
+                      m_listeners.end());
+}
+
+} // namespace Orv::Data
