@@ -1,0 +1,38 @@
+// One output of an instantiated graph on one of the instance node's outputs.
+#pragma once
+
+#include "data/content/types.h"
+#include "data/declaration.h"
+
+namespace Ksx::Data::Content {
+
+#define ORV_CLASS   OutputBridging
+#define ORV_BASE    ContainerStructBase
+#define ORV_ELEMENT "outputBridging"
+#define ORV_TABLE   "data/content/outputbridging.members"
+#include "data/declaremembers.inc"
+
+#include "data/undefclass.inc"
+
+class OutputBridging final : public OutputBridgingStruct
+{
+public:
+    OutputBridging();
+    ~OutputBridging() override;
+};
+
+struct OutputBridgingsMeta_
+{
+    static constexpr Orv::Data::ObjectMeta record =
+        Orv::Data::makeMeta("outputBridgings", Required);
+};
+class OutputBridgings
+    : public Orv::Data::ChildValueTypeBinder<
+          Orv::Data::MetaBinder<Orv::Data::ContainerList<OutputBridging>, OutputBridgingsMeta_>>
+{
+public:
+    OutputBridgings();
+    ~OutputBridgings() override;
+};
+
+} // namespace Ksx::Data::Content

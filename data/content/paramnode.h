@@ -1,0 +1,41 @@
+// One node of a graph that computes a value.
+#pragma once
+
+#include "data/content/connexion.h"
+#include "data/content/funcdata.h"
+#include "data/content/guilayout.h"
+#include "data/content/types.h"
+#include "data/content/valueclasses.h"
+#include "data/declaration.h"
+
+namespace Ksx::Data::Content {
+
+#define ORV_CLASS   ParamNode
+#define ORV_BASE    ContainerStructBase
+#define ORV_ELEMENT "paramNode"
+#define ORV_TABLE   "data/content/paramnode.members"
+#include "data/declaremembers.inc"
+
+#include "data/undefclass.inc"
+
+class ParamNode final : public ParamNodeStruct
+{
+public:
+    ParamNode();
+    ~ParamNode() override;
+};
+
+struct ParamNodesListMeta_
+{
+    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("paramNodes", Required);
+};
+class ParamNodesList
+    : public Orv::Data::ChildValueTypeBinder<
+          Orv::Data::MetaBinder<Orv::Data::ContainerList<ParamNode>, ParamNodesListMeta_>>
+{
+public:
+    ParamNodesList();
+    ~ParamNodesList() override;
+};
+
+} // namespace Ksx::Data::Content
