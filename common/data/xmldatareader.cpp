@@ -5,6 +5,7 @@
 #include "data/containerstruct.h"
 #include "data/containerunion.h"
 #include "data/filename.h"
+#include "data/latin1.h"
 #include <QIODevice>
 #include <QObject>
 #include <algorithm>
@@ -16,26 +17,6 @@ namespace {
 // Above this size a document reports its progress in twentieths, below it once or twice.
 constexpr qint64 LargeDocument = 1048577;
 constexpr qint64 ProgressSteps = 20;
-
-// The 8-bit form of a document's text: Latin-1, with "?" for a character outside it.
-template <class Reference>
-void assignLatin1(std::string& out, const Reference& text)
-{
-    out.clear();
-    const auto size = text.size();
-    const QChar* data = text.data();
-    out.reserve(static_cast<std::size_t>(size));
-    for (auto i = size - size; i < size; ++i) {
-        const char16_t unit = data[i].unicode();
-        if (unit < 0x100) {
-            out.push_back(static_cast<char>(unit));
-            continue;
-        }
-        out.push_back('?');
-        if (data[i].isHighSurrogate() && i + 1 < size && data[i + 1].isLowSurrogate())
-            ++i; // both halves are one character
-    }
-}
 
 template <class Reference>
 bool isSame(const Reference& text, std::string_view name)
@@ -195,7 +176,7 @@ int XmlDataReader::readAttribute(AttributeBase& attribute)
         if ((attribute.getMeta().valueFlags & ValueFlag::FilePath) != 0)
             m_text = toBytes(value->value().toString()); // a file name, which is Unicode
         else
-            assignLatin1(m_text, value->value());
+            assignLatin1(m_text, value->value().data(), value->value().size());
     }
     attribute.fromString(m_text);
     skipWhitespace();
@@ -263,7 +244,7 @@ int XmlDataReader::stepList(Level& level)
         list.pushBack(std::move(level.child));
     if (!isStartElement())
         return endLevel();
-    assignLatin1(m_text, name());
+    assignLatin1(m_text, name().data(), name().size());
     level.child = list.createChild(m_text);
     // An unknown item leaves its own end element at hand, which ends the list in the next step.
     return level.child != nullptr ? begin(*level.child) : skipElement();
@@ -278,7 +259,7 @@ int XmlDataReader::stepUnion(Level& level)
     }
     if (!isStartElement())
         return endLevel();
-    assignLatin1(m_text, name());
+    assignLatin1(m_text, name().data(), name().size());
     level.child = alternatives.createChild(m_text);
     if (level.child != nullptr)
         return begin(*level.child);

@@ -1,10 +1,8 @@
 // Writes the leaf values of a document.
 #pragma once
 
-#include "core/historyscratch.h"
 #include "core/manipulatorbase.h"
 #include "data/attribute.h"
-#include "data/changeevent.h"
 #include <boost/any.hpp>
 #include <string>
 #include <string_view>
@@ -34,24 +32,29 @@ public:
     ManipulatorAttribute(const DataType& attribute, ManipulatorContext& context)
         : ManipulatorAttributeBase(attribute, context)
     {}
-    std::unique_ptr<ManipulatorFactoryBase> createFactory() const override
-    {
-        return std::make_unique<ManipulatorFactory<ManipulatorAttribute>>();
-    }
+    std::unique_ptr<ManipulatorFactoryBase> createFactory() const override;
     const DataType* get() const { return static_cast<const DataType*>(getData()); }
 
     // Recorded and notified even when `value` is the present one.
-    void set(const T& value)
-    {
-        context().scratch().addAttribute(*this);
-        static_cast<DataType&>(object()).m_value = value;
-        notify(Data::ChangeType::Value, {});
-    }
+    void set(const T& value);
 
-    boost::any getValue() const override { return boost::any(get()->get()); }
-    void setFromString(std::string_view text) override { set(Data::valueFromString<T>(text)); }
-    void setValue(const boost::any& value) override { set(boost::any_cast<const T&>(value)); }
-    void resetToDefault() override { set(get()->getDefaultValue()); }
+    boost::any getValue() const override;
+    void setFromString(std::string_view text) override;
+    void setValue(const boost::any& value) override;
+    void resetToDefault() override;
 };
+
+extern template class ManipulatorAttribute<Data::UInt>;
+extern template class ManipulatorAttribute<bool>;
+extern template class ManipulatorAttribute<Data::Text>;
+extern template class ManipulatorAttribute<float>;
+extern template class ManipulatorAttribute<Data::Float1>;
+extern template class ManipulatorAttribute<Data::Float2>;
+extern template class ManipulatorAttribute<Data::Float3>;
+extern template class ManipulatorAttribute<Data::Float4>;
+extern template class ManipulatorAttribute<Data::Int1>;
+extern template class ManipulatorAttribute<Data::Int2>;
+extern template class ManipulatorAttribute<Data::Int3>;
+extern template class ManipulatorAttribute<Data::Int4>;
 
 } // namespace Orv::Core

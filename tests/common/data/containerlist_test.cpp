@@ -1,0 +1,275 @@
+#include "data/containerlist.h"
+
+#include "data/datapointerbox.h"
+#include "support/shelfbuilder.h"
+#include <gtest/gtest.h>
+#include <array>
+#include <numeric>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using namespace TestDocument;
+using Orv::Data::Attribute;
+using Orv::Data::DataPointerBox;
+using Orv::Data::PointerArray;
+
+std::string titlesOf(const Shelf& shelf)
+{
+    std::string titles;
+    for (const Book& book : shelf.books())
+        titles += book.title().get();
+    return titles;
+}
+
+TEST(ContainerList, IsEmptyAtFirst)
+{
+    EXPECT_TRUE(Shelf().books().isEmpty());
+}
+
+TEST(ContainerList, HasNoItemsAtFirst)
+{
+    EXPECT_EQ(Shelf().books().size(), 0u);
+}
+
+TEST(ContainerList, BeginsAtItsEndWhileItIsEmpty)
+{
+    const Shelf shelf;
+    EXPECT_EQ(shelf.books().begin(), shelf.books().end());
+}
+
+TEST(ContainerList, IsNotModifiedWhileItIsEmpty)
+{
+    EXPECT_FALSE(Shelf().books().isModified());
+}
+
+TEST(ContainerList, IsModifiedByAnItemAtItsDefault)
+{
+    EXPECT_TRUE(aShelf().withBook("").build()->books().isModified());
+}
+
+TEST(ContainerList, PushBackSetsTheParent)
+{
+    Shelf shelf;
+    shelf.books().pushBack(std::make_unique<Book>());
+    EXPECT_EQ(shelf.books().front().getParent(), &shelf.books());
+}
+
+TEST(ContainerList, PushBackAppends)
+{
+    EXPECT_EQ(titlesOf(*aShelf().withBook("a").withBook("b").withBook("c").build()), "abc");
+}
+
+TEST(ContainerList, GivesItsItemsByPosition)
+{
+    EXPECT_EQ(aShelf().withBook("a").withBook("b").build()->books().at(1).title().get(), "b");
+}
+
+TEST(ContainerList, GivesItsFirstItem)
+{
+    EXPECT_EQ(aShelf().withBook("a").withBook("b").build()->books().front().title().get(), "a");
+}
+
+TEST(ContainerList, GivesItsLastItem)
+{
+    EXPECT_EQ(aShelf().withBook("a").withBook("b").build()->books().back().title().get(), "b");
+}
+
+TEST(ContainerList, FindsThePlaceOfAnItem)
+{
+    const auto shelf = aShelf().withBook("a").withBook("b").build();
+    EXPECT_EQ(shelf->books().indexOf(shelf->books().back()), 1u);
+}
+
+TEST(ContainerList, AnswersItsSizeForThePlaceOfAStranger)
+{
+    EXPECT_EQ(aShelf().withBook("a").withBook("b").build()->books().indexOf(Book()), 2u);
+}
+
+TEST(ContainerList, ItemsStayWhereTheyAreWhenItGrows)
+{
+    auto shelf = aShelf().withBook("first").build();
+    const Book* first = &shelf->books().front();
+    shelf = ShelfBuilder(std::move(shelf)).withBooks(1000).build();
+    EXPECT_EQ(&shelf->books().front(), first);
+}
+
+TEST(ContainerList, ClearDeletesTheItems)
+{
+    auto shelf = aShelf().withBook("atlas").build();
+    const DataPointerBox<Book> book(&shelf->books().front());
+    shelf->books().clear();
+    EXPECT_EQ(book.get(), nullptr);
+}
+
+TEST(ContainerList, ClearLeavesItEmpty)
+{
+    auto shelf = aShelf().withBook("a").withBook("b").build();
+    shelf->books().clear();
+    EXPECT_TRUE(shelf->books().isEmpty());
+}
+
+TEST(ContainerList, CanBeFilledAgainAfterClear)
+{
+    auto shelf = aShelf().withBook("a").build();
+    shelf->books().clear();
+    shelf->books().pushBack(std::make_unique<Book>());
+    EXPECT_EQ(shelf->books().size(), 1u);
+}
+
+TEST(ContainerList, DeletesItsItemsWithItself)
+{
+    auto shelf = aShelf().withBook("atlas").build();
+    const DataPointerBox<Book> book(&shelf->books().front());
+    shelf.reset();
+    EXPECT_EQ(book.get(), nullptr);
+}
+
+// An item that records whether a box on its list still had its target when the item died.
+struct WitnessMeta_
+{
+    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("witness", Required);
+};
+class Witness final : public Orv::Data::MetaBinder<Attribute<UInt>, WitnessMeta_>
+{
+public:
+    Witness(DataPointerBox<BaseObject>& box, bool& hadTarget) : m_box(box), m_hadTarget(hadTarget)
+    {}
+    ~Witness() override { m_hadTarget = static_cast<bool>(m_box); }
+
+private:
+    DataPointerBox<BaseObject>& m_box;
+    bool& m_hadTarget;
+};
+
+TEST(ContainerList, ItsItemsDieBeforeIt)
+{
+    bool hadTarget = false;
+    auto shelf = std::make_unique<Shelf>();
+    DataPointerBox<BaseObject> list(&shelf->shelves());
+    shelf->shelves().pushBack(std::make_unique<Witness>(list, hadTarget));
+    shelf.reset();
+    EXPECT_TRUE(hadTarget);
+}
+
+// Ten pointers, each to a place of its own, so that their order can be read.
+class PointerArrayOfTen : public testing::Test
+{
+protected:
+    PointerArrayOfTen()
+    {
+        for (std::size_t i = 0; i < m_objects.size(); ++i)
+            m_pointers[i] = &m_objects[i];
+        m_array.insert(0, m_pointers.data(), 10);
+    }
+    std::string order() const
+    {
+        std::string digits;
+        for (const BaseObject* pointer : m_array)
+            digits += std::to_string(static_cast<const Book*>(pointer) - m_objects.data());
+        return digits;
+    }
+    std::array<Book, 10> m_objects;
+    std::array<BaseObject*, 10> m_pointers{};
+    PointerArray m_array;
+};
+
+TEST_F(PointerArrayOfTen, HoldsThemInOrder)
+{
+    EXPECT_EQ(order(), "0123456789");
+}
+
+TEST_F(PointerArrayOfTen, InsertsBeforeTheFirst)
+{
+    m_array.insert(0, &m_pointers[8], 2);
+    EXPECT_EQ(order(), "890123456789");
+}
+
+TEST_F(PointerArrayOfTen, InsertsInTheMiddle)
+{
+    m_array.insert(5, &m_pointers[0], 2);
+    EXPECT_EQ(order(), "012340156789");
+}
+
+TEST_F(PointerArrayOfTen, InsertsBehindTheLast)
+{
+    m_array.insert(10, &m_pointers[0], 1);
+    EXPECT_EQ(order(), "01234567890");
+}
+
+TEST_F(PointerArrayOfTen, IsLeftByAnInsertionOfNothing)
+{
+    m_array.insert(3, nullptr, 0);
+    EXPECT_EQ(order(), "0123456789");
+}
+
+TEST_F(PointerArrayOfTen, ForgetsFromTheMiddle)
+{
+    m_array.erase(2, 3);
+    EXPECT_EQ(order(), "0156789");
+}
+
+TEST_F(PointerArrayOfTen, ForgetsTheLast)
+{
+    m_array.erase(9, 1);
+    EXPECT_EQ(order(), "012345678");
+}
+
+TEST_F(PointerArrayOfTen, IsEmptyAfterAllAreForgotten)
+{
+    m_array.erase(0, 10);
+    EXPECT_EQ(m_array.size(), 0u);
+}
+
+TEST_F(PointerArrayOfTen, MovesOneForward)
+{
+    m_array.move(2, 5);
+    EXPECT_EQ(order(), "0134526789");
+}
+
+TEST_F(PointerArrayOfTen, MovesOneBackward)
+{
+    m_array.move(5, 2);
+    EXPECT_EQ(order(), "0152346789");
+}
+
+TEST_F(PointerArrayOfTen, IsLeftByAMoveToTheSamePlace)
+{
+    m_array.move(4, 4);
+    EXPECT_EQ(order(), "0123456789");
+}
+
+TEST_F(PointerArrayOfTen, RefusesMoreThanItsCapacity)
+{
+    EXPECT_THROW(m_array.insert(10, m_pointers.data(), std::size_t{1} << 32), std::length_error);
+}
+
+TEST_F(PointerArrayOfTen, IsLeftByARefusal)
+{
+    EXPECT_THROW(m_array.insert(0, m_pointers.data(), std::size_t{1} << 32), std::length_error);
+    EXPECT_EQ(order(), "0123456789");
+}
+
+std::string refusalText()
+{
+    PointerArray array;
+    try {
+        array.insert(0, nullptr, std::size_t{1} << 32);
+    } catch (const std::length_error& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(PointerArray, SaysThatTheListIsTooLong)
+{
+    EXPECT_EQ(refusalText(), "list<T> too long");
+}
+
+TEST(PointerArray, TakesOneWord)
+{
+    EXPECT_EQ(sizeof(PointerArray), sizeof(void*));
+}
+
+} // namespace

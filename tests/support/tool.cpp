@@ -1,0 +1,174 @@
+#include "support/tool.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <grp.h>
+#include <ostream>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace TestSupport {
+
+namespace {
+
+constexpr int CannotStart = 127;
+
+struct Pipe
+{
+    Pipe()
+    {
+        if (pipe2(ends.data(), O_CLOEXEC) != 0)
+            throw std::system_error(errno, std::generic_category(), "pipe");
+    }
+    ~Pipe()
+    {
+        closeEnd(0);
+        closeEnd(1);
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    void closeEnd(std::size_t end)
+    {
+        if (ends[end] >= 0)
+            close(ends[end]);
+        ends[end] = -1;
+    }
+
+    std::array<int, 2> ends{-1, -1}; // to read from, to write to
+};
+
+// Appends what has come; closes the pipe at its end.
+void drain(Pipe& pipe, std::string& text)
+{
+    std::array<char, 65536> block;
+    const ssize_t count = read(pipe.ends[0], block.data(), block.size());
+    if (count > 0)
+        text.append(block.data(), static_cast<std::size_t>(count));
+    else if (count == 0 || errno != EINTR)
+        pipe.closeEnd(0);
+}
+
+void readBoth(Pipe& out, Pipe& err, ToolRun& run)
+{
+    while (out.ends[0] >= 0 || err.ends[0] >= 0) {
+        std::array<pollfd, 2> waited{{{out.ends[0], POLLIN, 0}, {err.ends[0], POLLIN, 0}}};
+        if (poll(waited.data(), waited.size(), -1) < 0)
+            continue;
+        if (waited[0].revents != 0)
+            drain(out, run.out);
+        if (waited[1].revents != 0)
+            drain(err, run.err);
+    }
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+bool dropRights()
+{
+    return setgroups(0, nullptr) == 0 && setgid(NobodyId) == 0 && setuid(NobodyId) == 0;
+}
+
+} // namespace
+
+std::ostream& operator<<(std::ostream& stream, const ToolRun& run)
+{
+    return stream << "exit " << run.exitCode << ", signal " << run.signal << ", out \"" << run.out
+                  << "\", err \"" << run.err << "\"";
+}
+
+Tool& Tool::calledAs(const std::string& name)
+{
+    m_name = name;
+    return *this;
+}
+
+Tool& Tool::at(const std::string& executable)
+{
+    m_executable = executable;
+    return *this;
+}
+
+Tool& Tool::withEnvironment(const std::string& name, const std::string& value)
+{
+    m_environment[name] = value;
+    return *this;
+}
+
+Tool& Tool::withoutRootRights()
+{
+    m_dropsRights = isRoot();
+    return *this;
+}
+
+ToolRun Tool::run(const Arguments& arguments) const
+{
+    std::vector<std::string> words{m_name};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const std::vector<char*> argv = pointersTo(words);
+    Pipe out;
+    Pipe err;
+    // The open documents live until the process ends, which is no leak.
+    std::map<std::string, std::string> environment = m_environment;
+    environment.emplace("ASAN_OPTIONS", "detect_leaks=0");
+    // Opened with the rights of the test, so that another user can run it wherever it lies.
+    const int program = open(m_executable.c_str(), O_RDONLY | O_CLOEXEC);
+
+    const pid_t child = fork();
+    if (child == 0) {
+        for (const auto& [name, value] : environment)
+            setenv(name.c_str(), value.c_str(), 1);
+        const int input = open("/dev/null", O_RDONLY);
+        const bool isReady = dup2(input, STDIN_FILENO) >= 0 &&
+                             dup2(out.ends[1], STDOUT_FILENO) >= 0 &&
+                             dup2(err.ends[1], STDERR_FILENO) >= 0 &&
+                             (!m_dropsRights || dropRights()) && chdir(m_directory.c_str()) == 0;
+        if (isReady)
+            fexecve(program, argv.data(), environ);
+        _exit(CannotStart);
+    }
+    close(program);
+    if (child < 0)
+        throw std::system_error(errno, std::generic_category(), "fork");
+
+    out.closeEnd(1);
+    err.closeEnd(1);
+    ToolRun run;
+    readBoth(out, err, run);
+    int status = 0;
+    rusage usage{};
+    while (wait4(child, &status, 0, &usage) < 0 && errno == EINTR) {
+    }
+    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    run.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    run.peakKilobytes = usage.ru_maxrss;
+    return run;
+}
+
+std::string Tool::executable()
+{
+    return KESTRIX_EXECUTABLE;
+}
+
+bool Tool::isRoot()
+{
+    return geteuid() == 0;
+}
+
+ToolRun runTool(const std::string& directory, const Arguments& arguments)
+{
+    return Tool(directory).run(arguments);
+}
+
+} // namespace TestSupport

@@ -1,0 +1,57 @@
+// Runs the built tool as a process of its own.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace TestSupport {
+
+using Arguments = std::vector<std::string>;
+
+struct ToolRun
+{
+    int exitCode = -1; // -1 if a signal ended the process
+    int signal = 0;    // 0 if none did
+    std::string out;
+    std::string err;
+    long peakKilobytes = 0; // of resident memory
+};
+
+// "exit 1, signal 0, out "...", err "..."", as failures print it.
+std::ostream& operator<<(std::ostream& stream, const ToolRun& run);
+
+class Tool
+{
+public:
+    // Runs in that directory.
+    explicit Tool(std::string directory) : m_directory(std::move(directory)) {}
+
+    // What the program is told that it is called, instead of "tool".
+    Tool& calledAs(const std::string& name);
+    // Another copy of the executable.
+    Tool& at(const std::string& executable);
+    Tool& withEnvironment(const std::string& name, const std::string& value);
+    // As a user without rights, if the test itself has those of root.
+    Tool& withoutRootRights();
+
+    ToolRun run(const Arguments& arguments) const;
+
+    static std::string executable();
+    static bool isRoot();
+
+private:
+    std::string m_directory;
+    std::string m_name = "tool";
+    std::string m_executable = executable();
+    std::map<std::string, std::string> m_environment;
+    bool m_dropsRights = false;
+};
+
+// A user and group that own nothing.
+constexpr unsigned NobodyId = 65534;
+
+// Runs the tool in a directory, and all is as it is by default.
+ToolRun runTool(const std::string& directory, const Arguments& arguments);
+
+} // namespace TestSupport
