@@ -1,0 +1,340 @@
+#include "ksx/core/packageslistmanager.h"
+
+#include "core/commandmodification.h"
+#include "core/icommandmanager.h"
+#include "core/ilibraryservices.h"
+#include "data/content/package.h"
+#include "data/content/packagemanipulators.h"
+#include "data/content/packageslist.h"
+#include "data/diagnosticlog.h"
+#include "data/filename.h"
+#include "data/latin1.h"
+#include "ksx/core/datapath.h"
+#include "ksx/core/filereferences.h"
+#include "ksx/core/plainroute.h"
+#include <QCoreApplication>
+#include <QSet>
+#include <QUuid>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace Ksx::Core {
+
+namespace {
+
+using namespace Data::Content;
+using Orv::Core::ManipulatorContext;
+using Orv::Core::ManipulatorList;
+using Orv::Core::ManipulatorStruct;
+using Orv::Data::DataPointerBoxMasterKey;
+
+const char* const Himself = "?himself";
+
+// The packages of one command. Shared, since a payload is copied and the packages are not.
+struct AddPackagesStruct
+{
+    std::shared_ptr<std::vector<std::unique_ptr<Package>>> packages;
+};
+
+using Boxes = std::vector<PackagesListManager::PackageBox>;
+
+struct MovePackageStruct
+{
+    PackagesListManager::PackageBox package;
+    std::ptrdiff_t offset;
+};
+
+bool applyAdd(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKey&,
+              const AddPackagesStruct& added)
+{
+    std::vector<std::unique_ptr<Orv::Data::BaseObject>> items;
+    for (auto& package : *added.packages)
+        items.push_back(std::move(package));
+    const std::size_t size = list.get()->content().size();
+    list.content().insert(size, std::move(items));
+    return true;
+}
+
+bool applyRemove(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKey&,
+                 const Boxes& removed)
+{
+    for (const auto& package : removed) {
+        const auto& content = list.get()->content();
+        const std::size_t index = package ? content.indexOf(*package) : content.size();
+        if (index == content.size())
+            return false;
+        list.content().erase(index, 1);
+    }
+    return true;
+}
+
+bool applyMove(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKey&,
+               const MovePackageStruct& moved)
+{
+    const auto& content = list.get()->content();
+    const auto size = static_cast<std::ptrdiff_t>(content.size());
+    const auto index =
+        moved.package ? static_cast<std::ptrdiff_t>(content.indexOf(*moved.package)) : size;
+    if (index == size || moved.offset < -index || moved.offset >= size - index)
+        return false;
+    list.content().move(static_cast<std::size_t>(index), moved.offset);
+    return true;
+}
+
+bool applyRemoveDependency(ManipulatorStruct<Package> package, const DataPointerBoxMasterKey&,
+                           const Orv::Data::DataPointerBox<Dependency>& removed)
+{
+    const auto& dependencies = package.get()->dependencies();
+    const std::size_t index = removed ? dependencies.indexOf(*removed) : dependencies.size();
+    if (index == dependencies.size())
+        return false;
+    package.dependencies().erase(index, 1);
+    return true;
+}
+
+// Through the process's command manager, directly without one.
+bool execute(std::unique_ptr<Orv::Core::DataModificationBase> modification)
+{
+    const auto command =
+        std::make_shared<Orv::Core::CommandModification>(std::move(modification), QString());
+    const auto manager = Orv::Core::commandManager();
+    return manager != nullptr ? manager->execute(command) : command->execute();
+}
+
+void trace(const QString& text)
+{
+    Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\corepackageslistmanager",
+                              __LINE__, Orv::toBytes(text));
+}
+
+} // namespace
+
+PackagesListManager::PackagesListManager() : m_document(std::make_unique<PackagesList>())
+{
+    editPlainly([this](ManipulatorContext& context) {
+        context.addListener(m_document->content(), m_table);
+        return true;
+    });
+}
+
+PackagesListManager::~PackagesListManager() = default;
+
+bool PackagesListManager::addPackages(std::vector<std::unique_ptr<Package>> packages)
+{
+    const Orv::Data::DataPointerBox<PackagesList> list(m_document.get());
+    AddPackagesStruct added{
+        std::make_shared<std::vector<std::unique_ptr<Package>>>(std::move(packages))};
+    return execute(Orv::Core::makeModification(list, std::move(added), &applyAdd));
+}
+
+bool PackagesListManager::removePackages(const std::vector<PackageBox>& packages)
+{
+    const Orv::Data::DataPointerBox<PackagesList> list(m_document.get());
+    return execute(Orv::Core::makeModification(list, packages, &applyRemove));
+}
+
+bool PackagesListManager::movePackage(const PackageBox& package, std::ptrdiff_t offset)
+{
+    const Orv::Data::DataPointerBox<PackagesList> list(m_document.get());
+    return execute(
+        Orv::Core::makeModification(list, MovePackageStruct{package, offset}, &applyMove));
+}
+
+bool PackagesListManager::removeDependency(Package& package, const Dependency& dependency)
+{
+    const Orv::Data::DataPointerBox<Dependency> removed(&dependency);
+    if (Orv::Data::isAttached(package)) {
+        const PackageBox box(&package);
+        return execute(Orv::Core::makeModification(box, removed, &applyRemoveDependency));
+    }
+    return editPlainly([&](ManipulatorContext& context) {
+        const ManipulatorStruct<Package> manipulator(package, context);
+        const std::size_t index = package.dependencies().indexOf(dependency);
+        if (index == package.dependencies().size())
+            return false;
+        manipulator.dependencies().erase(index, 1);
+        return true;
+    });
+}
+
+std::vector<PackagesListManager::PackageBox> PackagesListManager::openPackages() const
+{
+    std::vector<PackageBox> packages;
+    for (const Package& package : m_document->content())
+        packages.emplace_back(&package);
+    return packages;
+}
+
+QString PackagesListManager::filePath(const Package& package)
+{
+    const PackageEntry* entry = m_table.findByPackage(package);
+    return entry == nullptr ? QString() : entry->path;
+}
+
+PackagesListManager::PackageBox PackagesListManager::packageForPath(const QString& path)
+{
+    const PackageEntry* entry = m_table.findByPath(path);
+    const bool isOpen = entry != nullptr && entry->package && isAttached(*entry->package);
+    return isOpen ? entry->package : PackageBox();
+}
+
+std::unique_ptr<Package> PackagesListManager::newPackage(const QString& identifier)
+{
+    const QString name = identifier.isEmpty()
+                             ? QCoreApplication::translate("Ksx::Data::Desc::Packages",
+                                                           "DEFAULT_NEW_PACKAGE_IDENTIFIER")
+                             : identifier;
+    auto package = std::make_unique<Package>();
+    package->identifier().assign(Orv::toLatin1(name));
+    package->fileUID().assign(QUuid::createUuid().toString().toStdString());
+    return package;
+}
+
+PackagesListManager::PackageBox PackagesListManager::keep(std::unique_ptr<Package> package)
+{
+    m_kept.push_back(std::move(package));
+    return PackageBox(m_kept.back().get());
+}
+
+std::unique_ptr<Package> PackagesListManager::release(const Package& package)
+{
+    for (auto place = m_kept.begin(); place != m_kept.end(); ++place) {
+        if (place->get() != &package)
+            continue;
+        auto released = std::move(*place);
+        m_kept.erase(place);
+        return released;
+    }
+    return nullptr;
+}
+
+std::list<PackagesListManager::DependencyEntry>
+PackagesListManager::dependenciesOf(const DependencyEntry& entry)
+{
+    std::list<DependencyEntry> yielded;
+    if (!entry.package)
+        return yielded;
+    QSet<QString> names;
+    std::vector<const Dependency*> removed;
+    for (const Dependency& dependency : entry.package->dependencies()) {
+        DependencyEntry wanted;
+        wanted.uid = static_cast<std::int32_t>(dependency.uid().get());
+        wanted.filename = Orv::fromBytes(dependency.filename().get());
+        wanted.owner = entry.package;
+        wanted.element.reset(&dependency);
+        if (dependency.filename().get() == Himself) {
+            wanted.filename = entry.filename;
+            wanted.package = entry.package;
+        } else if (wanted.filename.isEmpty()) {
+            if (const PackageEntry* known = m_table.findByUid(dependency.uid().get())) {
+                wanted.filename = known->path;
+                wanted.package = known->package;
+            }
+        } else if (wanted.filename == entry.filename) {
+            trace(QStringLiteral("Removed bad himself dependency '%1'\n").arg(wanted.filename));
+            removed.push_back(&dependency);
+            continue;
+        } else {
+            if (names.contains(wanted.filename)) {
+                trace(QStringLiteral("Removed multi dependency '%1'\n").arg(wanted.filename));
+                removed.push_back(&dependency);
+                continue;
+            }
+            wanted.package = packageForPath(wanted.filename);
+        }
+        names.insert(wanted.filename);
+        yielded.push_back(wanted);
+    }
+    for (const Dependency* dependency : removed)
+        removeDependency(const_cast<Package&>(*entry.package), *dependency);
+    return yielded;
+}
+
+// The uids to change, by the package whose elements and paths name them. All pairs of an owner are
+// applied in one pass, so that a uid which is both old and new is not moved twice.
+struct PackagesListManager::Rewrites
+{
+    struct OfOwner
+    {
+        std::vector<std::pair<Orv::Data::DataPointerBox<Dependency>, Uid>> elements;
+        std::unordered_map<Uid, Uid> uids; // of data paths; the first pair of an old uid holds
+    };
+    std::map<const Package*, OfOwner> owners;
+
+    void add(const DependencyEntry& entry, Uid newUid)
+    {
+        if (!entry.owner)
+            return;
+        const auto oldUid = static_cast<Uid>(entry.uid);
+        OfOwner& owner = owners[entry.owner.get()];
+        // A uid that stays is a pair as well: its paths do not go along with a second element that
+        // has the same uid and loses it.
+        owner.uids.emplace(oldUid, newUid);
+        if (oldUid != newUid)
+            owner.elements.emplace_back(entry.element, newUid);
+    }
+    void apply() const
+    {
+        for (const auto& [package, rewrite] : owners) {
+            if (rewrite.elements.empty())
+                continue;
+            for (const auto& [element, uid] : rewrite.elements)
+                if (element)
+                    const_cast<Dependency&>(*element).uid().assign(uid);
+            visitTexts(const_cast<Package&>(*package),
+                       [&uids = rewrite.uids](TextAttribute& text) { rewriteText(text, uids); });
+        }
+    }
+    static void rewriteText(TextAttribute& text, const std::unordered_map<Uid, Uid>& uids)
+    {
+        if (!DataPath::isDataPath(text.get()))
+            return;
+        const auto dependency = DataPath(text.get()).dependency();
+        const auto pair = dependency ? uids.find(*dependency) : uids.end();
+        if (pair != uids.end() && pair->second != pair->first)
+            text.assign(DataPath::withParameter(text.get(), DataPathKey::Dependency,
+                                                std::to_string(pair->second)));
+    }
+};
+
+PackageEntry& PackagesListManager::entryFor(const DependencyEntry& entry,
+                                            const std::function<bool(Uid)>& isTaken)
+{
+    if (PackageEntry* known = m_table.findByPath(entry.filename))
+        return *known;
+    const auto wanted = static_cast<Uid>(entry.uid);
+    const bool isFree = wanted != NoUid && m_table.findByUid(wanted) == nullptr;
+    const Uid uid = isFree ? wanted : UidSource::shared().next(isTaken);
+    return m_table.add(uid, entry.filename, nullptr);
+}
+
+bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded)
+{
+    std::unordered_set<Uid> named; // by a dependency element of this load
+    for (const DependencyEntry& entry : loaded)
+        if (entry.package)
+            for (const Dependency& dependency : entry.package->dependencies())
+                named.insert(dependency.uid().get());
+    const auto isTaken = [&](Uid uid) {
+        return m_table.findByUid(uid) != nullptr || named.count(uid) != 0;
+    };
+
+    Rewrites rewrites;
+    std::vector<std::unique_ptr<Package>> added;
+    for (const DependencyEntry& entry : loaded) {
+        PackageEntry& known = entryFor(entry, isTaken);
+        if (entry.package) {
+            // A package that is neither attached nor collected yet is still kept here.
+            if (auto package = release(*entry.package)) {
+                known.package = entry.package;
+                added.push_back(std::move(package));
+            }
+        }
+        rewrites.add(entry, known.uid);
+    }
+    rewrites.apply();
+    return addPackages(std::move(added));
+}
+
+} // namespace Ksx::Core

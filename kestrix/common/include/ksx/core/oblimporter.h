@@ -1,0 +1,19 @@
+// Reads the XML form of a package.
+#pragma once
+
+#include "ksx/core/iombreldataimporter.h"
+
+namespace Ksx::Core {
+
+// For ".obl" and the editor's ".obl.orvautosave".
+class OBLImporter final : public IOmbrelDataImporter
+{
+public:
+    bool accepts(const QUrl& url) const override;
+    // A Package, or null; a bad value in the document is a failure like any other.
+    std::unique_ptr<Orv::Data::BaseObject>
+    import(QIODevice& device, Orv::Core::MessageNode* log,
+           const Orv::Core::Extensions::ProgressFunction& progress) const override;
+};
+
+} // namespace Ksx::Core

@@ -1,0 +1,42 @@
+// Where new uids come from.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <functional>
+
+namespace Ksx::Core {
+
+using Uid = std::uint32_t;
+
+// Never allotted: it stands for "no uid" where a number is needed.
+constexpr Uid NoUid = 0xFFFFFFFFu;
+
+// Uids are the time in seconds plus a counter, in wrapping 32-bit arithmetic: so they differ
+// between runs and between uses, and need no other randomness.
+class UidSource
+{
+public:
+    using Clock = std::function<std::time_t()>;
+    using IsTaken = std::function<bool(Uid)>;
+
+    explicit UidSource(Uid firstCount) : m_counter(firstCount) {}
+
+    // The source of everything but the updater that first gave packages their uids.
+    static UidSource& shared();
+    // That of the updater, with a counter of its own from 0.
+    static UidSource& ofUpdater();
+    // Replaces the clock of all sources; an empty function brings the system's back.
+    static void setClock(Clock clock);
+
+    // A uid that `isTaken` (may be empty) does not know, and that is not NoUid.
+    Uid next(const IsTaken& isTaken);
+    void setCounter(Uid count) { m_counter = count; }
+
+private:
+    Uid draw();
+
+    Uid m_counter;
+};
+
+} // namespace Ksx::Core
