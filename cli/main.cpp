@@ -1,0 +1,44 @@
+// Set-up, one command, tear-down.
+#include "core/programoptions.h"
+#include "data/filename.h"
+#include "imageformats/imagepluginregistration.h"
+#include "programcommand/filterspecialization.h"
+#include "programcommand/inputeditor.h"
+#include "programcommand/update.h"
+#include "services.h"
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+constexpr unsigned LineLength = 80;
+constexpr unsigned MinDescriptionLength = 70;
+
+// Plug-ins are searched in a directory of the program's own, and nowhere else.
+void setLibraryPaths()
+{
+    const QStringList paths = QCoreApplication::libraryPaths();
+    for (const QString& path : paths)
+        QCoreApplication::removeLibraryPath(path);
+    QDir directory(QCoreApplication::applicationDirPath());
+    if (directory.cd(QStringLiteral("plugins")))
+        QCoreApplication::addLibraryPath(directory.path());
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Orv::installFileNameCodec();
+    Services services;
+    const QCoreApplication application(argc, argv);
+    setLibraryPaths();
+    Orv::ImageFormats::registerImagePlugin();
+    const QFileInfo program(Orv::fromBytes(argv[0]));
+    Orv::Core::ProgramOptions options(program.baseName(), LineLength, MinDescriptionLength);
+    options.addCommand(std::make_unique<ProgramCommand::Update>(&services));
+    options.addCommand(std::make_unique<ProgramCommand::FilterSpecialization>(&services));
+    options.addCommand(std::make_unique<ProgramCommand::InputEditor>(&services));
+    return options.run(argc, argv);
+}

@@ -1,0 +1,119 @@
+#include "programcommand/update.h"
+
+#include "console.h"
+#include "data/content/package.h"
+#include "ksx/core/packageslistmanager.h"
+#include "ksx/core/packagewriter.h"
+#include "packageloading.h"
+#include "programcommand/commandoptions.h"
+#include "services.h"
+#include <QDir>
+#include <QFileInfo>
+
+namespace ProgramCommand {
+
+namespace {
+
+namespace po = boost::program_options;
+using PackageBox = Ksx::Core::PackagesListManager::PackageBox;
+
+const char* const Inputs = "inputs";
+const char* const OutputPath = "output-path";
+const char* const OutputName = "output-name";
+const char* const PresetsPath = "presets-path";
+const char* const NoDependency = "no-dependency"; // accepted, and read by nothing
+
+const QString Indent = QStringLiteral("    ");
+
+QString defaultOutputName()
+{
+    return QStringLiteral("%1_updated").arg(QLatin1String(InputNamePattern));
+}
+
+// The file that a package goes to; null if the options leave it without a name.
+QString targetOf(const QFileInfo& input, const po::variables_map& variables)
+{
+    QString name = optionText(variables, OutputName);
+    name.replace(QLatin1String(InputNamePattern), input.baseName());
+    if (name.isEmpty())
+        return {};
+    QString directory = QDir::currentPath();
+    if (variables.count(OutputPath) != 0) {
+        directory = optionText(variables, OutputPath);
+        directory.replace(QLatin1String(InputPathPattern), input.absolutePath());
+    }
+    return QDir(directory).absoluteFilePath(name + QStringLiteral(".obl"));
+}
+
+} // namespace
+
+Update::Update(Services* services)
+    : Orv::Core::ProgramCommand(QStringLiteral("update")), m_services(services)
+{
+    po::options_description group = optionGroup(name(), "I/O options");
+    addOption(group, Inputs, po::value<std::vector<std::string>>(),
+              QStringLiteral("Ombrel files to update.\nThis option is implicit, so you can just "
+                             "provide a list of files at the end of your arguments, they will be "
+                             "interpreted as inputs.\n"));
+    addOption(group, OutputPath, po::value<std::string>(), outputPathDescription());
+    addOption(group, OutputName, silentDefault(defaultOutputName()),
+              outputNameDescription(defaultOutputName()));
+    addOption(group, PresetsPath, po::value<std::string>(),
+              QStringLiteral("Path to presets library.\nThis option is mandatory if your files "
+                             "have a dependency to the presets library.\n"));
+    addOption(group, NoDependency, po::bool_switch(),
+              QStringLiteral("This option disable loading of dependencies.\n"));
+    options().add(group);
+}
+
+void Update::declarePositional(PositionalDescription& positional)
+{
+    positional.add(Inputs, -1);
+}
+
+int Update::execute(const ParsedOptions&, const VariablesMap& variables)
+{
+    if (variables.count(Inputs) == 0) {
+        printError(QStringLiteral("Error! No input(s) specified"));
+        return 1;
+    }
+    QString presetsPath;
+    QStringList presetsPaths;
+    if (variables.count(PresetsPath) != 0) {
+        presetsPath = optionText(variables, PresetsPath);
+        presetsPaths.append(QDir(presetsPath).absolutePath());
+        printLine(QStringLiteral("Presets Path added: ") + presetsPaths.front());
+    }
+    auto& manager = *m_services->packagesListManager();
+    if (loadPackages(manager, optionTexts(variables, Inputs), presetsPaths, true) != 0) {
+        printError(QStringLiteral("Packages cannot be correctly loaded"));
+        return 1;
+    }
+    printLine(QStringLiteral("Packages Loaded:"));
+    for (const PackageBox& package : manager.openPackages())
+        printLine(Indent + manager.filePath(*package));
+    printLine(QStringLiteral("Packages Saved:"));
+    return savePackages(variables, presetsPath) ? 0 : 1;
+}
+
+// False if one of them could not be written; the others are written all the same.
+bool Update::savePackages(const VariablesMap& variables, const QString& presetsPath) const
+{
+    auto& manager = *m_services->packagesListManager();
+    bool isSaved = true;
+    for (const PackageBox& package : manager.openPackages()) {
+        const QString target = targetOf(QFileInfo(manager.filePath(*package)), variables);
+        if (target.isEmpty()) {
+            printError(QStringLiteral("Error! Output name empty"));
+            isSaved = false;
+        } else if (Ksx::Core::savePackage(*package, target, QDir(presetsPath))) {
+            printLine(Indent + target);
+        } else {
+            printError(QStringLiteral("Error! Cannot saved: ") + target);
+            isSaved = false;
+        }
+    }
+    return isSaved;
+}
+
+} // namespace ProgramCommand
