@@ -1,0 +1,269 @@
+#!/usr/bin/env python3
+"""Times `kestrix` against plain copies of the same XML and prints the figures as Markdown.
+
+Builds nothing: the programs are searched for in the build folder. All programs run in turn,
+round after round, so that a slow spell of the machine meets all of them; figures are medians.
+"""
+import argparse
+import collections
+import filecmp
+import os
+import shutil
+import statistics
+import sys
+import tempfile
+import time
+
+MIDDLE_GRAPHS = 250  # about 8.6 MB
+LARGE_GRAPHS = 2500  # about 86 MB
+SMALL_NODES = 27     # one graph of so many nodes is about 20 kB
+
+MAX_CPU_RATIO = 1.5
+MAX_MEMORY_PER_BYTE = 6.0
+MAX_LINEARITY = 1.15
+MAX_ONE_CALL_RATIO = 0.5
+MAX_STARTUP_RATIO = 1.5
+GOAL_CPU_RATIO = 1.0
+GOAL_MEMORY_PER_BYTE = 3.0
+
+Usage = collections.namedtuple("Usage", "wall cpu memory")  # seconds, seconds, bytes
+
+
+class Failure(Exception):
+    """A program failed, or its output is not what it must be."""
+
+
+def run(command, log):
+    """Runs one process to its end, without a shell, and answers what it used.
+
+    The peak memory of a child is never below that of this script, whose pages the child still
+    shares when it starts.
+    """
+    actions = [
+        (os.POSIX_SPAWN_OPEN, 0, os.devnull, os.O_RDONLY, 0),
+        (os.POSIX_SPAWN_OPEN, 1, os.devnull, os.O_WRONLY, 0),
+        (os.POSIX_SPAWN_OPEN, 2, log, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o644),
+    ]
+    start = time.perf_counter()
+    pid = os.posix_spawn(command[0], command, os.environ, file_actions=actions)
+    _, status, used = os.wait4(pid, 0)
+    wall = time.perf_counter() - start
+    code = os.waitstatus_to_exitcode(status)
+    if code != 0:
+        with open(log, encoding="utf-8", errors="replace") as text:
+            raise Failure(f"{' '.join(command[:6])} ended with {code}: {text.read(2000).strip()}")
+    return Usage(wall, used.ru_utime + used.ru_stime, used.ru_maxrss * 1024)
+
+
+def median(usages):
+    return Usage(*(statistics.median(column) for column in zip(*usages)))
+
+
+def total(usages):
+    return Usage(sum(u.wall for u in usages), sum(u.cpu for u in usages),
+                 max(u.memory for u in usages))
+
+
+def check_size(output, source):
+    """A copy has about the size of what it was made from."""
+    if not os.path.isfile(output):
+        raise Failure(f"{output} was not written")
+    size, expected = os.path.getsize(output), os.path.getsize(source)
+    if not 0.8 * expected <= size <= 1.25 * expected:
+        raise Failure(f"{output} has {size} bytes, its source {expected}")
+
+
+def find_programs(build_dir):
+    wanted = {"kestrix", "generatepackage", "xmlpump", "emptyqt", "pugixmlcopy"}
+    found = {}
+    for folder, _, files in os.walk(build_dir):
+        for name in wanted.intersection(files):
+            path = os.path.join(os.path.abspath(folder), name)
+            if os.access(path, os.X_OK):
+                found.setdefault(name, path)
+    missing = wanted - set(found) - {"pugixmlcopy"}
+    if missing:
+        raise Failure(f"not found in {build_dir}: {', '.join(sorted(missing))}")
+    xmllint = shutil.which("xmllint")
+    if xmllint:
+        found["xmllint"] = xmllint
+    return found
+
+
+def table(title, head, rows):
+    print(f"\n## {title}\n")
+    print("| " + " | ".join(head) + " |")
+    print("|" + "|".join(["---"] + ["---:"] * (len(head) - 1)) + "|")
+    for row in rows:
+        print("| " + " | ".join(row) + " |")
+
+
+def verdict(value, bar):
+    return "met" if value <= bar else "**missed**"
+
+
+def megabytes(size):
+    return size / 1e6
+
+
+class Benchmarks:
+    def __init__(self, programs, folder, arguments):
+        self.programs = programs
+        self.folder = folder
+        self.runs = arguments.runs
+        self.startup_runs = arguments.startup_runs
+        self.packages = arguments.packages
+        self.log = os.path.join(folder, "errors.txt")
+        self.output_dir = os.path.join(folder, "output")
+        self.bars = []
+
+    def bar(self, name, value, limit, goal=None):
+        self.bars.append([name, f"{value:.2f}", f"<= {limit:g}", verdict(value, limit),
+                          "" if goal is None else f"{goal:g}, {verdict(value, goal)}"])
+
+    def generate(self, name, graphs, *options):
+        path = os.path.join(self.folder, name + ".obl")
+        run([self.programs["generatepackage"], str(graphs), path, *options], self.log)
+        return path
+
+    def update_command(self, *inputs, name="{inputName}_updated"):
+        return [self.programs["kestrix"], "update", *inputs, "--output-path", self.output_dir,
+                "--output-name", name]
+
+    def copy_commands(self, source):
+        """The programs that copy `source`, by label; all but kestrix write `copy.obl`."""
+        target = os.path.join(self.output_dir, "copy.obl")
+        commands = {
+            "kestrix update": self.update_command(source, name="copy"),
+            "(a) xmlpump": [self.programs["xmlpump"], source, target],
+        }
+        if "xmllint" in self.programs:
+            commands["(b) xmllint"] = [self.programs["xmllint"], "--output", target, source]
+        if "pugixmlcopy" in self.programs:
+            commands["(c) pugixml"] = [self.programs["pugixmlcopy"], source, target]
+        return commands, target
+
+    def empty_output(self):
+        shutil.rmtree(self.output_dir, ignore_errors=True)
+        os.mkdir(self.output_dir)
+
+    def time_copies(self, source):
+        commands, target = self.copy_commands(source)
+        usages = {label: [] for label in commands}
+        for _ in range(self.runs):
+            for label, command in commands.items():
+                self.empty_output()
+                usages[label].append(run(command, self.log))
+                check_size(target, source)
+                if label == "kestrix update" and not filecmp.cmp(source, target, shallow=False):
+                    print("Note: `kestrix update` changed bytes of "
+                          f"{os.path.basename(source)}.", file=sys.stderr)
+        return {label: median(list_) for label, list_ in usages.items()}
+
+    def report_copies(self, source, medians):
+        size = os.path.getsize(source)
+        reference = medians["(a) xmlpump"]
+        rows = [[label, f"{used.wall:.3f}", f"{used.cpu:.3f}", f"{used.wall / reference.wall:.2f}",
+                 f"{used.cpu / reference.cpu:.2f}", f"{used.memory / 2**20:.1f}",
+                 f"{used.memory / size:.2f}"] for label, used in medians.items()]
+        table(f"One file of {megabytes(size):.1f} MB, {self.runs} runs",
+              ["Program", "wall s", "cpu s", "wall / (a)", "cpu / (a)", "peak MiB",
+               "peak bytes per byte"], rows)
+
+    def files(self):
+        middle, large = self.generate("middle", MIDDLE_GRAPHS), self.generate("large", LARGE_GRAPHS)
+        results = {source: self.time_copies(source) for source in (middle, large)}
+        for source, medians in results.items():
+            self.report_copies(source, medians)
+
+        size = os.path.getsize(large)
+        growth = size / os.path.getsize(middle)
+        small_used, used = results[middle]["kestrix update"], results[large]["kestrix update"]
+        self.bar(f"cpu of update of {megabytes(size):.0f} MB / cpu of (a)",
+                 used.cpu / results[large]["(a) xmlpump"].cpu, MAX_CPU_RATIO, GOAL_CPU_RATIO)
+        self.bar(f"peak memory of update of {megabytes(size):.0f} MB, bytes per byte",
+                 used.memory / size, MAX_MEMORY_PER_BYTE, GOAL_MEMORY_PER_BYTE)
+        sizes = f"{megabytes(size):.0f} MB / {megabytes(size / growth):.1f} MB"
+        self.bar(f"linearity, cpu per MB, {sizes}", used.cpu / small_used.cpu / growth,
+                 MAX_LINEARITY)
+        self.bar(f"linearity, wall per MB, {sizes}", used.wall / small_used.wall / growth,
+                 MAX_LINEARITY)
+        os.remove(large)
+
+    def check_many(self, sources):
+        for source in sources:
+            stem = os.path.splitext(os.path.basename(source))[0]
+            check_size(os.path.join(self.output_dir, stem + "_updated.obl"), source)
+
+    def many_packages(self):
+        sources = [self.generate(f"package{i}", 1, "--nodes", str(SMALL_NODES), "--seed", str(i))
+                   for i in range(1, self.packages + 1)]
+        together, apart = [], []
+        for _ in range(self.runs):
+            self.empty_output()
+            together.append(run(self.update_command(*sources), self.log))
+            self.check_many(sources)
+            self.empty_output()
+            apart.append(total([run(self.update_command(source), self.log)
+                                for source in sources]))
+            self.check_many(sources)
+        one, each = median(together), median(apart)
+        mean = sum(map(os.path.getsize, sources)) / len(sources)
+        calls = len(sources)
+        table(f"{calls} packages of {mean / 1e3:.1f} kB on the average, {self.runs} runs",
+              ["Calls", "wall s", "cpu s", "peak MiB"],
+              [[name, f"{used.wall:.3f}", f"{used.cpu:.3f}", f"{used.memory / 2**20:.1f}"]
+               for name, used in (("1 call", one), (f"{calls} calls", each))])
+        self.bar(f"one call / {calls} calls, wall", one.wall / each.wall, MAX_ONE_CALL_RATIO)
+        self.bar(f"one call / {calls} calls, cpu", one.cpu / each.cpu, MAX_ONE_CALL_RATIO)
+
+    def startup(self):
+        commands = {"kestrix --help": [self.programs["kestrix"], "--help"],
+                    "(d) emptyqt": [self.programs["emptyqt"]]}
+        usages = {label: [] for label in commands}
+        for _ in range(self.startup_runs):
+            for label, command in commands.items():
+                usages[label].append(run(command, self.log))
+        medians = {label: median(list_) for label, list_ in usages.items()}
+        table(f"Start-up, {self.startup_runs} runs", ["Program", "wall ms", "cpu ms"],
+              [[label, f"{used.wall * 1e3:.2f}", f"{used.cpu * 1e3:.2f}"]
+               for label, used in medians.items()])
+        used, reference = medians["kestrix --help"], medians["(d) emptyqt"]
+        self.bar("start-up / (d), wall", used.wall / reference.wall, MAX_STARTUP_RATIO)
+        self.bar("start-up / (d), cpu", used.cpu / reference.cpu, MAX_STARTUP_RATIO)
+
+    def report_bars(self):
+        table("Bars", ["Figure", "value", "bar", "result", "goal"], self.bars)
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--build-dir", required=True, help="where the programs were built")
+    parser.add_argument("--runs", type=int, default=5, help="runs of each program (%(default)s)")
+    parser.add_argument("--startup-runs", type=int, default=40,
+                        help="runs of each program that only starts (%(default)s)")
+    parser.add_argument("--packages", type=int, default=1000,
+                        help="number of small packages (%(default)s)")
+    parser.add_argument("--work-dir",
+                        help="folder for a temporary folder of inputs and outputs, 500 MB at most")
+    return parser.parse_args()
+
+
+def main():
+    arguments = parse_arguments()
+    try:
+        programs = find_programs(arguments.build_dir)
+        with tempfile.TemporaryDirectory(prefix="kestrix-", dir=arguments.work_dir) as folder:
+            benchmarks = Benchmarks(programs, folder, arguments)
+            benchmarks.files()
+            benchmarks.many_packages()
+            benchmarks.startup()
+            benchmarks.report_bars()
+    except Failure as failure:
+        print(f"Error! {failure}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
