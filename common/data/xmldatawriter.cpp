@@ -18,7 +18,8 @@ namespace {
 // Large enough for few calls, small enough to stay in the cache.
 constexpr std::size_t BlockSize = 64 * 1024;
 
-// What an ASCII character becomes inside an attribute; empty if it stands for itself.
+// What an ASCII character becomes inside an attribute; empty if it stands for itself. XML has no
+// way to hold the other control characters: a file with one could not be read again.
 constexpr std::string_view escapeOf(unsigned char c)
 {
     switch (c) {
@@ -37,7 +38,7 @@ constexpr std::string_view escapeOf(unsigned char c)
     case '\r':
         return "&#13;";
     default:
-        return {};
+        return c < 0x20 ? "?" : std::string_view();
     }
 }
 

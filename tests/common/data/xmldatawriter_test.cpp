@@ -118,6 +118,12 @@ TEST(XmlDataWriter, WritesMembersInTheOrderOfDeclaration)
                          R"(<cover><color v="c"/></cover><shelves/></shelf>)"));
 }
 
+TEST(XmlDataWriter, WritesAQuestionMarkForAControlCharacterThatXmlCannotHold)
+{
+    EXPECT_EQ(written(aShelf().named("a\x01z\x1f").build()->name()),
+              documentOf(R"(<name v="a?z?"/>)"));
+}
+
 TEST(XmlDataWriter, HasNoLineEndBetweenElements)
 {
     const std::string bytes =
