@@ -1,7 +1,7 @@
 #include "support/golden.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
+#include <fstream>
 #include <iterator>
 
 namespace TestSupport {

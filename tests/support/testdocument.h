@@ -11,20 +11,20 @@ namespace TestDocument {
 
 using Orv::Data::BaseObject;
 using Orv::Data::ContainerStructBase;
+using Orv::Data::FilePath;
 using Orv::Data::Float2;
 using Orv::Data::Float3;
 using Orv::Data::Int2;
-using Orv::Data::Text;
-using Orv::Data::UInt;
-using Orv::Data::FilePath;
 using Orv::Data::Optional;
 using Orv::Data::Presentation;
 using Orv::Data::Required;
+using Orv::Data::Text;
+using Orv::Data::UInt;
 
-#define ORV_CLASS Book
-#define ORV_BASE ContainerStructBase
+#define ORV_CLASS   Book
+#define ORV_BASE    ContainerStructBase
 #define ORV_ELEMENT "book"
-#define ORV_TABLE "support/testdocument/book.members"
+#define ORV_TABLE   "support/testdocument/book.members"
 #include "data/declaremembers.inc"
 #include "data/undefclass.inc"
 class Book final : public BookStruct
@@ -34,10 +34,10 @@ public:
     ~Book() override;
 };
 
-#define ORV_CLASS Cover
-#define ORV_BASE ContainerStructBase
+#define ORV_CLASS   Cover
+#define ORV_BASE    ContainerStructBase
 #define ORV_ELEMENT "coverClass"
-#define ORV_TABLE "support/testdocument/cover.members"
+#define ORV_TABLE   "support/testdocument/cover.members"
 #include "data/declaremembers.inc"
 #include "data/undefclass.inc"
 class Cover : public CoverStruct
@@ -47,10 +47,10 @@ public:
     ~Cover() override;
 };
 
-#define ORV_CLASS Candle
-#define ORV_BASE ContainerStructBase
+#define ORV_CLASS   Candle
+#define ORV_BASE    ContainerStructBase
 #define ORV_ELEMENT "candle"
-#define ORV_TABLE "support/testdocument/candle.members"
+#define ORV_TABLE   "support/testdocument/candle.members"
 #include "data/declaremembers.inc"
 #include "data/undefclass.inc"
 class Candle final : public CandleStruct
@@ -60,10 +60,10 @@ public:
     ~Candle() override;
 };
 
-#define ORV_CLASS Bulb
-#define ORV_BASE ContainerStructBase
+#define ORV_CLASS   Bulb
+#define ORV_BASE    ContainerStructBase
 #define ORV_ELEMENT "bulb"
-#define ORV_TABLE "support/testdocument/bulb.members"
+#define ORV_TABLE   "support/testdocument/bulb.members"
 #include "data/declaremembers.inc"
 #include "data/undefclass.inc"
 class Bulb final : public BulbStruct
@@ -78,10 +78,10 @@ struct DelayedShelvesStub_
     static std::unique_ptr<BaseObject> create(std::string_view elementName);
 };
 
-#define ORV_CLASS Shelf
-#define ORV_BASE ContainerStructBase
+#define ORV_CLASS   Shelf
+#define ORV_BASE    ContainerStructBase
 #define ORV_ELEMENT "shelf"
-#define ORV_TABLE "support/testdocument/shelf.members"
+#define ORV_TABLE   "support/testdocument/shelf.members"
 #include "data/declaremembers.inc"
 #include "data/undefclass.inc"
 class Shelf : public ShelfStruct
@@ -101,21 +101,21 @@ public:
 } // namespace TestDocument
 
 #define ORV_QUALIFIED TestDocument::Book
-#define ORV_TABLE "support/testdocument/book.members"
+#define ORV_TABLE     "support/testdocument/book.members"
 #include "core/declaremanipulator.inc"
 
 #define ORV_QUALIFIED TestDocument::Cover
-#define ORV_TABLE "support/testdocument/cover.members"
+#define ORV_TABLE     "support/testdocument/cover.members"
 #include "core/declaremanipulator.inc"
 
 #define ORV_QUALIFIED TestDocument::Candle
-#define ORV_TABLE "support/testdocument/candle.members"
+#define ORV_TABLE     "support/testdocument/candle.members"
 #include "core/declaremanipulator.inc"
 
 #define ORV_QUALIFIED TestDocument::Bulb
-#define ORV_TABLE "support/testdocument/bulb.members"
+#define ORV_TABLE     "support/testdocument/bulb.members"
 #include "core/declaremanipulator.inc"
 
 #define ORV_QUALIFIED TestDocument::Shelf
-#define ORV_TABLE "support/testdocument/shelf.members"
+#define ORV_TABLE     "support/testdocument/shelf.members"
 #include "core/declaremanipulator.inc"

@@ -2,8 +2,8 @@
 #include "data/filename.h"
 #include "support/golden.h"
 #include <QCoreApplication>
-#include <cstring>
 #include <gtest/gtest.h>
+#include <cstring>
 
 int main(int argc, char** argv)
 {
