@@ -1,5 +1,8 @@
 #include "ksx/core/extensionregistry.h"
 
+#include "ksx/core/assemblyversionreaders.h"
+#include "ksx/core/oblarimporter.h"
+#include "ksx/core/oblasmimporter.h"
 #include "ksx/core/oblformatupdater3962n1.h"
 #include "ksx/core/oblformatupdater3962n2.h"
 #include "ksx/core/oblformatupdater4510.h"
@@ -71,7 +74,11 @@ void ExtensionRegistry::add(std::vector<const Interface*>& list,
 ExtensionRegistry::ExtensionRegistry()
 {
     add(m_importers, std::make_unique<OBLImporter>());
+    add(m_importers, std::make_unique<OBLARImporter>());
+    add(m_importers, std::make_unique<OBLASMImporter>());
     add(m_formatVersionReaders, std::make_unique<OBLDataFormatVersionReader>());
+    add(m_formatVersionReaders, std::make_unique<OBLARDataFormatVersionReader>());
+    add(m_formatVersionReaders, std::make_unique<OBLASMDataFormatVersionReader>());
     add(m_updaterVersionReaders, std::make_unique<OBLUpdaterVersionReader>());
     for (const UpdaterRow& row : UpdaterTable) {
         add(m_updaters, row.make());

@@ -1,10 +1,14 @@
 #!/usr/bin/env python3
 """Checks package files: structure, canonical text, unique uids, and that every reference resolves.
 
-Usage: check_examples.py [--presets DIRECTORY] PACKAGE...
+Usage: check_examples.py [--presets DIRECTORY] [--updated] [--no-nodes] PACKAGE...
 
 A package that is only referred to is opened too, but checked only if it is named itself. Each
 fault is one line on standard error; the exit code is 1 if there was one, 2 for wrong arguments.
+
+With --updated the packages are what `kestrix update` wrote into one directory: a reference to
+x.obl, wherever that is, leads to x_updated.obl beside the package that refers. With --no-nodes
+they were made from assemblies, whose graphs have inputs and outputs but no nodes.
 """
 import argparse
 import hashlib
@@ -84,6 +88,7 @@ TYPE_OF_CONSTANT = {
     "String": 32768, "Bool": 4, "Int32": 16, "Float": 256, "Float1": 256, "Float2": 512,
     "Float3": 1024, "Float4": 2048, "Int1": 16, "Int2": 32, "Int3": 64, "Int4": 128,
 }
+ASSEMBLY_STRING = 16384  # the type that a text input of an assembly has
 FILTERS = {
     "gradient": "input1", "blend": "source destination", "transformation": "input1",
     "grayscaleconversion": "input1", "shuffle": "input1 input2", "fxmaps":
@@ -236,8 +241,9 @@ class Package:
 
 
 class Checker:
-    def __init__(self, presets):
-        self.presets, self.packages, self.faults, self.file = presets, {}, 0, ""
+    def __init__(self, presets, updated=False, no_nodes=False):
+        self.presets, self.updated, self.no_nodes = presets, updated, no_nodes
+        self.packages, self.faults, self.file = {}, 0, ""
 
     def fault(self, where, message):
         self.faults += 1
@@ -262,6 +268,12 @@ class Checker:
         name = text_of(entry, "filename", "")
         if name == "?himself":
             return package.path
+        if self.updated:
+            base = os.path.basename(name).partition(".")[0]
+            return os.path.join(os.path.dirname(package.path), base + "_updated.obl")
+        return self.file_path(package, name)
+
+    def file_path(self, package, name):
         if name.startswith("obl://"):
             return os.path.join(self.presets or ".", name[len("obl://"):])
         return os.path.join(os.path.dirname(package.path), name)
@@ -370,7 +382,7 @@ class Checker:
                 self.fault(where, "has no uid")
             if text_of(entry, "type") != "package":
                 self.fault(where, "is of another type than package")
-            if name.startswith("obl://") and self.presets is None:
+            if name.startswith("obl://") and self.presets is None and not self.updated:
                 self.fault(where, "needs --presets")
                 continue
             path = package.dependencies[uid]
@@ -464,7 +476,7 @@ class Checker:
             self.check_content(package, item, place)
 
     def check_resource(self, package, item, where):
-        path = os.path.join(os.path.dirname(package.path), text_of(item, "filepath"))
+        path = self.file_path(package, text_of(item, "filepath"))
         if not os.path.isfile(path):
             self.fault(where, f"there is no file {text_of(item, 'filepath')}")
             return
@@ -486,8 +498,11 @@ class Checker:
                 if value is not None:
                     self.fault(f"{where}/{name}", "an image input with a default value")
             elif value is None:
-                self.fault(f"{where}/{name}", "a value input without a default value")
-            elif kind not in (self.constant_type(value), 0):
+                if not self.no_nodes:
+                    self.fault(f"{where}/{name}", "a value input without a default value")
+            elif kind not in (self.constant_type(value), 0) and not (
+                    kind == ASSEMBLY_STRING and self.constant_type(value) == TYPE_OF_CONSTANT[
+                        "String"]):
                 self.fault(f"{where}/{name}", "the default value is of another type")
         return types
 
@@ -502,6 +517,8 @@ class Checker:
         outputs = {text_of(entry, "uid") for entry in children(graph, "graphOutputs")}
         image_uids = [uid for uid, kind in entries.items() if kind in (1, 2)]
         primary = over(graph, "primaryInput") if graph.find("primaryInput") is not None else "0"
+        if self.no_nodes:
+            image_uids = []
         if image_uids and primary not in image_uids or not image_uids and primary != "0":
             self.fault(where, f"primaryInput {primary} is no image input")
         rooted = [text_of(entry, "output") for entry in children(graph.find("root"),
@@ -519,7 +536,8 @@ class Checker:
             bridged += [text_of(bridge, name) for kind, name in (
                 ("compInputBridge", "entry"), ("compOutputBridge", "output"))
                 for bridge in node.findall("compImplementation/" + kind)]
-        for uid in sorted(outputs.union(image_uids).symmetric_difference(bridged)):
+        ends = set() if self.no_nodes else outputs.union(image_uids)
+        for uid in sorted(ends.symmetric_difference(bridged)):
             self.fault(where, f"image input or output {uid} has no bridge node, or a bridge no end")
         if len(set(bridged)) != len(bridged):
             self.fault(where, "two bridge nodes for one input or output")
@@ -700,9 +718,13 @@ class Checker:
 def main():
     parser = argparse.ArgumentParser(description="Checks package files.")
     parser.add_argument("--presets", metavar="DIRECTORY", help="where obl:// paths lead")
+    parser.add_argument("--updated", action="store_true",
+                        help="a reference to x.obl leads to x_updated.obl beside the package")
+    parser.add_argument("--no-nodes", action="store_true",
+                        help="the packages were made from assemblies")
     parser.add_argument("packages", metavar="PACKAGE", nargs="+")
     arguments = parser.parse_args()
-    checker = Checker(arguments.presets)
+    checker = Checker(arguments.presets, arguments.updated, arguments.no_nodes)
     for path in arguments.packages:
         checker.check(path)
     print(f"{len(arguments.packages)} packages, {checker.faults} faults")

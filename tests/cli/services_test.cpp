@@ -118,7 +118,7 @@ TEST_F(ServicesTest, LeaveThePackagesAloneAtTheirEnd)
 
     // The process-wide packages of a run stay; those of a test do not.
     services = std::make_unique<Services>();
-    static std::vector<Ksx::Core::PackagesListManager*> leftOver;
+    static auto& leftOver = *new std::vector<Ksx::Core::PackagesListManager*>;
     leftOver.push_back(manager);
 }
 

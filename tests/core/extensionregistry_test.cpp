@@ -1,5 +1,8 @@
 #include "ksx/core/extensionregistry.h"
 
+#include "ksx/core/assemblyversionreaders.h"
+#include "ksx/core/oblarimporter.h"
+#include "ksx/core/oblasmimporter.h"
 #include "ksx/core/oblformatupdater3962n1.h"
 #include "ksx/core/oblformatupdater3962n2.h"
 #include "ksx/core/oblformatupdater4510.h"
@@ -84,11 +87,13 @@ TEST(ExtensionRegistry, HoldsThePackageUpdatersApart)
               (listOf<PackageUpdater3962, PackageUpdater4253, PackageUpdater6141>()));
 }
 
-TEST(ExtensionRegistry, BeginsWithTheOblExtensions)
+TEST(ExtensionRegistry, HoldsTheImportersAndVersionReadersOfThreeFormats)
 {
-    EXPECT_EQ(typesOf(registry().importers()).front(), typeid(OBLImporter));
-    EXPECT_EQ(typesOf(registry().formatVersionReaders()).front(),
-              typeid(OBLDataFormatVersionReader));
+    EXPECT_EQ(typesOf(registry().importers()),
+              (listOf<OBLImporter, OBLARImporter, OBLASMImporter>()));
+    EXPECT_EQ(typesOf(registry().formatVersionReaders()),
+              (listOf<OBLDataFormatVersionReader, OBLARDataFormatVersionReader,
+                      OBLASMDataFormatVersionReader>()));
     EXPECT_EQ(typesOf(registry().updaterVersionReaders()), listOf<OBLUpdaterVersionReader>());
 }
 
@@ -189,7 +194,7 @@ struct UrlCase
 {
     const char* name;
     const char* url;
-    bool isObl;
+    int format; // its place in the list of importers; -1: none
 };
 
 std::ostream& operator<<(std::ostream& stream, const UrlCase& c)
@@ -204,25 +209,26 @@ TEST_P(ImporterForUrl, GoesByTheEndOfTheText)
 {
     const auto* importer = registry().importerFor(QUrl(GetParam().url));
 
-    EXPECT_EQ(dynamic_cast<const OBLImporter*>(importer) != nullptr, GetParam().isObl);
+    const auto& all = registry().importers();
+    const auto place = std::find(all.begin(), all.end(), importer);
+    EXPECT_EQ(place == all.end() ? -1 : place - all.begin(), GetParam().format);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Urls, ImporterForUrl,
-    testing::Values(UrlCase{"Package", "file:///x/a.obl", true},
-                    UrlCase{"Autosave", "file:///x/a.obl.orvautosave", true},
-                    UrlCase{"OtherScheme", "http://x/a.obl", true},
-                    UrlCase{"NoScheme", "a.obl", true},
-                    UrlCase{"EndingAlone", "file:///x/.obl", true},
-                    UrlCase{"QueryAtTheEnd", "file:///x/a.png?b.obl", true},
-                    UrlCase{"QueryBehind", "file:///x/a.obl?b", false},
-                    UrlCase{"Capitals", "file:///x/a.OBL", false},
-                    UrlCase{"AutosaveInCapitals", "file:///x/a.obl.ORVAUTOSAVE", false},
-                    UrlCase{"AutosaveAlone", "file:///x/a.orvautosave", false},
-                    UrlCase{"Archive", "file:///x/a.oblar", false},
-                    UrlCase{"Assembly", "file:///x/a.oblasm", false},
-                    UrlCase{"LongerEnding", "file:///x/a.oblx", false},
-                    UrlCase{"NoPoint", "file:///x/aobl", false}, UrlCase{"Nothing", "", false}),
+    testing::Values(UrlCase{"Package", "file:///x/a.obl", 0},
+                    UrlCase{"Autosave", "file:///x/a.obl.orvautosave", 0},
+                    UrlCase{"OtherScheme", "http://x/a.obl", 0}, UrlCase{"NoScheme", "a.obl", 0},
+                    UrlCase{"EndingAlone", "file:///x/.obl", 0},
+                    UrlCase{"QueryAtTheEnd", "file:///x/a.png?b.obl", 0},
+                    UrlCase{"QueryBehind", "file:///x/a.obl?b", -1},
+                    UrlCase{"Capitals", "file:///x/a.OBL", -1},
+                    UrlCase{"AutosaveInCapitals", "file:///x/a.obl.ORVAUTOSAVE", -1},
+                    UrlCase{"AutosaveAlone", "file:///x/a.orvautosave", -1},
+                    UrlCase{"Archive", "file:///x/a.oblar", 1},
+                    UrlCase{"Assembly", "file:///x/a.oblasm", 2},
+                    UrlCase{"LongerEnding", "file:///x/a.oblx", -1},
+                    UrlCase{"NoPoint", "file:///x/aobl", -1}, UrlCase{"Nothing", "", -1}),
     caseName<UrlCase>);
 
 TEST(ImporterForUrl, ThereIsNoneForAnUnknownEnding)

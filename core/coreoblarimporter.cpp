@@ -1,0 +1,174 @@
+#include "ksx/core/oblarimporter.h"
+
+#include "data/content/package.h"
+#include "data/diagnosticlog.h"
+#include "data/filename.h"
+#include "data/latin1.h"
+#include "ksx/core/archivereader.h"
+#include "ksx/core/domtext.h"
+#include "ksx/core/oblasmdocumentreader.h"
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+#include <QStringList>
+#include <algorithm>
+
+namespace Ksx::Core {
+
+namespace {
+
+using Data::Content::Package;
+using Orv::Core::MessageNode;
+
+const QString AssembliesPrefix = QStringLiteral("assemblies/content/");
+const QString AuthoringPrefix = QStringLiteral("authoring/content/");
+const QString BodyEnding = QStringLiteral(".oblasm");
+const QString DescriptionEnding = QStringLiteral(".xml");
+
+QString translated(const char* key)
+{
+    return QCoreApplication::translate("Ksx::Core::OBLARImporter", key);
+}
+
+bool fail(MessageNode* log, const QString& text)
+{
+    Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreoblarimporter", __LINE__,
+                              Orv::toBytes(text));
+    addMessage(log, Orv::Core::MessageLevel::Error, text);
+    return false;
+}
+
+bool isDecimal(const QString& text)
+{
+    return !text.isEmpty() &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return c >= '0' && c <= '9'; });
+}
+
+// The id of the entry that a file belongs to; null if it belongs to none. Ids are compared as text.
+QString entryOf(const QString& name)
+{
+    for (const QString& prefix : {AssembliesPrefix, AuthoringPrefix}) {
+        if (!name.startsWith(prefix))
+            continue;
+        const int end = static_cast<int>(name.indexOf('/', prefix.size()));
+        const QString id = name.mid(prefix.size(), end - static_cast<int>(prefix.size()));
+        return end >= 0 && isDecimal(id) ? id : QString();
+    }
+    return {};
+}
+
+bool leadsOut(const QString& name)
+{
+    return name.startsWith('/') || name.split('/').contains(QStringLiteral(".."));
+}
+
+// The files of an archive as far as they matter: what one pass over it brings.
+class Listing
+{
+public:
+    bool read(QIODevice& device, MessageNode* log);
+
+    const QStringList& entries() const { return m_entries; }
+    const QStringList& bodiesOf(const QString& entry) { return m_bodies[entry]; }
+    const QByteArray& header(const QString& body) { return m_files[body]; }
+    bool hasFile(const QString& name) const { return m_files.contains(name); }
+    // Takes the bytes off the listing: they are needed once.
+    QByteArray takeFile(const QString& name) { return m_files.take(name); }
+
+private:
+    qint64 note(const QString& name);
+
+    QStringList m_entries; // ids, in the order of the archive
+    QHash<QString, QStringList> m_bodies;
+    QHash<QString, QByteArray> m_files; // descriptions, and the headers of bodies
+    QSet<QString> m_names;
+    QString m_badName; // the first that no archive should have
+};
+
+// Answers how much of the file is wanted.
+qint64 Listing::note(const QString& name)
+{
+    if (m_badName.isNull() && (m_names.contains(name) || leadsOut(name)))
+        m_badName = name;
+    m_names.insert(name);
+    const QString entry = entryOf(name);
+    if (entry.isNull() || !m_badName.isNull())
+        return 0;
+    if (!m_bodies.contains(entry)) {
+        m_entries.append(entry);
+        m_bodies.insert(entry, {});
+    }
+    if (!name.startsWith(AssembliesPrefix))
+        return 0;
+    if (name.endsWith(BodyEnding)) {
+        m_bodies[entry].append(name);
+        return OBLASMAssembly::HeaderSize;
+    }
+    return name.endsWith(DescriptionEnding) ? ArchiveVisitor::All : 0;
+}
+
+bool Listing::read(QIODevice& device, MessageNode* log)
+{
+    QString detail;
+    const ArchiveVisitor visitor{
+        [this](const QString& name) { return note(name); },
+        [this](const QString& name, const QByteArray& bytes) { m_files.insert(name, bytes); }};
+    switch (readArchive(device, visitor, detail)) {
+    case ArchiveResult::Success:
+        return m_badName.isNull() ||
+               fail(log, translated("ERROR_INVALID_FILE_NAME_%1").arg(m_badName));
+    case ArchiveResult::NotOpened:
+        return fail(log, translated("ERROR_UNABLE_TO_OPEN_FILE"));
+    case ArchiveResult::BadFile:
+        return fail(log, translated("ERROR_FAIL_TO_EXTRACT_FILE_%1").arg(detail));
+    case ArchiveResult::TooLarge:
+        break;
+    }
+    return fail(log, translated("ERROR_ARCHIVE_TOO_LARGE_%1").arg(detail));
+}
+
+bool readAssembly(Listing& listing, const QString& body, Package& package, MessageNode* log)
+{
+    const QString xml = body.left(body.size() - BodyEnding.size()) + DescriptionEnding;
+    if (!listing.hasFile(xml))
+        return fail(log, translated("ERROR_DESCRIPTION_NOT_FOUND_%1").arg(xml));
+    OBLASMAssembly assembly;
+    assembly.header = listing.header(body);
+    DomError error;
+    if (!parseDom(listing.takeFile(xml), assembly.description, error))
+        return fail(log, translated("ERROR_XML_DOCUMENT_ERROR_%1_%2_%3")
+                             .arg(error.message)
+                             .arg(error.line)
+                             .arg(error.column));
+    if (!assembly.isValid())
+        return fail(log, translated("ERROR_INVALID_OBLASM_%1").arg(body));
+    return OBLASMDocumentReader(assembly, log).read(package);
+}
+
+} // namespace
+
+bool OBLARImporter::accepts(const QUrl& url) const
+{
+    return url.toString().endsWith(QLatin1String(".oblar"));
+}
+
+std::unique_ptr<Orv::Data::BaseObject>
+OBLARImporter::import(QIODevice& device, MessageNode* log,
+                      const Orv::Core::Extensions::ProgressFunction&) const
+{
+    Listing listing;
+    if (!listing.read(device, log))
+        return nullptr;
+    auto package = std::make_unique<Package>();
+    if (const auto* file = dynamic_cast<const QFile*>(&device))
+        package->identifier().assign(Orv::toLatin1(QFileInfo(file->fileName()).completeBaseName()));
+    for (const QString& entry : listing.entries())
+        for (const QString& body : listing.bodiesOf(entry))
+            if (!readAssembly(listing, body, *package, log))
+                return nullptr;
+    return package;
+}
+
+} // namespace Ksx::Core

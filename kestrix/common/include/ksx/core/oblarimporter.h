@@ -1,0 +1,18 @@
+// Opens a compiled package: an archive of assemblies with their descriptions.
+#pragma once
+
+#include "ksx/core/iombreldataimporter.h"
+
+namespace Ksx::Core {
+
+// For ".oblar". The package gets the graphs of all assemblies, without bodies.
+class OBLARImporter final : public IOmbrelDataImporter
+{
+public:
+    bool accepts(const QUrl& url) const override;
+    std::unique_ptr<Orv::Data::BaseObject>
+    import(QIODevice& device, Orv::Core::MessageNode* log,
+           const Orv::Core::Extensions::ProgressFunction& progress) const override;
+};
+
+} // namespace Ksx::Core
