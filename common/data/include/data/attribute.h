@@ -4,6 +4,7 @@
 #include "data/attributebase.h"
 #include "data/vec.h"
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace Orv::Core {
@@ -38,6 +39,7 @@ public:
 
     const T& get() const { return m_value; }
 
+    bool isText() const override { return std::is_same_v<T, Text>; }
     void appendText(std::string& out) const override;
     void fromString(std::string_view text) override;
     bool isModified() const override;

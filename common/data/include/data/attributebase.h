@@ -11,6 +11,8 @@ class AttributeBase : public Leaf
 {
 public:
     ObjectKind kind() const override { return ObjectKind::Attribute; }
+    // Is this an Attribute<Text>? Told without the cast, which walks over documents would feel.
+    virtual bool isText() const = 0;
 
     // The value's text form, 8-bit text for strings.
     std::string toString() const
