@@ -143,14 +143,16 @@ ArchiveResult Pass::takeFile(archive_entry* entry)
     if (pathname == nullptr)
         return fail(ArchiveResult::BadFile);
     const QString name = QString::fromUtf8(pathname);
-    // Passing over a file unpacks it too, when it shares its block with others.
-    if (archive_entry_size(entry) > m_left) {
+    // Passing over a file unpacks it too, when it shares its block with others. Sizes are unsigned
+    // in the archive, and the largest come out negative.
+    const qint64 size = archive_entry_size(entry);
+    if (size < 0 || size > m_left) {
         m_detail = name;
         return ArchiveResult::TooLarge;
     }
     const qint64 wanted = m_visitor.wanted(name);
     if (wanted == 0) {
-        m_left -= archive_entry_size(entry);
+        m_left -= size;
         return ArchiveResult::Success;
     }
     QByteArray bytes;

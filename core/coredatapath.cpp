@@ -2,8 +2,8 @@
 
 #include "data/content/function.h"
 #include "data/content/graph.h"
-#include "data/content/group.h"
 #include "data/content/package.h"
+#include "ksx/core/contentwalk.h"
 #include <algorithm>
 #include <charconv>
 
@@ -13,7 +13,6 @@ namespace {
 
 using namespace Data::Content;
 using Orv::Data::BaseObject;
-using Orv::Data::ContainerList;
 
 constexpr std::string_view Scheme = "pkg://";
 
@@ -25,18 +24,6 @@ std::optional<Uid> uidFromText(const std::optional<std::string>& text)
     const char* end = text->data() + text->size();
     const auto result = std::from_chars(text->data(), end, uid);
     return result.ec == std::errc() && result.ptr == end ? std::optional<Uid>(uid) : std::nullopt;
-}
-
-// The content list of an object; null for one that has none.
-const ContainerList<ContentObjectBase>* contentOf(const BaseObject& object)
-{
-    if (const auto* package = dynamic_cast<const Package*>(&object))
-        return &package->content();
-    if (const auto* group = dynamic_cast<const Group*>(&object))
-        return &group->content();
-    if (const auto* graph = dynamic_cast<const Graph*>(&object))
-        return &graph->content();
-    return nullptr;
 }
 
 const BaseObject* findContent(const BaseObject& owner, const std::string& identifier)

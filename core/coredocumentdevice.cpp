@@ -18,7 +18,8 @@ QDomDocument* DocumentDevice::document(QString& error)
         return m_document.get();
     auto parsed = std::make_unique<QDomDocument>();
     DomError reason;
-    if (!parseDom(m_bytes, *parsed, reason)) {
+    m_index = DomIndex();
+    if (!parseDom(m_bytes, *parsed, reason, &m_index)) {
         error = reason.text();
         return nullptr;
     }
@@ -33,14 +34,20 @@ bool DocumentDevice::setDocumentChanged()
     if (m_isChanged)
         m_bytes.clear();
     else
-        m_document.reset();
+        dropDocument();
     return m_isChanged;
+}
+
+void DocumentDevice::dropDocument()
+{
+    m_document.reset();
+    m_index = DomIndex();
 }
 
 void DocumentDevice::releaseDocument()
 {
     bytes();
-    m_document.reset();
+    dropDocument();
 }
 
 const QByteArray& DocumentDevice::bytes() const
@@ -53,7 +60,7 @@ const QByteArray& DocumentDevice::bytes() const
 bool DocumentDevice::open(OpenMode mode)
 {
     if (mode.testFlag(Truncate)) {
-        m_document.reset();
+        dropDocument();
         m_isChanged = false;
         m_bytes.clear();
     }

@@ -33,6 +33,29 @@ DomElements childrenOf(const QDomElement& parent, const QString& name)
 
 } // namespace
 
+DomIndex::DomIndex()
+{
+    for (const char* name : {"function", "graph", "graphOutputs", "graphoutput", "paraminput",
+                             "paraminputs", "resource"})
+        m_entries.insert(QLatin1String(name), {});
+}
+
+void DomIndex::note(const QString& name, const QDomElement& element, const QDomElement& top)
+{
+    const auto entries = m_entries.find(name);
+    if (entries != m_entries.end())
+        entries->push_back({element, top});
+}
+
+DomElements DomIndex::below(const QString& topName, const QString& name) const
+{
+    DomElements found;
+    for (const Entry& entry : *m_entries.find(name))
+        if (entry.top.tagName() == topName)
+            found.push_back(entry.element);
+    return found;
+}
+
 DomElements descendantsOf(const QDomElement& root, const QString& name)
 {
     DomElements found;
@@ -42,7 +65,7 @@ DomElements descendantsOf(const QDomElement& root, const QString& name)
     return found;
 }
 
-DomElements elementsAt(const QDomDocument& document, const QString& path)
+DomElements elementsAt(const QDomDocument& document, const QString& path, const DomIndex* index)
 {
     QStringList parts = path.split(QLatin1Char('/'));
     if (parts.first().isEmpty())
@@ -51,8 +74,14 @@ DomElements elementsAt(const QDomDocument& document, const QString& path)
     if (!parts.isEmpty() && parts.first() == root.tagName())
         parts.removeFirst();
 
-    // All branches take a part at a time, which keeps their order.
     DomElements found{root};
+    const bool isIndexed = index != nullptr && parts.size() >= 3 && parts[0] != "*" &&
+                           parts[1] == "*" && index->knows(parts[2]);
+    if (isIndexed) {
+        found = index->below(parts[0], parts[2]);
+        parts = parts.mid(3);
+    }
+    // All branches take a part at a time, which keeps their order.
     while (!parts.isEmpty()) {
         QString name = parts.takeFirst();
         const bool isDeep = name == QLatin1String("*");

@@ -1,11 +1,14 @@
 #include "ksx/core/domtext.h"
 
 #include "data/xmldatareader.h"
+#include "ksx/core/dompath.h"
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDomDocument>
 #include <QXmlStreamReader>
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Ksx::Core {
@@ -17,14 +20,37 @@ constexpr std::size_t MaximumDepth = Orv::Data::XmlDataReader::MaximumDepth;
 // The text that the reader of the object tree has for a document that is too deep.
 constexpr char DepthError[] = "ORV_DATA_XML_DATA_READER_ERROR_XML_NESTING_TOO_DEEP_%1_%2";
 
+// One text for each name of a document, which repeats few names very often: without it the names
+// would be a tenth of the memory of a document.
+class NamePool
+{
+public:
+    template <class Reference>
+    const QString& nameOf(const Reference& text)
+    {
+        const std::u16string_view key(reinterpret_cast<const char16_t*>(text.data()),
+                                      static_cast<std::size_t>(text.size()));
+        const auto found = m_names.find(key);
+        if (found != m_names.end())
+            return found->second;
+        const QString name = text.toString();
+        const std::u16string_view own(reinterpret_cast<const char16_t*>(name.constData()),
+                                      key.size());
+        return m_names.emplace(own, name).first->second;
+    }
+
+private:
+    std::unordered_map<std::u16string_view, QString> m_names; // each key lies in its name
+};
+
 // Puts a document together out of what a stream reader meets. An element hangs on its parent only
 // when it is complete: QDomDocument climbs to the root of what it appends to, so this keeps deep
 // documents in linear time, which QDomDocument::setContent() does not.
 class DomBuilder
 {
 public:
-    DomBuilder(QXmlStreamReader& reader, QDomDocument& document)
-        : m_reader(reader), m_document(document)
+    DomBuilder(QXmlStreamReader& reader, QDomDocument& document, DomIndex* index)
+        : m_reader(reader), m_document(document), m_index(index)
     {}
 
     // False, with a text for the user, as soon as the document cannot be read or is too deep.
@@ -43,6 +69,8 @@ private:
 
     QXmlStreamReader& m_reader;
     QDomDocument& m_document;
+    DomIndex* m_index;
+    NamePool m_names;
     std::vector<QDomElement> m_open; // each without its parent
 };
 
@@ -101,11 +129,15 @@ void DomBuilder::take()
 
 void DomBuilder::begin()
 {
-    QDomElement element = m_document.createElement(m_reader.qualifiedName().toString());
+    const QString& name = m_names.nameOf(m_reader.qualifiedName());
+    QDomElement element = m_document.createElement(name);
     const QXmlStreamAttributes attributes = m_reader.attributes();
     for (const QXmlStreamAttribute& attribute : attributes)
-        element.setAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
+        element.setAttribute(m_names.nameOf(attribute.qualifiedName()),
+                             attribute.value().toString());
     m_open.push_back(element);
+    if (m_index != nullptr && m_open.size() > 2)
+        m_index->note(name, element, m_open[1]);
 }
 
 bool isText(const QDomNode& node)
@@ -283,7 +315,7 @@ QString DomError::text() const
            QStringLiteral(" :\n") + message;
 }
 
-bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error)
+bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error, DomIndex* index)
 {
     QBuffer buffer;
     buffer.setData(bytes);
@@ -292,7 +324,7 @@ bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error)
     QXmlStreamReader reader(&buffer);
     reader.setNamespaceProcessing(false);
     document = QDomDocument();
-    return DomBuilder(reader, document).build(error);
+    return DomBuilder(reader, document, index).build(error);
 }
 
 QByteArray serialiseDom(const QDomDocument& document)

@@ -7,11 +7,12 @@ namespace Ksx::Core {
 
 namespace {
 
-// Asks for the kind first: most objects are told by it, and a cast costs more.
 TextAttribute* asText(Orv::Data::BaseObject& object)
 {
-    return object.kind() == Orv::Data::ObjectKind::Attribute ? dynamic_cast<TextAttribute*>(&object)
-                                                             : nullptr;
+    if (object.kind() != Orv::Data::ObjectKind::Attribute ||
+        !static_cast<Orv::Data::AttributeBase&>(object).isText())
+        return nullptr;
+    return static_cast<TextAttribute*>(&object);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "ksx/core/archivereader.h"
 #include "ksx/core/domtext.h"
 #include "ksx/core/oblasmdocumentreader.h"
+#include "ksx/core/oblasmgraphplaces.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -129,7 +130,8 @@ bool Listing::read(QIODevice& device, MessageNode* log)
     return fail(log, translated("ERROR_ARCHIVE_TOO_LARGE_%1").arg(detail));
 }
 
-bool readAssembly(Listing& listing, const QString& body, Package& package, MessageNode* log)
+bool readAssembly(Listing& listing, const QString& body, Package& package,
+                  OBLASMGraphPlaces& places, MessageNode* log)
 {
     const QString xml = body.left(body.size() - BodyEnding.size()) + DescriptionEnding;
     if (!listing.hasFile(xml))
@@ -144,7 +146,7 @@ bool readAssembly(Listing& listing, const QString& body, Package& package, Messa
                              .arg(error.column));
     if (!assembly.isValid())
         return fail(log, translated("ERROR_INVALID_OBLASM_%1").arg(body));
-    return OBLASMDocumentReader(assembly, log).read(package);
+    return OBLASMDocumentReader(assembly, log).read(package, places);
 }
 
 } // namespace
@@ -164,9 +166,10 @@ OBLARImporter::import(QIODevice& device, MessageNode* log,
     auto package = std::make_unique<Package>();
     if (const auto* file = dynamic_cast<const QFile*>(&device))
         package->identifier().assign(Orv::toLatin1(QFileInfo(file->fileName()).completeBaseName()));
+    OBLASMGraphPlaces places(*package);
     for (const QString& entry : listing.entries())
         for (const QString& body : listing.bodiesOf(entry))
-            if (!readAssembly(listing, body, *package, log))
+            if (!readAssembly(listing, body, *package, places, log))
                 return nullptr;
     return package;
 }

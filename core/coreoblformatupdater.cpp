@@ -60,7 +60,7 @@ bool OBLFormatUpdater::update(QIODevice& device, MessageNode* log,
     }
 
     report(progress, 0.25F);
-    const Elements found = find(*document);
+    const Elements found = find(*document, holder.index());
     report(progress, 0.5F);
     const std::optional<int> count = change(*document, found);
     report(progress, 0.75F);

@@ -43,10 +43,13 @@ bool rename(QDomElement name)
 //     <option><name v="min"/><value v="0"/></option>
 //     <option><name v="step"/><value v="0.1"/></option>
 //   </options></defaultWidget>
-OBLFormatUpdater::Elements OBLFormatUpdater3962n1::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater3962n1::find(const QDomDocument& document,
+                                                        const DomIndex& index) const
 {
-    return elementsAt(document, QStringLiteral("/package/content/*/paraminputs/paraminput/"
-                                               "defaultWidget/options/option/name"));
+    return elementsAt(document,
+                      QStringLiteral("/package/content/*/paraminputs/paraminput/"
+                                     "defaultWidget/options/option/name"),
+                      &index);
 }
 
 std::optional<int> OBLFormatUpdater3962n1::change(QDomDocument& /*document*/,

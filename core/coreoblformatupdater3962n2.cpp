@@ -10,7 +10,8 @@ namespace Ksx::Core {
 // becomes
 //   <configurations><name v="default"/><uid v="7"/><configuration/></configurations>
 // Every `configurations` inside is renamed, at any depth; a `configuration` inside is left alone.
-OBLFormatUpdater::Elements OBLFormatUpdater3962n2::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater3962n2::find(const QDomDocument& document,
+                                                        const DomIndex&) const
 {
     return elementsAt(document, QStringLiteral("/package/configuration"));
 }

@@ -66,9 +66,11 @@ void insertUsages(QDomDocument& document, QDomElement output, const char* name)
 //   </graphoutput>
 // The list stands behind `desc`, if there is one. An output without `usage` becomes "diffuse"; one
 // with a number that is none of the list is left without usages.
-OBLFormatUpdater::Elements OBLFormatUpdater4510::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater4510::find(const QDomDocument& document,
+                                                      const DomIndex& index) const
 {
-    return elementsAt(document, QStringLiteral("/package/content/*/graphOutputs/graphoutput"));
+    return elementsAt(document, QStringLiteral("/package/content/*/graphOutputs/graphoutput"),
+                      &index);
 }
 
 std::optional<int> OBLFormatUpdater4510::change(QDomDocument& document, const Elements& found) const

@@ -12,12 +12,13 @@ namespace Ksx::Core {
 //   <graph><identifier v="wood"/><uid v="3"/>
 //     <attributes><description v="Grain"/></attributes>...</graph>
 // `attributes` that stand already take the description in. An empty `desc` goes without a trace.
-OBLFormatUpdater::Elements OBLFormatUpdater4858::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater4858::find(const QDomDocument& document,
+                                                      const DomIndex& index) const
 {
     Elements found;
     for (const char* path : {"/package/content/*/graph/desc", "/package/content/*/resource/desc",
                              "/package/content/*/function/desc"}) {
-        const Elements more = elementsAt(document, QLatin1String(path));
+        const Elements more = elementsAt(document, QLatin1String(path), &index);
         found.insert(found.end(), more.begin(), more.end());
     }
     return found;

@@ -12,13 +12,14 @@ namespace Ksx::Core {
 //   <paraminput><identifier v="in"/><uid v="3"/>
 //     <attributes><description v="Size"/><usertags v="x"/></attributes>...</paraminput>
 // `attributes` that stand already take the texts in. An empty leaf goes without a trace.
-OBLFormatUpdater::Elements OBLFormatUpdater5017::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater5017::find(const QDomDocument& document,
+                                                      const DomIndex& index) const
 {
     Elements found;
     for (const char* path :
          {"/package/content/*/graphoutput/desc", "/package/content/*/paraminput/desc",
           "/package/content/*/paraminput/usertag"}) {
-        const Elements more = elementsAt(document, QLatin1String(path));
+        const Elements more = elementsAt(document, QLatin1String(path), &index);
         found.insert(found.end(), more.begin(), more.end());
     }
     return found;

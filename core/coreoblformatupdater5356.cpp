@@ -67,7 +67,8 @@ DomElements childrenBut(const QDomElement& parent, const QDomElement& exception)
 //     <uid v="1"/><identifier v="Wood"/><content><graph>...</graph></content>
 //   </group></content>
 // Fails for a package without a name. An empty `content` stays empty.
-OBLFormatUpdater::Elements OBLFormatUpdater5356::find(const QDomDocument& document) const
+OBLFormatUpdater::Elements OBLFormatUpdater5356::find(const QDomDocument& document,
+                                                      const DomIndex&) const
 {
     const QDomElement package = document.firstChildElement(QStringLiteral("package"));
     return package.isNull() ? Elements() : Elements{package};

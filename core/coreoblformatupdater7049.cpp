@@ -14,7 +14,8 @@ bool OBLFormatUpdater7049::update(QIODevice& /*device*/, Orv::Core::MessageNode*
     return true;
 }
 
-OBLFormatUpdater::Elements OBLFormatUpdater7049::find(const QDomDocument& /*document*/) const
+OBLFormatUpdater::Elements OBLFormatUpdater7049::find(const QDomDocument& /*document*/,
+                                                      const DomIndex&) const
 {
     return {};
 }

@@ -2,7 +2,7 @@
 
 #include "data/content/graph.h"
 #include "data/content/package.h"
-#include "data/treewalk.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/uidsource.h"
 #include <algorithm>
 #include <optional>
@@ -63,7 +63,7 @@ bool PackageUpdater4253::update(Package& package, Orv::Core::MessageNode* log,
                                 const Orv::Core::Extensions::ProgressFunction& /*progress*/) const
 {
     int count = 0;
-    Orv::Data::visitTree(static_cast<BaseObject&>(package), [&](BaseObject& object) {
+    visitContent(package, [&](ContentObjectBase& object) {
         auto* graph = dynamic_cast<Graph*>(&object);
         const std::optional<Uid> wanted =
             graph == nullptr ? std::nullopt : wantedPrimaryInput(*graph);

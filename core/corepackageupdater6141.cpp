@@ -2,7 +2,7 @@
 
 #include "data/content/package.h"
 #include "data/filename.h"
-#include "data/treewalk.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/filereferences.h"
 #include "ksx/core/uidsource.h"
@@ -30,15 +30,12 @@ class ContentIndex
 public:
     explicit ContentIndex(const Package& package) : m_package(package)
     {
-        Orv::Data::visitTree(
-            static_cast<const BaseObject&>(package), [this](const BaseObject& object) {
-                if (const auto* named = dynamic_cast<const ContentInterface*>(&object))
-                    // The object's parent is the list, whose parent is the owner. The first one of a
-                    // name wins.
-                    m_objects.emplace(
-                        Key{object.getParent()->getParent(), named->identifierAttribute().get()},
-                        &object);
-            });
+        // The object's parent is the list, whose parent is the owner. The first one of a name wins.
+        visitContent(package, [this](const ContentObjectBase& object) {
+            const auto& named = dynamic_cast<const ContentInterface&>(object);
+            m_objects.emplace(
+                Key{object.getParent()->getParent(), named.identifierAttribute().get()}, &object);
+        });
     }
 
     bool resolves(std::string_view text) const

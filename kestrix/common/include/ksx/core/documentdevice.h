@@ -1,6 +1,7 @@
 // The bytes of a document in memory, and the parsed document beside them.
 #pragma once
 
+#include "ksx/core/dompath.h"
 #include <QByteArray>
 #include <QIODevice>
 #include <memory>
@@ -22,6 +23,8 @@ public:
     // parse, with a text for the user in `error`. Good until the device is written to, truncated
     // or told to release it. Who changes it calls setDocumentChanged() before anybody reads.
     QDomDocument* document(QString& error);
+    // Of the document as it was parsed.
+    const DomIndex& index() const { return m_index; }
     // From now on the document tells the bytes, in UTF-8. False, and the document as it was before
     // it was parsed, if the device is not open for writing.
     bool setDocumentChanged();
@@ -42,9 +45,12 @@ protected:
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
+    void dropDocument();
+
     mutable QByteArray m_bytes;       // none while m_isChanged
     mutable bool m_isChanged = false; // the document is newer than the bytes
     std::unique_ptr<QDomDocument> m_document;
+    DomIndex m_index;
 };
 
 } // namespace Ksx::Core

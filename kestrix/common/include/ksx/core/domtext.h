@@ -8,6 +8,8 @@ class QDomDocument;
 
 namespace Ksx::Core {
 
+class DomIndex;
+
 // Why a text is no document, and where.
 struct DomError
 {
@@ -25,7 +27,9 @@ struct DomError
 // QXmlStreamReader refuses, references to entities that nobody declares, and elements that nest
 // deeper than Orv::Data::XmlDataReader::MaximumDepth: so the functions of QDomDocument that call
 // themselves for each level, its destructor among them, have stack enough.
-bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error);
+// Fills `index` on the way, unless it is null.
+bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error,
+              DomIndex* index = nullptr);
 
 // The document in UTF-8, with a declaration that says so whatever stood there before, and otherwise
 // the text of QDomDocument::save() with an indent of 1; levels beyond MaximumIndent are indented

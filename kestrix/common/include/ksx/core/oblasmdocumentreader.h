@@ -14,6 +14,8 @@ class Package;
 
 namespace Ksx::Core {
 
+class OBLASMGraphPlaces;
+
 // The begin of a binary body, of which nothing more is read, and its description.
 struct OBLASMAssembly
 {
@@ -39,6 +41,8 @@ public:
     // Adds to a detached package. False on failure, reported in the log; the package is then
     // incomplete.
     bool read(Data::Content::Package& package) const;
+    // The same for one of many assemblies: `places` are those of the package.
+    bool read(Data::Content::Package& package, OBLASMGraphPlaces& places) const;
 
 private:
     bool fail(const char* key) const;

@@ -10,6 +10,8 @@ class QDomElement;
 
 namespace Ksx::Core {
 
+class DomIndex;
+
 // Parses the device, lets the derived class find and change entries, counts, reports and hands the
 // document on. A device that no entry was changed in keeps its bytes. On a DocumentDevice all steps
 // share one document; any other device is read and written by each step.
@@ -24,8 +26,8 @@ public:
 protected:
     using Elements = std::vector<QDomElement>;
 
-    // What the step is about, found before anything changes.
-    virtual Elements find(const QDomDocument& document) const = 0;
+    // What the step is about, found before anything changes. `index` is that of the document.
+    virtual Elements find(const QDomDocument& document, const DomIndex& index) const = 0;
     // Changes the document and answers how many entries it changed; none when the step fails. With
     // none or 0 the document must be as it was.
     virtual std::optional<int> change(QDomDocument& document, const Elements& found) const = 0;

@@ -12,7 +12,7 @@ public:
 
 protected:
     const char* className() const override { return "Ksx::Core::OBLFormatUpdater4510"; }
-    Elements find(const QDomDocument& document) const override;
+    Elements find(const QDomDocument& document, const DomIndex& index) const override;
     std::optional<int> change(QDomDocument& document, const Elements& found) const override;
 };
 
