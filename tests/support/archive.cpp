@@ -154,8 +154,8 @@ std::string filesInfo(const ArchiveFiles& files)
     }
     std::string text = code(Property::Files) + archiveNumber(files.size());
     if (!isEmptyFile.empty())
-        text +=
-            sized(Property::EmptyStream, bits(isEmpty)) + sized(Property::EmptyFile, bits(isEmptyFile));
+        text += sized(Property::EmptyStream, bits(isEmpty)) +
+                sized(Property::EmptyFile, bits(isEmptyFile));
     return text + sized(Property::Names, names) + code(Property::End);
 }
 
@@ -191,8 +191,7 @@ std::string withChecksumsRepaired(std::string archive)
 
 std::string archiveHeader(const std::string& archive)
 {
-    const std::uint64_t begin =
-        ArchiveStartSize + fromLittleEndian(archive.substr(OffsetPlace, 8));
+    const std::uint64_t begin = ArchiveStartSize + fromLittleEndian(archive.substr(OffsetPlace, 8));
     return begin > archive.size()
                ? std::string()
                : archive.substr(begin, fromLittleEndian(archive.substr(SizePlace, 8)));
@@ -228,7 +227,7 @@ std::string compressedArchive(const ArchiveFiles& files, const std::vector<std::
     QStringList arguments{"a", "-t7z", "-bso0", "-bsp0", "-mmt=1"};
     for (const std::string& one : switches)
         arguments.append(QString::fromStdString(one));
-    arguments.append(QString::fromStdString(directory.path("archive")));
+    arguments.append(QString::fromStdString(directory.path("archive.7z")));
     for (const ArchiveFile& file : files)
         if (file.isDirectory)
             directory.makeDirectory("files/" + file.name);
@@ -241,7 +240,7 @@ std::string compressedArchive(const ArchiveFiles& files, const std::vector<std::
     archiver.start(archiverPath(), arguments);
     EXPECT_TRUE(archiver.waitForFinished(-1));
     EXPECT_EQ(archiver.exitCode(), 0) << archiver.readAllStandardError().toStdString();
-    return directory.read(directory.exists("archive.7z") ? "archive.7z" : "archive");
+    return directory.read("archive.7z");
 }
 
 } // namespace TestSupport
