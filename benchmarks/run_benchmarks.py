@@ -8,6 +8,7 @@ import argparse
 import collections
 import filecmp
 import os
+import re
 import shutil
 import statistics
 import sys
@@ -22,6 +23,10 @@ MAX_CPU_RATIO = 1.5
 MAX_MEMORY_PER_BYTE = 6.0
 MAX_LINEARITY = 1.15
 MAX_ONE_CALL_RATIO = 0.5
+MAX_OLD_CPU_RATIO = 1.6
+MAX_OLD_MEMORY_RATIO = 1.3
+OLDEST_VERSION = b"1.0.1.3000"
+HEAD_SIZE = 2000  # bytes of a package in which its versions stand
 MAX_STARTUP_RATIO = 1.5
 GOAL_CPU_RATIO = 1.0
 GOAL_MEMORY_PER_BYTE = 3.0
@@ -74,7 +79,7 @@ def check_size(output, source):
 
 
 def find_programs(build_dir):
-    wanted = {"kestrix", "generatepackage", "xmlpump", "emptyqt", "pugixmlcopy"}
+    wanted = {"kestrix", "generatepackage", "xmlpump", "emptyqt", "pugixmlcopy", "domcopy"}
     found = {}
     for folder, _, files in os.walk(build_dir):
         for name in wanted.intersection(files):
@@ -188,7 +193,40 @@ class Benchmarks:
                  MAX_LINEARITY)
         self.bar(f"linearity, wall per MB, {sizes}", used.wall / small_used.wall / growth,
                  MAX_LINEARITY)
+        self.old_file(large)
         os.remove(large)
+
+    def old_file(self, current):
+        """Takes `current` back to the oldest version, beside a load and save with a DOM."""
+        if "domcopy" not in self.programs:
+            return
+        old = os.path.join(self.folder, "old.obl")
+        with open(current, "rb") as source, open(old, "wb") as target:
+            head = source.read(HEAD_SIZE)
+            target.write(re.sub(rb'(<formatVersion v=")[^"]*"/><updaterVersion v="[^"]*"/>',
+                                rb'\g<1>' + OLDEST_VERSION + b'"/>', head))
+            shutil.copyfileobj(source, target)
+        copy = os.path.join(self.output_dir, "copy.obl")
+        commands = {"kestrix update": self.update_command(old, name="copy"),
+                    "(e) domcopy": [self.programs["domcopy"], old, copy]}
+        usages = {label: [] for label in commands}
+        for _ in range(self.runs):
+            for label, command in commands.items():
+                self.empty_output()
+                usages[label].append(run(command, self.log))
+                check_size(copy, old)
+        medians = {label: median(list_) for label, list_ in usages.items()}
+        used, reference = medians["kestrix update"], medians["(e) domcopy"]
+        size = megabytes(os.path.getsize(old))
+        table(f"The same of the oldest version, {size:.1f} MB, {self.runs} runs",
+              ["Program", "wall s", "cpu s", "cpu / (e)", "peak MiB"],
+              [[label, f"{one.wall:.3f}", f"{one.cpu:.3f}", f"{one.cpu / reference.cpu:.2f}",
+                f"{one.memory / 2**20:.1f}"] for label, one in medians.items()])
+        self.bar(f"cpu of update of {size:.0f} MB of the oldest version / cpu of (e)",
+                 used.cpu / reference.cpu, MAX_OLD_CPU_RATIO)
+        self.bar("peak memory of the same / (e)", used.memory / reference.memory,
+                 MAX_OLD_MEMORY_RATIO)
+        os.remove(old)
 
     def check_many(self, sources):
         for source in sources:
