@@ -25,6 +25,9 @@ using Orv::Core::MessageNode;
 
 const QString AssembliesPrefix = QStringLiteral("assemblies/content/");
 const QString AuthoringPrefix = QStringLiteral("authoring/content/");
+// What the descriptions of one archive may come to, in bytes: a document of them takes a multiple.
+constexpr qint64 MaximumDescriptionsSize = qint64{64} << 20;
+
 const QString BodyEnding = QStringLiteral(".oblasm");
 const QString DescriptionEnding = QStringLiteral(".xml");
 
@@ -80,11 +83,13 @@ public:
 
 private:
     qint64 note(const QString& name);
+    void take(const QString& name, const QByteArray& bytes);
 
     QStringList m_entries; // ids, in the order of the archive
     QHash<QString, QStringList> m_bodies;
     QHash<QString, QByteArray> m_files; // descriptions, and the headers of bodies
     QSet<QString> m_names;
+    qint64 m_descriptionsLeft = MaximumDescriptionsSize;
     QString m_badName; // the first that no archive should have
 };
 
@@ -107,7 +112,16 @@ qint64 Listing::note(const QString& name)
         m_bodies[entry].append(name);
         return OBLASMAssembly::HeaderSize;
     }
-    return name.endsWith(DescriptionEnding) ? ArchiveVisitor::All : 0;
+    // One byte more than there may be, by which too large a file is told.
+    return name.endsWith(DescriptionEnding) ? std::max<qint64>(m_descriptionsLeft, 0) + 1 : 0;
+}
+
+void Listing::take(const QString& name, const QByteArray& bytes)
+{
+    if (name.endsWith(DescriptionEnding))
+        m_descriptionsLeft -= bytes.size();
+    if (m_descriptionsLeft >= 0)
+        m_files.insert(name, bytes);
 }
 
 bool Listing::read(QIODevice& device, MessageNode* log)
@@ -115,9 +129,11 @@ bool Listing::read(QIODevice& device, MessageNode* log)
     QString detail;
     const ArchiveVisitor visitor{
         [this](const QString& name) { return note(name); },
-        [this](const QString& name, const QByteArray& bytes) { m_files.insert(name, bytes); }};
+        [this](const QString& name, const QByteArray& bytes) { take(name, bytes); }};
     switch (readArchive(device, visitor, detail)) {
     case ArchiveResult::Success:
+        if (m_descriptionsLeft < 0)
+            break;
         return m_badName.isNull() ||
                fail(log, translated("ERROR_INVALID_FILE_NAME_%1").arg(m_badName));
     case ArchiveResult::NotOpened:

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <exception>
 
 namespace Ksx::Core {
 
@@ -241,7 +242,12 @@ bool Opening::updateFormat()
 
 std::unique_ptr<Package> Opening::import()
 {
-    std::unique_ptr<Orv::Data::BaseObject> root = m_importer->import(*m_device, m_log, m_progress);
+    std::unique_ptr<Orv::Data::BaseObject> root;
+    try {
+        root = m_importer->import(*m_device, m_log, m_progress);
+    } catch (const std::exception& exception) {
+        fail(QString::fromLatin1(exception.what())); // whatever it was, the file is not read
+    }
     m_device.reset();
     if (root == nullptr) {
         fail(readerText("ERROR_FAIL_TO_CREATE_PACKAGE"));

@@ -378,6 +378,17 @@ TEST_F(OblarImport, NeedsNoLog)
 
 // Large archives.
 
+TEST_F(OblarImport, RefusesDescriptionsThatUnpackToFarMoreThanTheyAre)
+{
+    if (!hasArchiver())
+        GTEST_SKIP() << "no archiver";
+
+    ArchiveFiles files = manyAssemblies(1);
+    files.push_back({"assemblies/content/1/blanks.xml", std::string(std::size_t{65} << 20, ' ')});
+
+    EXPECT_EQ(import(compressedArchive(files, {"-mx=1"})), nullptr);
+}
+
 TEST_F(OblarImport, ReadsAThousandAssemblies)
 {
     if (!hasArchiver())
