@@ -9,6 +9,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace {
 
@@ -26,10 +29,20 @@ void setLibraryPaths()
         QCoreApplication::addLibraryPath(directory.path());
 }
 
+// Documents are millions of small blocks, and the C library would join its bins of freed small
+// blocks whenever a larger one is asked for: a twelfth of the time of updating a large old file.
+void tuneAllocator()
+{
+#ifdef __GLIBC__
+    mallopt(M_MXFAST, 0);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    tuneAllocator();
     Orv::installFileNameCodec();
     Services services;
     const QCoreApplication application(argc, argv);
