@@ -22,7 +22,7 @@ using Data::Content::Package;
 using Orv::Core::Version;
 
 const QString PresetsScheme = QStringLiteral("obl://");
-constexpr qint64 CopyBlock = 64 * 1024;
+constexpr qint64 CopyBlock = qint64{64} * 1024;
 
 void stamp(const Package& package, const QString& path)
 {
