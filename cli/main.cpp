@@ -1,5 +1,6 @@
 // Set-up, one command, tear-down.
 #include "core/programoptions.h"
+#include "data/desc/descriptiontables.h"
 #include "data/filename.h"
 #include "imageformats/imagepluginregistration.h"
 #include "programcommand/filterspecialization.h"
@@ -53,5 +54,7 @@ int main(int argc, char** argv)
     options.addCommand(std::make_unique<ProgramCommand::Update>(&services));
     options.addCommand(std::make_unique<ProgramCommand::FilterSpecialization>(&services));
     options.addCommand(std::make_unique<ProgramCommand::InputEditor>(&services));
-    return options.run(argc, argv);
+    const int code = options.run(argc, argv);
+    Ksx::Data::Desc::DescriptionTables::destroy();
+    return code;
 }
