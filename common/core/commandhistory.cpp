@@ -36,6 +36,7 @@ bool CommandHistory::reverse(std::shared_ptr<HistoryScratch>& from,
     try {
         to = std::make_shared<HistoryScratch>();
         ManipulatorContext context(to);
+        context.setReplay();
         from->undoAll(context);
         from.reset();
         context.close();

@@ -22,6 +22,9 @@ public:
     // The edit has failed: its end reverses what it did and delivers nothing.
     void setRollback() { m_rollback = true; }
     bool isRollback() const { return m_rollback; }
+    // An undo or a redo: what is settled once comes back, and listeners must not edit on top of it.
+    void setReplay() { m_isReplay = true; }
+    bool isReplay() const { return m_isReplay; }
     // For history items: `object` has left the tree for good, so its listeners go with the context.
     void settleObject(Data::BaseObject& object) { takeOut(object); }
 
@@ -36,6 +39,7 @@ private:
 
     std::shared_ptr<HistoryScratch> m_scratch;
     bool m_rollback = false;
+    bool m_isReplay = false;
     bool m_isClosed = false;
 };
 
