@@ -1,40 +1,90 @@
 // Reads 7z archives with libarchive. Built as a library of its own, which is loaded at need.
 #include "ksx/core/archivereader.h"
 
-#include <QtEndian>
+#include "sevenziplist.h"
 #include <archive.h>
 #include <archive_entry.h>
 #include <algorithm>
 #include <clocale>
 #include <memory>
-#include <zlib.h>
+#include <vector>
 
 namespace {
 
 using Ksx::Core::ArchiveResult;
 using Ksx::Core::ArchiveVisitor;
+using Ksx::Core::MaximumListSize;
 
-constexpr std::size_t BlockSize = 64 * 1024;
+constexpr qint64 BlockSize = 64 * 1024;
 
-// What the callbacks work on.
-struct Source
+// An archive, with another list of files than the device has.
+class Source
 {
-    QIODevice& device;
-    char block[BlockSize];
+public:
+    Source(QIODevice& device, quint64 listOffset, const QByteArray& list)
+        : m_device(device), m_start(SevenZipStart::of(listOffset, list).written()), m_list(list),
+          m_listPlace(SevenZipStart::Size + static_cast<qint64>(listOffset))
+    {}
+
+    // Answers the number of bytes, which stand in `block` until the next call.
+    qint64 read(const void*& block);
+    // Answers the new place, or ARCHIVE_FATAL.
+    qint64 seek(qint64 offset, int whence);
+
+private:
+    qint64 readPart(const QByteArray& part, qint64 place, const void*& block)
+    {
+        block = part.constData() + (m_place - place);
+        return place + part.size() - m_place;
+    }
+    qint64 readDevice(const void*& block)
+    {
+        block = m_block.data();
+        const bool isThere = m_device.pos() == m_place || m_device.seek(m_place);
+        return isThere ? m_device.read(m_block.data(), std::min(BlockSize, m_listPlace - m_place))
+                       : -1;
+    }
+
+    QIODevice& m_device;
+    QByteArray m_start;
+    QByteArray m_list;
+    qint64 m_listPlace;
+    qint64 m_place = 0;
+    std::vector<char> m_block = std::vector<char>(BlockSize);
 };
 
-la_ssize_t readBlock(archive*, void* data, const void** buffer)
+qint64 Source::read(const void*& block)
 {
-    auto* source = static_cast<Source*>(data);
-    *buffer = source->block;
-    return static_cast<la_ssize_t>(source->device.read(source->block, BlockSize));
+    qint64 count = 0;
+    if (m_place < SevenZipStart::Size)
+        count = readPart(m_start, 0, block);
+    else if (m_place < m_listPlace)
+        count = readDevice(block);
+    else if (m_place < m_listPlace + m_list.size())
+        count = readPart(m_list, m_listPlace, block);
+    m_place += std::max<qint64>(count, 0);
+    return count;
 }
 
-la_int64_t seekTo(archive*, void* data, la_int64_t offset, int whence)
+qint64 Source::seek(qint64 offset, int whence)
 {
-    QIODevice& device = static_cast<Source*>(data)->device;
-    const qint64 base = whence == SEEK_CUR ? device.pos() : whence == SEEK_END ? device.size() : 0;
-    return device.seek(base + offset) ? device.pos() : ARCHIVE_FATAL;
+    const qint64 base = whence == SEEK_CUR   ? m_place
+                        : whence == SEEK_END ? m_listPlace + m_list.size()
+                                             : 0;
+    if (offset < -base)
+        return ARCHIVE_FATAL;
+    m_place = base + offset;
+    return m_place;
+}
+
+la_ssize_t readBlock(archive*, void* source, const void** block)
+{
+    return static_cast<la_ssize_t>(static_cast<Source*>(source)->read(*block));
+}
+
+la_int64_t seekTo(archive*, void* source, la_int64_t offset, int whence)
+{
+    return static_cast<Source*>(source)->seek(offset, whence);
 }
 
 // Names are UTF-16 in the archive and pass through the C locale on their way out: under one that
@@ -65,9 +115,9 @@ private:
 class Pass
 {
 public:
-    Pass(QIODevice& device, const ArchiveVisitor& visitor, qint64 maximumSize, QString& detail)
-        : m_source(new Source{device, {}}), m_archive(archive_read_new(), &archive_read_free),
-          m_visitor(visitor), m_left(maximumSize), m_detail(detail)
+    Pass(Source& source, const ArchiveVisitor& visitor, qint64 maximumSize, QString& detail)
+        : m_source(source), m_archive(archive_read_new(), &archive_read_free), m_visitor(visitor),
+          m_left(maximumSize), m_detail(detail)
     {}
 
     ArchiveResult run();
@@ -83,30 +133,12 @@ private:
         return result;
     }
 
-    std::unique_ptr<Source> m_source;
+    Source& m_source;
     std::unique_ptr<archive, int (*)(archive*)> m_archive;
     const ArchiveVisitor& m_visitor;
     qint64 m_left; // bytes that may still be unpacked
     QString& m_detail;
 };
-
-// The library finds an archive behind whatever stands before it and does not test the checksum of
-// its first bytes; here the file is the archive, and all of it must be right.
-bool hasSoundStart(QIODevice& device)
-{
-    constexpr char Signature[] = {'7', 'z', '\xBC', '\xAF', '\x27', '\x1C'};
-    constexpr int ChecksumPlace = 8;
-    constexpr int ChecksumBegin = 12;
-    constexpr int StartSize = 32;
-    const QByteArray start = device.read(StartSize);
-    if (start.size() != StartSize || !device.seek(0) ||
-        !start.startsWith(QByteArray::fromRawData(Signature, sizeof(Signature))))
-        return false;
-    const auto* bytes = reinterpret_cast<const unsigned char*>(start.constData());
-    const uLong checksum =
-        crc32(crc32(0, nullptr, 0), bytes + ChecksumBegin, StartSize - ChecksumBegin);
-    return checksum == qFromLittleEndian<quint32>(bytes + ChecksumPlace);
-}
 
 bool Pass::open()
 {
@@ -114,13 +146,13 @@ bool Pass::open()
     return reader != nullptr && archive_read_support_format_7zip(reader) == ARCHIVE_OK &&
            archive_read_set_read_callback(reader, &readBlock) == ARCHIVE_OK &&
            archive_read_set_seek_callback(reader, &seekTo) == ARCHIVE_OK &&
-           archive_read_set_callback_data(reader, m_source.get()) == ARCHIVE_OK &&
+           archive_read_set_callback_data(reader, &m_source) == ARCHIVE_OK &&
            archive_read_open1(reader) == ARCHIVE_OK;
 }
 
 ArchiveResult Pass::run()
 {
-    if (!hasSoundStart(m_source->device) || !open())
+    if (!open())
         return fail(ArchiveResult::NotOpened);
     for (bool isFirst = true;; isFirst = false) {
         archive_entry* entry = nullptr;
@@ -182,6 +214,56 @@ ArchiveResult Pass::unpack(qint64 wanted, QByteArray& bytes)
     }
 }
 
+// The bytes of the list of files as it stands in the device. The archive library finds an archive
+// behind whatever stands before it and does not test the checksum of its first bytes; here the file
+// is the archive, and all of it must be right.
+ArchiveResult readList(QIODevice& device, SevenZipStart& start, QByteArray& list, QString& detail)
+{
+    if (!start.read(device.read(SevenZipStart::Size)))
+        return ArchiveResult::NotOpened;
+    const auto rest = static_cast<quint64>(device.size() - SevenZipStart::Size);
+    if (start.listOffset > rest || start.listSize > rest - start.listOffset)
+        return ArchiveResult::NotOpened;
+    if (start.listSize > MaximumListSize) {
+        detail = QStringLiteral("%1 bytes").arg(start.listSize);
+        return ArchiveResult::ListTooLarge;
+    }
+    if (!device.seek(SevenZipStart::Size + static_cast<qint64>(start.listOffset)))
+        return ArchiveResult::NotOpened;
+    list = device.read(static_cast<qint64>(start.listSize));
+    const bool isRight = static_cast<quint64>(list.size()) == start.listSize &&
+                         archiveChecksum(list) == start.listChecksum;
+    return isRight ? ArchiveResult::Success : ArchiveResult::NotOpened;
+}
+
+// Puts the plain list in the place of a packed one.
+bool unpackList(QIODevice& device, quint64 offset, std::optional<quint32> checksum,
+                QByteArray& list, QString& detail)
+{
+    Source source(device, offset, listOfPlainList(list));
+    const ArchiveVisitor visitor{[](const QString&) { return ArchiveVisitor::All; },
+                                 [&](const QString&, const QByteArray& bytes) { list = bytes; }};
+    return Pass(source, visitor, MaximumListSize, detail).run() == ArchiveResult::Success &&
+           (!checksum || *checksum == archiveChecksum(list));
+}
+
+// Makes sure that the archive library gets a plain list that it can afford to read. A packed list
+// of a packed list is a form that no archiver writes.
+ArchiveResult preparePlainList(QIODevice& device, quint64 offset, QByteArray& list, QString& detail)
+{
+    if (list.isEmpty()) // an archive without files
+        return ArchiveResult::Success;
+    ListTraits traits = traitsOf(list);
+    if (traits.form == ListForm::Packed &&
+        unpackList(device, offset, traits.unpackedChecksum, list, detail))
+        traits = traitsOf(list);
+    if (traits.form == ListForm::TooLarge) {
+        detail = traits.excess;
+        return ArchiveResult::ListTooLarge;
+    }
+    return traits.form == ListForm::Plain ? ArchiveResult::Success : ArchiveResult::NotOpened;
+}
+
 } // namespace
 
 extern "C" __attribute__((visibility("default"))) ArchiveResult
@@ -189,5 +271,13 @@ ksxReadArchive(QIODevice& device, const ArchiveVisitor& visitor, qint64 maximumS
                QString& detail)
 {
     const Utf8Locale locale;
-    return Pass(device, visitor, maximumSize, detail).run();
+    SevenZipStart start;
+    QByteArray list;
+    ArchiveResult result = readList(device, start, list, detail);
+    if (result == ArchiveResult::Success)
+        result = preparePlainList(device, start.listOffset, list, detail);
+    if (result != ArchiveResult::Success)
+        return result;
+    Source source(device, start.listOffset, list);
+    return Pass(source, visitor, maximumSize, detail).run();
 }

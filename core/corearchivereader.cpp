@@ -9,10 +9,10 @@ namespace {
 
 using ReadFunction = ArchiveResult (*)(QIODevice&, const ArchiveVisitor&, qint64, QString&);
 
-// Stands beside the executable, and stays loaded until the process ends.
-ReadFunction loadReader(QString& detail)
+// Stays loaded until the process ends.
+ReadFunction loadReader(const QString& path, QString& detail)
 {
-    QLibrary library(QCoreApplication::applicationDirPath() + QStringLiteral("/libksx_archives"));
+    QLibrary library(path);
     const auto read = reinterpret_cast<ReadFunction>(library.resolve("ksxReadArchive"));
     if (read == nullptr)
         detail = library.errorString();
@@ -21,12 +21,14 @@ ReadFunction loadReader(QString& detail)
 
 } // namespace
 
-ArchiveResult readArchive(QIODevice& device, const ArchiveVisitor& visitor, QString& detail)
+ArchiveResult readArchive(QIODevice& device, const ArchiveVisitor& visitor, QString& detail,
+                          const QString& library)
 {
-    static ReadFunction read = nullptr;
-    if (read == nullptr)
-        read = loadReader(detail);
-    return read == nullptr ? ArchiveResult::NotOpened
+    const QString path = library.isEmpty() ? QCoreApplication::applicationDirPath() +
+                                                 QStringLiteral("/libksx_archives")
+                                           : library;
+    const ReadFunction read = loadReader(path, detail);
+    return read == nullptr ? ArchiveResult::NoReader
                            : read(device, visitor, MaximumUnpackedSize, detail);
 }
 

@@ -1,5 +1,6 @@
 // Compiled packages and assemblies as inputs and dependencies of the tool, good and damaged.
 #include "support/assemblytext.h"
+#include "support/damage.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -16,21 +17,27 @@ using TestSupport::ArchiveFiles;
 using TestSupport::Blocks;
 using TestSupport::caseName;
 using TestSupport::compressedArchive;
+using TestSupport::DamageCase;
 using TestSupport::hasArchiver;
+using TestSupport::listOfEmptyFiles;
 using TestSupport::manyAssemblies;
+using TestSupport::Packing;
+using TestSupport::repeated;
 using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::storedArchive;
 using TestSupport::TemporaryDirectory;
 using TestSupport::Tool;
 using TestSupport::ToolRun;
+using TestSupport::withArchiveHeader;
 using TestSupport::withChecksumsRepaired;
-using TestSupport::withHeaderPlace;
+using TestSupport::withFlippedBit;
+using TestSupport::withPackedList;
 using TestSupport::operator+;
 
 namespace {
 
-constexpr long MaximumKilobytes = 1024 * 1024;
+constexpr long MaximumKilobytes = 1024L * 1024;
 
 class Assemblies : public testing::Test
 {
@@ -285,66 +292,39 @@ TEST_P(BadAssembly, IsRefused)
     expectRefused(run, "a.oblasm");
 }
 
-std::string repeated(const std::string& text, int count)
-{
-    std::string result;
-    for (int i = 0; i < count; ++i)
-        result += text;
-    return result;
-}
-
-std::string withEntities(const std::string& entities)
-{
-    return "<!DOCTYPE obldescription [" + entities + "]>" + aDescription("<graph label=\"&e;\"/>");
-}
-
-std::string entityBomb()
-{
-    std::string entities = "<!ENTITY x0 \"lol\">";
-    for (int i = 1; i < 12; ++i)
-        entities += "<!ENTITY x" + std::to_string(i) + " \"" +
-                    repeated("&x" + std::to_string(i - 1) + ";", 10) + "\">";
-    return withEntities(entities + "<!ENTITY e \"&x11;\">");
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Pairs, BadAssembly,
-    testing::Values(
-        PairCase{"OtherUid", anAssemblyBody(43), aDescription("")},
-        PairCase{"EmptyBody", "", aDescription("")},
-        PairCase{"ShortBody", anAssemblyBody().substr(0, 15), aDescription("")},
-        PairCase{"OtherMagic", "x" + anAssemblyBody(), aDescription("")},
-        PairCase{"EmptyDescription", anAssemblyBody(), ""},
-        PairCase{"BrokenDescription", anAssemblyBody(), aDescription("</graph>")},
-        PairCase{"BinaryDescription", anAssemblyBody(), anAssemblyBody()},
-        PairCase{"NoGraphs", anAssemblyBody(), R"(<obldescription asmuid="42"/>)"},
-        PairCase{"BadGraph", anAssemblyBody(), aDescription(aDescribedGraph("a", "<input/>"))},
-        PairCase{"EntityBomb", anAssemblyBody(), entityBomb()},
-        PairCase{"EntityOfItself", anAssemblyBody(), withEntities(R"(<!ENTITY e "&e;">)")},
-        PairCase{"FlatEntityBomb", anAssemblyBody(),
-                 replaced(withEntities("<!ENTITY e \"" + std::string(100000, 'x') + "\">"), "&e;",
-                          repeated("&e;", 100000))},
-        PairCase{"NestedTooDeep", anAssemblyBody(),
-                 aDescription(repeated("<graph>", 200000) + repeated("</graph>", 200000))},
-        PairCase{"UnclosedTooDeep", anAssemblyBody(), repeated("<graphs>", 1000000)},
-        PairCase{"GroupsNestedTooDeep", anAssemblyBody(),
-                 aDescription(aDescribedGraph(repeated("a/", 200000)))}),
+    testing::Values(PairCase{"OtherUid", anAssemblyBody(43), aDescription("")},
+                    PairCase{"EmptyBody", "", aDescription("")},
+                    PairCase{"ShortBody", anAssemblyBody().substr(0, 15), aDescription("")},
+                    PairCase{"OtherMagic", "x" + anAssemblyBody(), aDescription("")},
+                    PairCase{"EmptyDescription", anAssemblyBody(), ""},
+                    PairCase{"NoGraphs", anAssemblyBody(), R"(<obldescription asmuid="42"/>)"},
+                    PairCase{"BadGraph", anAssemblyBody(),
+                             aDescription(aDescribedGraph("a", "<input/>"))},
+                    PairCase{"GroupsNestedTooDeep", anAssemblyBody(),
+                             aDescription(aDescribedGraph(repeated("a/", 200000)))}),
     caseName<PairCase>);
+
+class BrokenDescription : public Assemblies, public testing::WithParamInterface<DamageCase>
+{};
+
+TEST_P(BrokenDescription, IsRefused)
+{
+    directory.write("a.xml", GetParam().bytes());
+
+    const ToolRun run = updateLimited("a.oblasm", anAssemblyBody());
+
+    expectRefused(run, "a.oblasm");
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, BrokenDescription,
+                         testing::ValuesIn(TestSupport::brokenDescriptions()),
+                         caseName<DamageCase>);
 
 // Bad archives.
 
-struct ArchiveCase
-{
-    const char* name;
-    std::string (*bytes)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const ArchiveCase& c)
-{
-    return stream << c.name;
-}
-
-class BadArchive : public Assemblies, public testing::WithParamInterface<ArchiveCase>
+class BadArchive : public Assemblies, public testing::WithParamInterface<DamageCase>
 {};
 
 TEST_P(BadArchive, IsRefused)
@@ -369,43 +349,42 @@ std::string announcing(std::uint64_t size)
     return storedArchive({{Wood[0].name, "x", false, size}, Wood[1]});
 }
 
+INSTANTIATE_TEST_SUITE_P(Forms, BadArchive, testing::ValuesIn(TestSupport::noArchives()),
+                         caseName<DamageCase>);
+INSTANTIATE_TEST_SUITE_P(Lists, BadArchive, testing::ValuesIn(TestSupport::overlongLists()),
+                         caseName<DamageCase>);
 INSTANTIATE_TEST_SUITE_P(
-    Forms, BadArchive,
+    Files, BadArchive,
     testing::Values(
-        ArchiveCase{"Empty", [] { return std::string(); }},
-        ArchiveCase{"OneByte", [] { return std::string("7"); }},
-        ArchiveCase{"Zeros", [] { return std::string(100000, '\0'); }},
-        ArchiveCase{"Text", [] { return aPackage().text(); }},
-        ArchiveCase{"Assembly", [] { return anAssemblyBody(); }},
-        ArchiveCase{"Zip", [] { return "PK\3\4" + std::string(1000, '\0'); }},
-        ArchiveCase{"BytesInFront", [] { return "x" + small(); }},
-        ArchiveCase{"HeaderHuge", [] { return withHeaderPlace(small(), 0, 1ull << 62); }},
-        ArchiveCase{"HeaderFarAway", [] { return withHeaderPlace(small(), 1ull << 62, 100); }},
-        ArchiveCase{"HeaderNegative", [] { return withHeaderPlace(small(), ~0ull, ~0ull); }},
-        ArchiveCase{"MillionsOfFiles",
-                    [] {
-                        const std::string count("\xff\x80\xf0\xfa\2\0\0\0\0", 9);
-                        return TestSupport::withArchiveHeader(small(), "\1\5" + count +
-                                                                           std::string(2, '\0'));
-                    }},
-        ArchiveCase{"NoDescription", [] { return storedArchive({Wood[0]}); }},
-        ArchiveCase{"WrongPair",
-                    [] {
-                        return storedArchive({{Wood[0].name, anAssemblyBody(1)}, Wood[1]});
-                    }},
-        ArchiveCase{
-            "WrongChecksum",
-            [] {
-                return storedArchive({Wood[0], {Wood[1].name, Wood[1].bytes, false, {}, 1}});
-            }},
-        ArchiveCase{"NameTwice", [] { return storedArchive(Wood + Wood); }},
-        ArchiveCase{"NameLeadsOut", [] { return withFile("../x"); }},
-        ArchiveCase{"NameIsAbsolute", [] { return withFile("/tmp/x"); }},
-        ArchiveCase{"AnnouncesTooMuch", [] { return announcing((1ull << 30) + 1); }},
-        ArchiveCase{"AnnouncesFarTooMuch", [] { return announcing(1ull << 62); }},
-        ArchiveCase{"AnnouncesLessThanNothing", [] { return announcing(1ull << 63); }},
-        ArchiveCase{"AnnouncesMoreThanItHas", [] { return announcing(1ull << 29); }}),
-    caseName<ArchiveCase>);
+        DamageCase{"NoDescription", [] { return storedArchive({Wood[0]}); }},
+        DamageCase{"WrongPair",
+                   [] {
+                       return storedArchive({{Wood[0].name, anAssemblyBody(1)}, Wood[1]});
+                   }},
+        DamageCase{"WrongChecksum",
+                   [] {
+                       return storedArchive({Wood[0], {Wood[1].name, Wood[1].bytes, false, {}, 1}});
+                   }},
+        DamageCase{"NameTwice", [] { return storedArchive(Wood + Wood); }},
+        DamageCase{"NameLeadsOut", [] { return withFile("../x"); }},
+        DamageCase{"NameIsAbsolute", [] { return withFile("/tmp/x"); }},
+        DamageCase{"AnnouncesTooMuch", [] { return announcing((1ull << 30) + 1); }},
+        DamageCase{"AnnouncesFarTooMuch", [] { return announcing(1ull << 62); }},
+        DamageCase{"AnnouncesLessThanNothing", [] { return announcing(1ull << 63); }},
+        DamageCase{"AnnouncesMoreThanItHas", [] { return announcing(1ull << 29); }}),
+    caseName<DamageCase>);
+
+// The list of files would take more than a gigabyte.
+TEST_F(Assemblies, ASmallArchiveOfMillionsOfFilesIsRefused)
+{
+    if (!hasArchiver())
+        GTEST_SKIP() << "no archiver";
+    const std::string list = listOfEmptyFiles(12000000);
+    directory.write("a.oblar",
+                    withPackedList(withArchiveHeader(storedArchive({}), list), Packing::Lzma));
+
+    expectRefused(update("a.oblar"), "a.oblar");
+}
 
 TEST_F(Assemblies, ADirectoryIsRefused)
 {
@@ -451,27 +430,26 @@ INSTANTIATE_TEST_SUITE_P(Places, CutArchive,
 INSTANTIATE_TEST_SUITE_P(LastByte, CutArchive,
                          testing::Values(static_cast<int>(small().size()) - 1));
 
-std::string withFlippedBit(std::string archive, int place)
+class FlippedArchive : public Assemblies, public testing::WithParamInterface<std::size_t>
 {
-    const auto byte = static_cast<std::size_t>(place);
-    archive[byte] = static_cast<char>(archive[byte] ^ (1 << (place % 8)));
-    return archive;
-}
-
-class FlippedArchive : public Assemblies, public testing::WithParamInterface<int>
-{};
+protected:
+    // Another bit of each byte.
+    static std::string archive()
+    {
+        return withFlippedBit(small(), GetParam() * 8 + GetParam() % 8);
+    }
+};
 
 TEST_P(FlippedArchive, IsRefused)
 {
-    const ToolRun run = updateLimited("a.oblar", withFlippedBit(small(), GetParam()));
+    const ToolRun run = updateLimited("a.oblar", archive());
 
     expectRefused(run, "a.oblar");
 }
 
 TEST_P(FlippedArchive, WithRightChecksumsEndsInOrder)
 {
-    const ToolRun run =
-        updateLimited("a.oblar", withChecksumsRepaired(withFlippedBit(small(), GetParam())));
+    const ToolRun run = updateLimited("a.oblar", withChecksumsRepaired(archive()));
 
     EXPECT_EQ(run.signal, 0) << run;
     EXPECT_EQ(run.exitCode == 0, directory.exists("a_updated.obl")) << run;
@@ -479,6 +457,6 @@ TEST_P(FlippedArchive, WithRightChecksumsEndsInOrder)
 }
 
 INSTANTIATE_TEST_SUITE_P(Places, FlippedArchive,
-                         testing::Range(8, static_cast<int>(small().size()), 7));
+                         testing::Range(std::size_t{8}, small().size(), std::size_t{7}));
 
 } // namespace

@@ -1,7 +1,9 @@
 #include "ksx/core/archivereader.h"
 
 #include "support/archive.h"
+#include "support/damage.h"
 #include "support/shelfcases.h"
+#include "support/temporarydirectory.h"
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QLibrary>
@@ -15,22 +17,27 @@ using Ksx::Core::ArchiveVisitor;
 using TestSupport::ArchiveFile;
 using TestSupport::ArchiveFiles;
 using TestSupport::archiveHeader;
-using TestSupport::archiveNumber;
 using TestSupport::ArchiveStartSize;
 using TestSupport::Blocks;
 using TestSupport::caseName;
 using TestSupport::compressedArchive;
+using TestSupport::DamageCase;
 using TestSupport::hasArchiver;
+using TestSupport::listOfEmptyFiles;
+using TestSupport::Packing;
 using TestSupport::storedArchive;
+using TestSupport::TemporaryDirectory;
 using TestSupport::withArchiveHeader;
 using TestSupport::withChecksumsRepaired;
-using TestSupport::withHeaderPlace;
+using TestSupport::withFlippedBit;
+using TestSupport::withPackedList;
 
 namespace Ksx::Core {
 
 std::ostream& operator<<(std::ostream& stream, ArchiveResult result)
 {
-    static const char* const names[] = {"Success", "NotOpened", "BadFile", "TooLarge"};
+    static const char* const names[] = {"Success",      "NoReader", "NotOpened",
+                                        "ListTooLarge", "BadFile",  "TooLarge"};
     return stream << names[static_cast<int>(result)];
 }
 
@@ -359,6 +366,9 @@ TEST(ArchiveReader, ReadsTheFileOnceAndItsListTwiceAtMost)
     EXPECT_LT(visited.bytesRead, static_cast<qint64>(archive.size()) + 3 * 65536);
 }
 
+const ArchiveVisitor NothingIsWanted{[](const QString&) { return 0; },
+                                     [](const QString&, const QByteArray&) {}};
+
 TEST(ArchiveReader, IsFoundByTheLibrary)
 {
     const std::string archive = storedArchive(TwoFiles);
@@ -371,6 +381,33 @@ TEST(ArchiveReader, IsFoundByTheLibrary)
     EXPECT_EQ(Ksx::Core::readArchive(device, visitor, detail), ArchiveResult::Success);
 
     EXPECT_EQ(count, 2);
+}
+
+TEST(ArchiveReader, TellsThatItIsMissing)
+{
+    const std::string archive = storedArchive(TwoFiles);
+    CountingBuffer device(archive);
+    QString detail;
+
+    EXPECT_EQ(Ksx::Core::readArchive(device, NothingIsWanted, detail, "/nowhere/reader"),
+              ArchiveResult::NoReader);
+
+    EXPECT_TRUE(detail.contains("/nowhere/reader")) << detail.toStdString();
+}
+
+TEST(ArchiveReader, TellsThatItIsNoLibrary)
+{
+    const TemporaryDirectory directory;
+    directory.write("reader.so", "folly");
+    const std::string archive = storedArchive(TwoFiles);
+    CountingBuffer device(archive);
+    QString detail;
+
+    EXPECT_EQ(Ksx::Core::readArchive(device, NothingIsWanted, detail,
+                                     QString::fromStdString(directory.path("reader"))),
+              ArchiveResult::NoReader);
+
+    EXPECT_FALSE(detail.isEmpty());
 }
 
 // How much an archive may unpack to.
@@ -477,6 +514,121 @@ TEST(ArchiveSize, HoldsForASmallArchive)
     EXPECT_EQ(visited.result, ArchiveResult::TooLarge);
 }
 
+// How long a list of files may be.
+
+struct ListCase
+{
+    const char* name;
+    std::string (*withList)(const std::string& list);
+    bool needsArchiver;
+};
+
+std::ostream& operator<<(std::ostream& stream, const ListCase& c)
+{
+    return stream << c.name;
+}
+
+std::string withList(const std::string& list)
+{
+    return withArchiveHeader(storedArchive({}), list);
+}
+
+class ListOfFiles : public testing::TestWithParam<ListCase>
+{
+protected:
+    void SetUp() override
+    {
+        if (GetParam().needsArchiver && !hasArchiver())
+            GTEST_SKIP() << "no archiver";
+    }
+};
+
+TEST_P(ListOfFiles, MayTellOfAHundredThousand)
+{
+    const Visit visited = visit(GetParam().withList(listOfEmptyFiles(100000)), &nothing);
+
+    EXPECT_EQ(visited.result, ArchiveResult::Success) << visited.detail.toStdString();
+    EXPECT_EQ(visited.names.size(), 100000u);
+}
+
+TEST_P(ListOfFiles, MayNotTellOfMore)
+{
+    const Visit visited = visit(GetParam().withList(listOfEmptyFiles(100001)), &nothing);
+
+    EXPECT_EQ(visited.result, ArchiveResult::ListTooLarge);
+    EXPECT_EQ(visited.detail, "100001 entries");
+    EXPECT_TRUE(visited.names.empty());
+}
+
+TEST_P(ListOfFiles, MayNotUnpackToMoreThan16Mebibytes)
+{
+    const std::string end(static_cast<std::size_t>(Ksx::Core::MaximumListSize), '\0');
+
+    const Visit visited = visit(GetParam().withList('\1' + end), &nothing);
+
+    EXPECT_EQ(visited.result, ArchiveResult::ListTooLarge);
+    EXPECT_EQ(visited.detail, "16777217 bytes");
+}
+
+TEST_P(ListOfFiles, MayUnpackTo16Mebibytes)
+{
+    const std::string list = listOfEmptyFiles(1);
+    const std::string end(static_cast<std::size_t>(Ksx::Core::MaximumListSize) - list.size(), '\0');
+
+    EXPECT_NE(visit(GetParam().withList(list + end), &nothing).result, ArchiveResult::ListTooLarge);
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, ListOfFiles,
+                         testing::Values(ListCase{"Plain", &withList, false},
+                                         ListCase{"PackedAsItIs",
+                                                  [](const std::string& list) {
+                                                      return withPackedList(withList(list),
+                                                                            Packing::Stored);
+                                                  },
+                                                  false},
+                                         ListCase{"Compressed",
+                                                  [](const std::string& list) {
+                                                      return withPackedList(withList(list),
+                                                                            Packing::Lzma);
+                                                  },
+                                                  true}),
+                         caseName<ListCase>);
+
+class OverlongList : public testing::TestWithParam<DamageCase>
+{};
+
+TEST_P(OverlongList, IsRefused)
+{
+    const Visit visited = visit(GetParam().bytes());
+
+    EXPECT_EQ(visited.result, ArchiveResult::ListTooLarge);
+    EXPECT_FALSE(visited.detail.isEmpty());
+    EXPECT_TRUE(visited.names.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lists, OverlongList, testing::ValuesIn(TestSupport::overlongLists()),
+                         caseName<DamageCase>);
+
+TEST(ArchiveReader, ReadsAPackedListOfFilesWithBytes)
+{
+    const std::string archive = storedArchive(TwoFiles, Blocks::OneForAll);
+
+    const Visit visited = visit(withPackedList(archive, Packing::Stored));
+
+    EXPECT_EQ(visited.result, ArchiveResult::Success) << visited.detail.toStdString();
+    EXPECT_TRUE(isSame(visited.files, TwoFiles));
+}
+
+TEST(ArchiveReader, TestsTheChecksumOfAPackedList)
+{
+    const std::string archive = storedArchive(TwoFiles);
+    std::string packed = withPackedList(archive, Packing::Stored);
+    const std::size_t nameInPackedList = archive.size() - 5; // changes no form
+    packed[nameInPackedList] = 'x';
+
+    EXPECT_EQ(visit(packed).result, ArchiveResult::NotOpened);
+}
+
 // Damage.
 
 TEST(ArchiveReader, RefusesAFileWithAnotherChecksum)
@@ -514,18 +666,7 @@ TEST(ArchiveReader, RefusesADeviceThatIsClosed)
     EXPECT_EQ(limitedReader()(closed, visitor, 100, detail), ArchiveResult::NotOpened);
 }
 
-struct GarbageCase
-{
-    const char* name;
-    std::string (*bytes)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const GarbageCase& c)
-{
-    return stream << c.name;
-}
-
-class NoArchive : public testing::TestWithParam<GarbageCase>
+class NoArchive : public testing::TestWithParam<DamageCase>
 {};
 
 TEST_P(NoArchive, IsNotOpened)
@@ -536,53 +677,8 @@ TEST_P(NoArchive, IsNotOpened)
     EXPECT_TRUE(visited.names.empty());
 }
 
-std::string some()
-{
-    return storedArchive(SomeFiles);
-}
-
-std::string withHeader(const std::string& header)
-{
-    return withArchiveHeader(some(), header);
-}
-
-// A list of that many empty files, without their names.
-std::string withFileCount(std::uint64_t count)
-{
-    return withHeader(std::string("\1\5", 2) + archiveNumber(count) + std::string(2, '\0'));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Forms, NoArchive,
-    testing::Values(
-        GarbageCase{"Empty", [] { return std::string(); }},
-        GarbageCase{"OneByte", [] { return std::string("7"); }},
-        GarbageCase{"SignatureAlone", [] { return some().substr(0, 6); }},
-        GarbageCase{"StartAlone", [] { return some().substr(0, ArchiveStartSize); }},
-        GarbageCase{"Text", [] { return lines(300); }},
-        GarbageCase{"Zeros", [] { return std::string(100000, '\0'); }},
-        GarbageCase{"SignatureAndZeros",
-                    [] { return some().substr(0, 8) + std::string(100000, '\0'); }},
-        GarbageCase{"Zip", [] { return std::string("PK\3\4") + std::string(1000, '\0'); }},
-        GarbageCase{"Executable", [] { return "MZ" + std::string(300000, '\0') + some(); }},
-        GarbageCase{"BytesInFront", [] { return "x" + some(); }},
-        GarbageCase{"HeaderOffsetBehindTheEnd",
-                    [] { return withHeaderPlace(some(), 1000000, 100); }},
-        GarbageCase{"HeaderOffsetHuge", [] { return withHeaderPlace(some(), 1ull << 62, 100); }},
-        GarbageCase{"HeaderOffsetNegative",
-                    [] { return withHeaderPlace(some(), ~0ull - 31, 100); }},
-        GarbageCase{"HeaderSizeBehindTheEnd", [] { return withHeaderPlace(some(), 0, 1000000); }},
-        GarbageCase{"HeaderSizeHuge", [] { return withHeaderPlace(some(), 0, 1ull << 62); }},
-        GarbageCase{"HeaderSizeNegative", [] { return withHeaderPlace(some(), 0, ~0ull); }},
-        GarbageCase{"BothHuge", [] { return withHeaderPlace(some(), 1ull << 63, 1ull << 63); }},
-        GarbageCase{"HeaderOfZeros", [] { return withHeader(std::string(100, '\0')); }},
-        GarbageCase{"HeaderOfOnes", [] { return withHeader(std::string(100, '\xff')); }},
-        GarbageCase{"HeaderCutOff", [] { return withHeader(archiveHeader(some()).substr(0, 40)); }},
-        GarbageCase{"HeaderOfTextOnly", [] { return withHeader(lines(300)); }},
-        GarbageCase{"MillionsOfFiles", [] { return withFileCount(50000000); }},
-        GarbageCase{"BillionsOfFiles", [] { return withFileCount(1ull << 40); }},
-        GarbageCase{"MostFiles", [] { return withFileCount(~0ull); }}),
-    caseName<GarbageCase>);
+INSTANTIATE_TEST_SUITE_P(Forms, NoArchive, testing::ValuesIn(TestSupport::noArchives()),
+                         caseName<DamageCase>);
 
 // The numbers of bytes at which a cut archive is anything but refused at once.
 std::vector<std::size_t> harmlessCuts(const std::string& archive)
@@ -592,12 +688,6 @@ std::vector<std::size_t> harmlessCuts(const std::string& archive)
         if (visit(archive.substr(0, size)).result != ArchiveResult::NotOpened)
             harmless.push_back(size);
     return harmless;
-}
-
-std::string withFlippedBit(std::string archive, std::size_t bit)
-{
-    archive[bit / 8] = static_cast<char>(archive[bit / 8] ^ (1 << (bit % 8)));
-    return archive;
 }
 
 // The bytes of which a flipped bit leaves an archive that gives other files than it should, and
@@ -635,7 +725,7 @@ long memoryForRepairedFlips(const std::string& archive)
     return usage.ru_maxrss;
 }
 
-constexpr long MaximumKilobytes = 1024 * 1024;
+constexpr long MaximumKilobytes = 1024L * 1024;
 const std::vector<std::size_t> VersionBytes{6, 7};
 
 class DamagedStoredArchive : public testing::TestWithParam<Blocks>

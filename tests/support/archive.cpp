@@ -29,6 +29,7 @@ enum class Property : unsigned char
     EmptyStream = 0x0E,
     EmptyFile = 0x0F,
     Names = 0x11,
+    PackedHeader = 0x17,
 };
 
 constexpr std::size_t OffsetPlace = 12;
@@ -159,9 +160,24 @@ std::string filesInfo(const ArchiveFiles& files)
     return text + sized(Property::Names, names) + code(Property::End);
 }
 
+// What stands between the start and the list.
+std::string packedBytes(const std::string& archive)
+{
+    return archive.substr(ArchiveStartSize, fromLittleEndian(archive.substr(OffsetPlace, 8)));
+}
+
 QString archiverPath()
 {
     return QStandardPaths::findExecutable(QStringLiteral("7zz"));
+}
+
+// The bytes as LZMA packs them.
+std::string compressedBytes(const std::string& bytes)
+{
+    ArchiveFiles files(1);
+    files.front().name = "bytes";
+    files.front().bytes = bytes;
+    return packedBytes(compressedArchive(files, {"-m0=LZMA:d=64k", "-mx=1", "-mhc=off"}));
 }
 
 } // namespace
@@ -202,6 +218,40 @@ std::string withArchiveHeader(const std::string& archive, const std::string& hea
     const std::uint64_t offset = fromLittleEndian(archive.substr(OffsetPlace, 8));
     const std::string changed = archive.substr(0, ArchiveStartSize + offset) + header;
     return withChecksumsRepaired(withHeaderPlace(changed, offset, header.size()));
+}
+
+std::string withPackedList(const std::string& archive, Packing packing)
+{
+    // One coder: its flags and id, and for LZMA the usual parameters and the size of its window.
+    const std::string coder = packing == Packing::Stored
+                                  ? std::string("\1\0", 2)
+                                  : std::string("\x23\3\1\1\5\x5D\0\0\1\0", 10);
+    const std::string list = archiveHeader(archive);
+    const std::string packed = packing == Packing::Stored ? list : compressedBytes(list);
+    const std::string body = packedBytes(archive);
+    const std::string packedList =
+        code(Property::PackedHeader) + code(Property::PackInfo) + archiveNumber(body.size()) +
+        archiveNumber(1) + code(Property::Size) + archiveNumber(packed.size()) +
+        code(Property::End) + code(Property::UnpackInfo) + code(Property::Folder) +
+        archiveNumber(1) + '\0' + '\1' + coder + code(Property::UnpackSize) +
+        archiveNumber(list.size()) + code(Property::Checksum) + '\1' +
+        littleEndian(checksumOf(list), 4) + code(Property::End) + code(Property::End);
+    const std::string start = archive.substr(0, ArchiveStartSize);
+    return withArchiveHeader(withHeaderPlace(start + body + packed, body.size() + packed.size(), 0),
+                             packedList);
+}
+
+std::string listOfEmptyFiles(std::size_t count)
+{
+    const std::string allBits = bits(std::vector<bool>(count, true));
+    const std::string name = wideName("a");
+    std::string names(1, '\0');
+    names.reserve(1 + count * name.size());
+    for (std::size_t i = 0; i < count; ++i)
+        names += name;
+    return code(Property::Header) + code(Property::Files) + archiveNumber(count) +
+           sized(Property::EmptyStream, allBits) + sized(Property::EmptyFile, allBits) +
+           sized(Property::Names, names) + code(Property::End) + code(Property::End);
 }
 
 std::string storedArchive(const ArchiveFiles& files, Blocks blocks)

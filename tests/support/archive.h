@@ -42,6 +42,15 @@ std::string archiveHeader(const std::string& archive);
 std::string withChecksumsRepaired(std::string archive);
 // The archive with the offset and the size of the list of files replaced, and the checksum right.
 std::string withHeaderPlace(std::string archive, std::uint64_t offset, std::uint64_t size);
+enum class Packing
+{
+    Stored,
+    Lzma, // takes an archiver
+};
+// The archive with its list of files packed, as if it were a file.
+std::string withPackedList(const std::string& archive, Packing packing);
+// A list of that many files without bytes. All have one name, of one letter.
+std::string listOfEmptyFiles(std::size_t count);
 // A number as the list of files holds it.
 std::string archiveNumber(std::uint64_t number);
 
