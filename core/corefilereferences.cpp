@@ -1,7 +1,9 @@
 #include "ksx/core/filereferences.h"
 
 #include "data/content/package.h"
+#include "data/content/resource.h"
 #include "data/treewalk.h"
+#include "ksx/core/contentwalk.h"
 
 namespace Ksx::Core {
 
@@ -17,17 +19,18 @@ TextAttribute* asText(Orv::Data::BaseObject& object)
 
 } // namespace
 
+// Package files and resources are all that a file path stands in; a walk over the whole tree would
+// be a large part of the time of opening a package.
 std::vector<TextAttribute*> fileReferencesOf(Data::Content::Package& package)
 {
     std::vector<TextAttribute*> references;
-    Orv::Data::visitTree(static_cast<Orv::Data::BaseObject&>(package),
-                         [&](Orv::Data::BaseObject& object) {
-                             const auto flags = object.getMeta().valueFlags;
-                             if ((flags & Orv::Data::ValueFlag::FilePath) == 0)
-                                 return;
-                             if (TextAttribute* text = asText(object))
-                                 references.push_back(text);
-                         });
+    auto& dependencies = package.dependencies();
+    for (std::size_t i = 0; i < dependencies.size(); ++i)
+        references.push_back(&dependencies.at(i).filename());
+    visitContent(package, [&](Data::Content::ContentObjectBase& object) {
+        if (auto* resource = dynamic_cast<Data::Content::Resource*>(&object))
+            references.push_back(&resource->filepath());
+    });
     return references;
 }
 

@@ -1,14 +1,12 @@
 #include "ksx/core/oblarimporter.h"
 
 #include "data/content/package.h"
-#include "data/diagnosticlog.h"
-#include "data/filename.h"
 #include "data/latin1.h"
 #include "ksx/core/archivereader.h"
 #include "ksx/core/domtext.h"
+#include "ksx/core/importerreport.h"
 #include "ksx/core/oblasmdocumentreader.h"
 #include "ksx/core/oblasmgraphplaces.h"
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
@@ -30,19 +28,6 @@ constexpr qint64 MaximumDescriptionsSize = qint64{64} << 20;
 
 const QString BodyEnding = QStringLiteral(".oblasm");
 const QString DescriptionEnding = QStringLiteral(".xml");
-
-QString translated(const char* key)
-{
-    return QCoreApplication::translate("Ksx::Core::OBLARImporter", key);
-}
-
-bool fail(MessageNode* log, const QString& text)
-{
-    Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreoblarimporter", __LINE__,
-                              Orv::toBytes(text));
-    addMessage(log, Orv::Core::MessageLevel::Error, text);
-    return false;
-}
 
 bool isDecimal(const QString& text)
 {
@@ -72,7 +57,8 @@ bool leadsOut(const QString& name)
 class Listing
 {
 public:
-    bool read(QIODevice& device, MessageNode* log);
+    // `library` is what readArchive() takes.
+    bool read(QIODevice& device, const QString& library, const ImporterReport& report);
 
     const QStringList& entries() const { return m_entries; }
     const QStringList& bodiesOf(const QString& entry) { return m_bodies[entry]; }
@@ -124,45 +110,45 @@ void Listing::take(const QString& name, const QByteArray& bytes)
         m_files.insert(name, bytes);
 }
 
-bool Listing::read(QIODevice& device, MessageNode* log)
+bool Listing::read(QIODevice& device, const QString& library, const ImporterReport& report)
 {
     QString detail;
     const ArchiveVisitor visitor{
         [this](const QString& name) { return note(name); },
         [this](const QString& name, const QByteArray& bytes) { take(name, bytes); }};
-    switch (readArchive(device, visitor, detail)) {
+    switch (readArchive(device, visitor, detail, library)) {
     case ArchiveResult::Success:
         if (m_descriptionsLeft < 0)
             break;
-        return m_badName.isNull() ||
-               fail(log, translated("ERROR_INVALID_FILE_NAME_%1").arg(m_badName));
+        return m_badName.isNull() || report.fail("ERROR_INVALID_FILE_NAME_%1", {m_badName});
+    case ArchiveResult::NoReader:
+        return report.fail("ERROR_UNABLE_TO_LOAD_ARCHIVE_READER_%1", {detail});
     case ArchiveResult::NotOpened:
-        return fail(log, translated("ERROR_UNABLE_TO_OPEN_FILE"));
+        return report.fail("ERROR_UNABLE_TO_OPEN_FILE");
+    case ArchiveResult::ListTooLarge:
+        return report.fail("ERROR_ARCHIVE_FILE_LIST_TOO_LARGE_%1", {detail});
     case ArchiveResult::BadFile:
-        return fail(log, translated("ERROR_FAIL_TO_EXTRACT_FILE_%1").arg(detail));
+        return report.fail("ERROR_FAIL_TO_EXTRACT_FILE_%1", {detail});
     case ArchiveResult::TooLarge:
         break;
     }
-    return fail(log, translated("ERROR_ARCHIVE_TOO_LARGE_%1").arg(detail));
+    return report.fail("ERROR_ARCHIVE_TOO_LARGE_%1", {detail});
 }
 
 bool readAssembly(Listing& listing, const QString& body, Package& package,
-                  OBLASMGraphPlaces& places, MessageNode* log)
+                  OBLASMGraphPlaces& places, const ImporterReport& report)
 {
     const QString xml = body.left(body.size() - BodyEnding.size()) + DescriptionEnding;
     if (!listing.hasFile(xml))
-        return fail(log, translated("ERROR_DESCRIPTION_NOT_FOUND_%1").arg(xml));
+        return report.fail("ERROR_DESCRIPTION_NOT_FOUND_%1", {xml});
     OBLASMAssembly assembly;
     assembly.header = listing.header(body);
     DomError error;
     if (!parseDom(listing.takeFile(xml), assembly.description, error))
-        return fail(log, translated("ERROR_XML_DOCUMENT_ERROR_%1_%2_%3")
-                             .arg(error.message)
-                             .arg(error.line)
-                             .arg(error.column));
+        return report.fail(error);
     if (!assembly.isValid())
-        return fail(log, translated("ERROR_INVALID_OBLASM_%1").arg(body));
-    return OBLASMDocumentReader(assembly, log).read(package, places);
+        return report.fail("ERROR_INVALID_OBLASM_%1", {body});
+    return OBLASMDocumentReader(assembly, report.log()).read(package, places);
 }
 
 } // namespace
@@ -176,8 +162,9 @@ std::unique_ptr<Orv::Data::BaseObject>
 OBLARImporter::import(QIODevice& device, MessageNode* log,
                       const Orv::Core::Extensions::ProgressFunction&) const
 {
+    const ImporterReport report(log, "Ksx::Core::OBLARImporter", "core\\coreoblarimporter");
     Listing listing;
-    if (!listing.read(device, log))
+    if (!listing.read(device, m_archiveLibrary, report))
         return nullptr;
     auto package = std::make_unique<Package>();
     if (const auto* file = dynamic_cast<const QFile*>(&device))
@@ -185,7 +172,7 @@ OBLARImporter::import(QIODevice& device, MessageNode* log,
     OBLASMGraphPlaces places(*package);
     for (const QString& entry : listing.entries())
         for (const QString& body : listing.bodiesOf(entry))
-            if (!readAssembly(listing, body, *package, places, log))
+            if (!readAssembly(listing, body, *package, places, report))
                 return nullptr;
     return package;
 }

@@ -1,12 +1,10 @@
 #include "ksx/core/oblasmimporter.h"
 
 #include "data/content/package.h"
-#include "data/diagnosticlog.h"
-#include "data/filename.h"
 #include "data/latin1.h"
 #include "ksx/core/domtext.h"
+#include "ksx/core/importerreport.h"
 #include "ksx/core/oblasmdocumentreader.h"
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -16,18 +14,26 @@ namespace {
 
 const QString Ending = QStringLiteral(".oblasm");
 
-// Reports in the log and in the debug trace. Answers null, for the caller to return.
-std::unique_ptr<Orv::Data::BaseObject> failure(Orv::Core::MessageNode* log, const QString& text)
+// The body's header and the description beside it.
+bool readAssembly(QFile& file, OBLASMAssembly& assembly, const ImporterReport& report)
 {
-    Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreoblasmimporter", __LINE__,
-                              Orv::toBytes(text));
-    addMessage(log, Orv::Core::MessageLevel::Error, text);
-    return nullptr;
-}
-
-QString translated(const char* key)
-{
-    return QCoreApplication::translate("Ksx::Core::OBLASMImporter", key);
+    const QString path = file.fileName();
+    const QString xmlPath = path.left(path.size() - Ending.size()) + QStringLiteral(".xml");
+    if (!QFileInfo::exists(xmlPath))
+        return report.fail("ERROR_XML_FILE_NOT_FOUND_%1", {xmlPath});
+    assembly.header = file.read(OBLASMAssembly::HeaderSize);
+    if (assembly.header.isEmpty())
+        return report.fail("ERROR_INVALID_FILE_CONTENT_%1", {path});
+    QFile xml(xmlPath);
+    if (!xml.open(QIODevice::ReadOnly))
+        return report.fail("ERROR_OPEN_FILE_FAILED_%1", {xmlPath});
+    const QByteArray text = xml.readAll();
+    if (text.isEmpty())
+        return report.fail("ERROR_INVALID_FILE_CONTENT_%1", {xmlPath});
+    DomError error;
+    if (!parseDom(text, assembly.description, error))
+        return report.fail(error);
+    return assembly.isValid() || report.fail("ERROR_INVALID_OBLASM");
 }
 
 } // namespace
@@ -41,33 +47,17 @@ std::unique_ptr<Orv::Data::BaseObject>
 OBLASMImporter::import(QIODevice& device, Orv::Core::MessageNode* log,
                        const Orv::Core::Extensions::ProgressFunction&) const
 {
-    const auto* file = dynamic_cast<const QFile*>(&device);
-    if (file == nullptr)
-        return failure(log, translated("ERROR_WRONG_DEVICE_TYPE"));
-    const QString path = file->fileName();
-    const QString xmlPath = path.left(path.size() - Ending.size()) + QStringLiteral(".xml");
-    if (!QFileInfo::exists(xmlPath))
-        return failure(log, translated("ERROR_XML_FILE_NOT_FOUND_%1").arg(xmlPath));
+    const ImporterReport report(log, "Ksx::Core::OBLASMImporter", "core\\coreoblasmimporter");
+    auto* file = dynamic_cast<QFile*>(&device);
+    if (file == nullptr) {
+        report.fail("ERROR_WRONG_DEVICE_TYPE");
+        return nullptr;
+    }
     OBLASMAssembly assembly;
-    assembly.header = device.read(OBLASMAssembly::HeaderSize);
-    if (assembly.header.isEmpty())
-        return failure(log, translated("ERROR_INVALID_FILE_CONTENT_%1").arg(path));
-    QFile xml(xmlPath);
-    if (!xml.open(QIODevice::ReadOnly))
-        return failure(log, translated("ERROR_OPEN_FILE_FAILED_%1").arg(xmlPath));
-    const QByteArray text = xml.readAll();
-    if (text.isEmpty())
-        return failure(log, translated("ERROR_INVALID_FILE_CONTENT_%1").arg(xmlPath));
-    DomError error;
-    if (!parseDom(text, assembly.description, error))
-        return failure(log, translated("ERROR_XML_DOCUMENT_ERROR_%1_%2_%3")
-                                .arg(error.message)
-                                .arg(error.line)
-                                .arg(error.column));
-    if (!assembly.isValid())
-        return failure(log, translated("ERROR_INVALID_OBLASM"));
+    if (!readAssembly(*file, assembly, report))
+        return nullptr;
     auto package = std::make_unique<Data::Content::Package>();
-    package->identifier().assign(Orv::toLatin1(QFileInfo(path).completeBaseName()));
+    package->identifier().assign(Orv::toLatin1(QFileInfo(file->fileName()).completeBaseName()));
     if (!OBLASMDocumentReader(assembly, log).read(*package))
         return nullptr;
     return package;

@@ -16,6 +16,7 @@
 #include <QSet>
 #include <QUuid>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -25,7 +26,6 @@ namespace {
 
 using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
-using Orv::Core::ManipulatorList;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::DataPointerBoxMasterKey;
 
@@ -100,6 +100,17 @@ bool execute(std::unique_ptr<Orv::Core::DataModificationBase> modification)
         std::make_shared<Orv::Core::CommandModification>(std::move(modification), QString());
     const auto manager = Orv::Core::commandManager();
     return manager != nullptr ? manager->execute(command) : command->execute();
+}
+
+// The uids of all dependency elements of one load.
+std::unordered_set<Uid> uidsNamedBy(const std::list<PackagesListManager::DependencyEntry>& loaded)
+{
+    std::unordered_set<Uid> uids;
+    for (const PackagesListManager::DependencyEntry& entry : loaded)
+        if (entry.package)
+            for (const Dependency& dependency : entry.package->dependencies())
+                uids.insert(dependency.uid().get());
+    return uids;
 }
 
 void trace(const QString& text)
@@ -311,13 +322,11 @@ PackageEntry& PackagesListManager::entryFor(const DependencyEntry& entry,
 
 bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded)
 {
-    std::unordered_set<Uid> named; // by a dependency element of this load
-    for (const DependencyEntry& entry : loaded)
-        if (entry.package)
-            for (const Dependency& dependency : entry.package->dependencies())
-                named.insert(dependency.uid().get());
+    std::optional<std::unordered_set<Uid>> named; // collected when the first fresh uid is needed
     const auto isTaken = [&](Uid uid) {
-        return m_table.findByUid(uid) != nullptr || named.count(uid) != 0;
+        if (!named)
+            named = uidsNamedBy(loaded);
+        return m_table.findByUid(uid) != nullptr || named->count(uid) != 0;
     };
 
     Rewrites rewrites;

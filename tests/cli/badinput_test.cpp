@@ -1,4 +1,5 @@
 // Files that are no valid packages: the run fails in an orderly way, whatever they hold.
+#include "support/damage.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -10,8 +11,13 @@ using TestSupport::aGroup;
 using TestSupport::aPackage;
 using TestSupport::aResource;
 using TestSupport::caseName;
+using TestSupport::DamageCase;
+using TestSupport::entityBomb;
+using TestSupport::entityOfItself;
+using TestSupport::longEntity;
+using TestSupport::nestedElements;
 using TestSupport::nestedGroups;
-using TestSupport::PackageText;
+using TestSupport::repeated;
 using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::TemporaryDirectory;
@@ -20,7 +26,7 @@ using TestSupport::ToolRun;
 
 namespace {
 
-constexpr long MaximumKilobytes = 1024 * 1024;
+constexpr long MaximumKilobytes = 1024L * 1024;
 
 class BadInput : public testing::Test
 {
@@ -60,71 +66,27 @@ std::string withBehindDeclaration(const std::string& text, const std::string& do
     return Declaration + text + document.substr(Declaration.size());
 }
 
-// Entities that stand for many more of the next, in an attribute of the package.
-std::string entityBomb()
+// The good document, with that in the place of its author and a document type in front.
+std::string withAuthor(const std::string& author, const std::string& doctype)
 {
-    std::string doctype = "<!DOCTYPE package [<!ENTITY e0 \"lol\">";
-    for (int i = 1; i < 12; ++i) {
-        const std::string former = "&e" + std::to_string(i - 1) + ";";
-        doctype += "<!ENTITY e" + std::to_string(i) + " \"";
-        for (int j = 0; j < 10; ++j)
-            doctype += former;
-        doctype += "\">";
-    }
-    doctype += "]>";
-    return withBehindDeclaration(doctype, replaced(current(), "v=\"me\"", "v=\"&e11;\""));
-}
-
-// One large entity, many times.
-std::string flatEntityBomb()
-{
-    const std::string doctype =
-        "<!DOCTYPE package [<!ENTITY e \"" + std::string(100000, 'x') + "\">]>";
-    std::string uses;
-    for (int i = 0; i < 100000; ++i)
-        uses += "&e;";
-    return withBehindDeclaration(doctype, replaced(current(), "v=\"me\"", "v=\"" + uses + "\""));
-}
-
-std::string ownEntity()
-{
-    return withBehindDeclaration("<!DOCTYPE package [<!ENTITY e \"&e;\">]>",
-                                 replaced(current(), "v=\"me\"", "v=\"&e;\""));
+    return withBehindDeclaration(doctype, replaced(current(), "v=\"me\"", "v=\"" + author + "\""));
 }
 
 std::string nestedUnknowns(int count)
 {
-    std::string text;
-    for (int i = 0; i < count; ++i)
-        text += "<x>";
-    for (int i = 0; i < count; ++i)
-        text += "</x>";
-    return replaced(current(), "<content>", text + "<content>");
+    return replaced(current(), "<content>", nestedElements("x", count) + "<content>");
 }
 
 std::string nestedConfigurations(int count)
 {
-    std::string begin;
-    std::string end;
-    for (int i = 0; i < count; ++i) {
-        begin += R"(<configurations><name v=""/><uid v="1"/><configuration>)";
-        end += "</configuration></configurations>";
-    }
-    return aPackage().withElement("configurations", begin + end).text();
+    const std::string begin = R"(<configurations><name v=""/><uid v="1"/><configuration>)";
+    const std::string end = "</configuration></configurations>";
+    return aPackage()
+        .withElement("configurations", repeated(begin, count) + repeated(end, count))
+        .text();
 }
 
-struct BadCase
-{
-    const char* name;
-    std::string (*bytes)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const BadCase& c)
-{
-    return stream << c.name;
-}
-
-class BadDocument : public BadInput, public testing::WithParamInterface<BadCase>
+class BadDocument : public BadInput, public testing::WithParamInterface<DamageCase>
 {};
 
 TEST_P(BadDocument, IsRefused)
@@ -137,68 +99,71 @@ TEST_P(BadDocument, IsRefused)
 INSTANTIATE_TEST_SUITE_P(
     Forms, BadDocument,
     testing::Values(
-        BadCase{"Empty", [] { return std::string(); }},
-        BadCase{"OneByte", [] { return std::string("<"); }},
-        BadCase{"Blanks", [] { return std::string(100000, ' '); }},
-        BadCase{"PlainText", [] { return std::string("This is no package."); }},
-        BadCase{"Zeros", [] { return std::string(100000, '\0'); }},
-        BadCase{"AllByteValues",
-                [] {
-                    std::string bytes;
-                    for (int i = 0; i < 65536; ++i)
-                        bytes += static_cast<char>((i * 7 + i / 256) & 0xFF);
-                    return bytes;
-                }},
-        BadCase{"BinaryBehindTheVersion",
-                [] { return current().substr(0, 300) + std::string("\x80\xff\0\x01", 4); }},
-        BadCase{"ZeroInAValue",
-                [] { return replaced(current(), "v=\"me\"", std::string("v=\"m\0e\"", 7)); }},
-        BadCase{"ZeroBetweenElements",
-                [] { return replaced(current(), "<author", std::string(1, '\0') + "<author"); }},
-        BadCase{"ControlCharacterInAValue",
-                [] { return replaced(current(), "\"me\"", "\"\x01\""); }},
-        BadCase{"ZeroAsReference", [] { return replaced(current(), "\"me\"", "\"&#0;\""); }},
-        BadCase{"OtherRoot", [] { return replaced(current(), "package>", "folly>"); }},
-        BadCase{"RootInCapitals", [] { return replaced(current(), "package>", "PACKAGE>"); }},
-        BadCase{"RootWithAPrefix", [] { return replaced(current(), "package>", "p:package>"); }},
-        BadCase{"RootNameOfOneMegabyte",
-                [] { return replaced(current(), "package>", std::string(1 << 20, 'p') + ">"); }},
-        BadCase{"UnknownNameOfOneMegabyte",
-                [] {
-                    return replaced(current(), "<author",
-                                    "<" + std::string(1 << 20, 'x') + "/><author");
-                }},
-        BadCase{"TwoRoots", [] { return current() + "<package/>"; }},
-        BadCase{"TextBehindTheRoot", [] { return current() + "more"; }},
-        BadCase{"UnclosedRoot", [] { return replaced(current(), "</package>", ""); }},
-        BadCase{"OtherEndOfTheRoot", [] { return replaced(current(), "</package>", "</x>"); }},
-        BadCase{"TextInside", [] { return replaced(current(), "<author", "text<author"); }},
-        BadCase{"ElementInAnAttribute",
-                [] {
-                    return replaced(current(), "<author v=\"me\"/>",
-                                    "<author v=\"me\"><x/></author>");
-                }},
-        BadCase{"AttributeWithoutItsValue",
-                [] { return replaced(current(), "<author v=", "<author w="); }},
-        BadCase{"AttributeTwice",
-                [] { return replaced(current(), "<author v=", "<author v=\"x\" v="); }},
-        BadCase{"UnknownEntity", [] { return replaced(current(), "\"me\"", "\"&folly;\""); }},
-        BadCase{"EntityOfItself", &ownEntity}, BadCase{"EntityBomb", &entityBomb},
-        BadCase{"FlatEntityBomb", &flatEntityBomb},
-        BadCase{"FalseEncoding", [] { return replaced(current(), "\"me\"", "\"\xff\xfe\xc3\""); }},
-        BadCase{"UnknownEncoding", [] { return replaced(current(), "UTF-8", "folly"); }},
-        BadCase{"TooManyNestedGroups",
-                [] { return aPackage().containing(nestedGroups(200000)).text(); }},
-        BadCase{"ABitTooManyNestedGroups",
-                [] { return aPackage().containing(nestedGroups(2600)).text(); }},
-        BadCase{"TooManyNestedUnknowns", [] { return nestedUnknowns(200000); }},
-        BadCase{"TooManyNestedConfigurations", [] { return nestedConfigurations(200000); }},
-        BadCase{"TooManyUnclosedElements",
-                [] {
-                    const std::string text = aPackage().containing(nestedGroups(200000)).text();
-                    return text.substr(0, text.size() / 2);
-                }}),
-    caseName<BadCase>);
+        DamageCase{"Empty", [] { return std::string(); }},
+        DamageCase{"OneByte", [] { return std::string("<"); }},
+        DamageCase{"Blanks", [] { return std::string(100000, ' '); }},
+        DamageCase{"PlainText", [] { return std::string("This is no package."); }},
+        DamageCase{"Zeros", [] { return std::string(100000, '\0'); }},
+        DamageCase{"AllByteValues",
+                   [] {
+                       std::string bytes;
+                       for (int i = 0; i < 65536; ++i)
+                           bytes += static_cast<char>((i * 7 + i / 256) & 0xFF);
+                       return bytes;
+                   }},
+        DamageCase{"BinaryBehindTheVersion",
+                   [] { return current().substr(0, 300) + std::string("\x80\xff\0\x01", 4); }},
+        DamageCase{"ZeroInAValue",
+                   [] { return replaced(current(), "v=\"me\"", std::string("v=\"m\0e\"", 7)); }},
+        DamageCase{"ZeroBetweenElements",
+                   [] { return replaced(current(), "<author", std::string(1, '\0') + "<author"); }},
+        DamageCase{"ControlCharacterInAValue",
+                   [] { return replaced(current(), "\"me\"", "\"\x01\""); }},
+        DamageCase{"ZeroAsReference", [] { return replaced(current(), "\"me\"", "\"&#0;\""); }},
+        DamageCase{"OtherRoot", [] { return replaced(current(), "package>", "folly>"); }},
+        DamageCase{"RootInCapitals", [] { return replaced(current(), "package>", "PACKAGE>"); }},
+        DamageCase{"RootWithAPrefix", [] { return replaced(current(), "package>", "p:package>"); }},
+        DamageCase{"RootNameOfOneMegabyte",
+                   [] { return replaced(current(), "package>", std::string(1 << 20, 'p') + ">"); }},
+        DamageCase{"UnknownNameOfOneMegabyte",
+                   [] {
+                       return replaced(current(), "<author",
+                                       "<" + std::string(1 << 20, 'x') + "/><author");
+                   }},
+        DamageCase{"TwoRoots", [] { return current() + "<package/>"; }},
+        DamageCase{"TextBehindTheRoot", [] { return current() + "more"; }},
+        DamageCase{"UnclosedRoot", [] { return replaced(current(), "</package>", ""); }},
+        DamageCase{"OtherEndOfTheRoot", [] { return replaced(current(), "</package>", "</x>"); }},
+        DamageCase{"TextInside", [] { return replaced(current(), "<author", "text<author"); }},
+        DamageCase{"ElementInAnAttribute",
+                   [] {
+                       return replaced(current(), "<author v=\"me\"/>",
+                                       "<author v=\"me\"><x/></author>");
+                   }},
+        DamageCase{"AttributeWithoutItsValue",
+                   [] { return replaced(current(), "<author v=", "<author w="); }},
+        DamageCase{"AttributeTwice",
+                   [] { return replaced(current(), "<author v=", "<author v=\"x\" v="); }},
+        DamageCase{"UnknownEntity", [] { return replaced(current(), "\"me\"", "\"&folly;\""); }},
+        DamageCase{"EntityOfItself", [] { return withAuthor("&e;", entityOfItself("package")); }},
+        DamageCase{"EntityBomb", [] { return withAuthor("&e;", entityBomb("package")); }},
+        DamageCase{"FlatEntityBomb",
+                   [] { return withAuthor(repeated("&e;", 100000), longEntity("package")); }},
+        DamageCase{"FalseEncoding",
+                   [] { return replaced(current(), "\"me\"", "\"\xff\xfe\xc3\""); }},
+        DamageCase{"UnknownEncoding", [] { return replaced(current(), "UTF-8", "folly"); }},
+        DamageCase{"TooManyNestedGroups",
+                   [] { return aPackage().containing(nestedGroups(200000)).text(); }},
+        DamageCase{"ABitTooManyNestedGroups",
+                   [] { return aPackage().containing(nestedGroups(2600)).text(); }},
+        DamageCase{"TooManyNestedUnknowns", [] { return nestedUnknowns(200000); }},
+        DamageCase{"TooManyNestedConfigurations", [] { return nestedConfigurations(200000); }},
+        DamageCase{"TooManyUnclosedElements",
+                   [] {
+                       const std::string text = aPackage().containing(nestedGroups(200000)).text();
+                       return text.substr(0, text.size() / 2);
+                   }}),
+    caseName<DamageCase>);
 
 TEST_F(BadInput, TheDocumentThatTheCasesSpoilIsGood)
 {
@@ -489,18 +454,7 @@ TEST_F(BadInput, ACorruptDependencyIsRefused)
 
 // What looks odd and is good.
 
-struct GoodCase
-{
-    const char* name;
-    std::string (*bytes)();
-};
-
-std::ostream& operator<<(std::ostream& stream, const GoodCase& c)
-{
-    return stream << c.name;
-}
-
-class OddDocument : public BadInput, public testing::WithParamInterface<GoodCase>
+class OddDocument : public BadInput, public testing::WithParamInterface<DamageCase>
 {};
 
 TEST_P(OddDocument, IsReadLikeThePlainOne)
@@ -519,24 +473,25 @@ std::string plain()
 INSTANTIATE_TEST_SUITE_P(
     Forms, OddDocument,
     testing::Values(
-        GoodCase{"ManyLines", [] { return replaced(plain(), "><", ">\n\t <"); }},
-        GoodCase{"ByteOrderMark", [] { return "\xef\xbb\xbf" + plain(); }},
-        GoodCase{"NoDeclaration", [] { return plain().substr(Declaration.size()); }},
-        GoodCase{"UnknownElements",
-                 [] { return replaced(plain(), "<author", "<x><y z=\"1\">text</y></x><author"); }},
-        GoodCase{"UnknownAttributes",
-                 [] { return replaced(plain(), "<author v=", "<author x=\"1\" v="); }},
-        GoodCase{"MemberTwice",
-                 [] {
-                     return replaced(plain(), "<author v=\"me\"/>",
-                                     "<author v=\"me\"/><author v=\"no\"/>");
-                 }},
-        GoodCase{"OwnEntity",
-                 [] {
-                     return withBehindDeclaration("<!DOCTYPE package [<!ENTITY e \"me\">]>",
-                                                  replaced(plain(), "v=\"me\"", "v=\"&e;\""));
-                 }}),
-    caseName<GoodCase>);
+        DamageCase{"ManyLines", [] { return replaced(plain(), "><", ">\n\t <"); }},
+        DamageCase{"ByteOrderMark", [] { return "\xef\xbb\xbf" + plain(); }},
+        DamageCase{"NoDeclaration", [] { return plain().substr(Declaration.size()); }},
+        DamageCase{
+            "UnknownElements",
+            [] { return replaced(plain(), "<author", "<x><y z=\"1\">text</y></x><author"); }},
+        DamageCase{"UnknownAttributes",
+                   [] { return replaced(plain(), "<author v=", "<author x=\"1\" v="); }},
+        DamageCase{"MemberTwice",
+                   [] {
+                       return replaced(plain(), "<author v=\"me\"/>",
+                                       "<author v=\"me\"/><author v=\"no\"/>");
+                   }},
+        DamageCase{"OwnEntity",
+                   [] {
+                       return withBehindDeclaration("<!DOCTYPE package [<!ENTITY e \"me\">]>",
+                                                    replaced(plain(), "v=\"me\"", "v=\"&e;\""));
+                   }}),
+    caseName<DamageCase>);
 
 TEST_F(BadInput, AnIdentifierOfOneMegabyteIsGood)
 {

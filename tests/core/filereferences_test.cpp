@@ -1,9 +1,13 @@
 #include "ksx/core/filereferences.h"
 
 #include "data/content/package.h"
+#include "data/treewalk.h"
+#include "support/golden.h"
 #include "support/packagetext.h"
 #include <gtest/gtest.h>
 #include <algorithm>
+#include <regex>
+#include <sstream>
 
 using Ksx::Core::fileReferencesOf;
 using Ksx::Core::TextAttribute;
@@ -12,7 +16,9 @@ using TestSupport::aGroup;
 using TestSupport::aGroupSaying;
 using TestSupport::aPackage;
 using TestSupport::aResource;
+using TestSupport::goldenPath;
 using TestSupport::packageFrom;
+using TestSupport::readFile;
 
 namespace {
 
@@ -24,6 +30,18 @@ Texts valuesOf(const std::vector<TextAttribute*>& attributes)
     std::transform(attributes.begin(), attributes.end(), std::back_inserter(values),
                    [](const TextAttribute* attribute) { return attribute->get(); });
     return values;
+}
+
+// With single blanks.
+Texts linesWith(const std::string& word, const std::string& text)
+{
+    static const std::regex blanks(" +");
+    Texts found;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.find(word) != std::string::npos)
+            found.push_back(std::regex_replace(line, blanks, " "));
+    return found;
 }
 
 TEST(FileReferences, AreThoseOfDependenciesAndResourcesInDocumentOrder)
@@ -44,6 +62,33 @@ TEST(FileReferences, AreNoneInAPackageThatUsesNoFile)
     const auto package = packageFrom(aPackage().containing(aGroupSaying("g", "x.png")));
 
     EXPECT_TRUE(fileReferencesOf(*package).empty());
+}
+
+Texts valuesWithTheFlag(const Ksx::Data::Content::Package& package)
+{
+    Texts values;
+    Orv::Data::visitTree(static_cast<const Orv::Data::BaseObject&>(package),
+                         [&](const Orv::Data::BaseObject& object) {
+                             if ((object.getMeta().valueFlags & Orv::Data::ValueFlag::FilePath) !=
+                                 0)
+                                 values.push_back(dynamic_cast<const TextAttribute&>(object).get());
+                         });
+    return values;
+}
+
+TEST(FileReferences, AreAllThatTheTreeHas)
+{
+    const auto package = packageFrom(readFile(KESTRIX_SOURCE_DIR "/examples/mixed/everything.obl"));
+
+    EXPECT_FALSE(fileReferencesOf(*package).empty());
+    EXPECT_EQ(valuesOf(fileReferencesOf(*package)), valuesWithTheFlag(*package));
+}
+
+// Those that are looked for; a third would have to be.
+TEST(FileReferences, AreDeclaredInTwoRows)
+{
+    EXPECT_EQ(linesWith("file-path", readFile(goldenPath("schema.txt"))),
+              Texts({"filename string required file-path", "filepath string required file-path"}));
 }
 
 TEST(FileReferences, CanBeChangedInTheirPlace)

@@ -6,6 +6,7 @@
 #include "data/diagnosticlog.h"
 #include "ksx/core/archivereader.h"
 #include "support/assemblytext.h"
+#include "support/damage.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -28,6 +29,7 @@ using TestSupport::ArchiveFiles;
 using TestSupport::Blocks;
 using TestSupport::caseName;
 using TestSupport::compressedArchive;
+using TestSupport::DamageCase;
 using TestSupport::hasArchiver;
 using TestSupport::manyAssemblies;
 using TestSupport::replaced;
@@ -315,11 +317,35 @@ INSTANTIATE_TEST_SUITE_P(
         FailureCase{"ChecksumOfABody", withChecksum(0), "ERROR_FAIL_TO_EXTRACT_FILE_"},
         FailureCase{"ChecksumOfADescription", withChecksum(1), "ERROR_FAIL_TO_EXTRACT_FILE_"},
         FailureCase{"BodyCutOff", withSize(0, 1000), "ERROR_FAIL_TO_EXTRACT_FILE_"},
-        FailureCase{"EmptyDescription", withDescription(""), "ERROR_XML_DOCUMENT_ERROR_"},
-        FailureCase{"BrokenDescription", withDescription("<a></b>"), "ERROR_XML_DOCUMENT_ERROR_"},
-        FailureCase{"UnknownEntity", withDescription(aDescription("&e;")),
-                    "ERROR_XML_DOCUMENT_ERROR_"}),
+        FailureCase{"EmptyDescription", withDescription(""), "ERROR_XML_DOCUMENT_ERROR_"}),
     caseName<FailureCase>);
+
+class OblarBrokenDescription : public OblarImport, public testing::WithParamInterface<DamageCase>
+{};
+
+TEST_P(OblarBrokenDescription, EndsTheImport)
+{
+    EXPECT_EQ(import(withDescription(GetParam().bytes())), "failed");
+
+    EXPECT_EQ(message().substr(0, 32), "Error: ERROR_XML_DOCUMENT_ERROR_") << message();
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, OblarBrokenDescription,
+                         testing::ValuesIn(TestSupport::brokenDescriptions()),
+                         caseName<DamageCase>);
+
+class OblarOverlongList : public OblarImport, public testing::WithParamInterface<DamageCase>
+{};
+
+TEST_P(OblarOverlongList, EndsTheImport)
+{
+    EXPECT_EQ(import(GetParam().bytes()), nullptr);
+
+    EXPECT_EQ(message().substr(0, 41), "Error: ERROR_ARCHIVE_FILE_LIST_TOO_LARGE_") << message();
+}
+
+INSTANTIATE_TEST_SUITE_P(Lists, OblarOverlongList, testing::ValuesIn(TestSupport::overlongLists()),
+                         caseName<DamageCase>);
 
 TEST_F(OblarImport, ThePlainNamesThatLookBadAreGood)
 {
@@ -343,6 +369,18 @@ TEST_F(OblarImport, RefusesAnEmptyFile)
     EXPECT_EQ(import(std::string()), nullptr);
 
     EXPECT_EQ(log.toText(), "Error: ERROR_UNABLE_TO_OPEN_FILE\n");
+}
+
+TEST_F(OblarImport, TellsThatNothingReadsArchives)
+{
+    QByteArray bytes = QByteArray::fromStdString(storedArchive(Wood));
+    QBuffer buffer(&bytes);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+
+    EXPECT_EQ(OBLARImporter("/nowhere/reader").import(buffer, &log, {}), nullptr);
+
+    EXPECT_EQ(message().substr(0, 44), "Error: ERROR_UNABLE_TO_LOAD_ARCHIVE_READER_C") << message();
+    EXPECT_NE(message().find("/nowhere/reader"), std::string::npos) << message();
 }
 
 TEST_F(OblarImport, TranslatesItsMessages)

@@ -24,7 +24,6 @@ using TestSupport::aDescription;
 using TestSupport::anAssemblyBody;
 using TestSupport::caseName;
 using TestSupport::domOf;
-using TestSupport::replaced;
 using TestSupport::writtenContent;
 
 namespace {

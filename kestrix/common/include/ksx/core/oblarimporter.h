@@ -2,6 +2,8 @@
 #pragma once
 
 #include "ksx/core/iombreldataimporter.h"
+#include <QString>
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -9,10 +11,18 @@ namespace Ksx::Core {
 class OBLARImporter final : public IOmbrelDataImporter
 {
 public:
+    // `archiveLibrary` is what readArchive() takes.
+    explicit OBLARImporter(QString archiveLibrary = {})
+        : m_archiveLibrary(std::move(archiveLibrary))
+    {}
+
     bool accepts(const QUrl& url) const override;
     std::unique_ptr<Orv::Data::BaseObject>
     import(QIODevice& device, Orv::Core::MessageNode* log,
            const Orv::Core::Extensions::ProgressFunction& progress) const override;
+
+private:
+    QString m_archiveLibrary;
 };
 
 } // namespace Ksx::Core

@@ -82,7 +82,6 @@ public:
     bool finishLoading(const std::list<DependencyEntry>& loaded);
 
 private:
-    using UidPair = std::pair<Uid, Uid>; // old, new
     struct Rewrites;
 
     PackageEntry& entryFor(const DependencyEntry& entry, const std::function<bool(Uid)>& isTaken);
