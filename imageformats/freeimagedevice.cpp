@@ -5,6 +5,7 @@
 #include <QIODevice>
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace Orv::ImageFormats {
 
@@ -21,10 +22,26 @@ unsigned wholeItems(qint64 bytes, unsigned size)
     return size == 0 ? 0 : static_cast<unsigned>(std::max<qint64>(bytes, 0) / size);
 }
 
+ReadSource& sourceOf(fi_handle handle)
+{
+    return *static_cast<ReadSource*>(handle);
+}
+
 unsigned DLL_CALLCONV readItems(void* buffer, unsigned size, unsigned count, fi_handle handle)
 {
-    return wholeItems(deviceOf(handle)->read(static_cast<char*>(buffer), qint64(size) * count),
+    return wholeItems(sourceOf(handle).read(static_cast<char*>(buffer), qint64(size) * count),
                       size);
+}
+
+// Files are written without being read.
+unsigned DLL_CALLCONV readNothing(void*, unsigned, unsigned, fi_handle)
+{
+    return 0;
+}
+
+unsigned DLL_CALLCONV writeNothing(void*, unsigned, unsigned, fi_handle)
+{
+    return 0;
 }
 
 unsigned DLL_CALLCONV writeItems(void* buffer, unsigned size, unsigned count, fi_handle handle)
@@ -48,46 +65,68 @@ qint64 seekTarget(const QIODevice* device, long offset, int origin)
 // The answer is the device's own: 1 for success. FreeImage documents 0 for success, but most of
 // its codecs do not look at the answer. Those of JPEG 2000 and of PSD files with layers do, and
 // refuse.
+int seekTo(QIODevice* device, qint64 target)
+{
+    // A device refuses a negative position too, but complains of it on the terminal.
+    return target >= 0 && device->seek(target) ? 1 : 0;
+}
+
 int DLL_CALLCONV seekToWrite(fi_handle handle, long offset, int origin)
 {
-    const qint64 target = seekTarget(deviceOf(handle), offset, origin);
-    // A device refuses a negative position too, but complains of it on the terminal.
-    return target >= 0 && deviceOf(handle)->seek(target) ? 1 : 0;
+    return seekTo(deviceOf(handle), seekTarget(deviceOf(handle), offset, origin));
 }
 
 // Codecs that only look whether a file is theirs go wherever its bytes send them. Past its end a
 // buffer complains, or fills the gap when it is writable: reading shall do neither.
 int DLL_CALLCONV seekToRead(fi_handle handle, long offset, int origin)
 {
-    const auto* const buffer = qobject_cast<const QBuffer*>(deviceOf(handle));
-    if (buffer && seekTarget(buffer, offset, origin) > buffer->size())
+    QIODevice& device = sourceOf(handle).device();
+    const qint64 target = seekTarget(&device, offset, origin);
+    if (qobject_cast<const QBuffer*>(&device) != nullptr && target > device.size())
         return 0;
-    return seekToWrite(handle, offset, origin);
+    return seekTo(&device, target);
 }
 
-long DLL_CALLCONV position(fi_handle handle)
+long DLL_CALLCONV positionToWrite(fi_handle handle)
 {
     return static_cast<long>(deviceOf(handle)->pos());
 }
 
+long DLL_CALLCONV positionToRead(fi_handle handle)
+{
+    return static_cast<long>(sourceOf(handle).device().pos());
+}
+
 } // namespace
 
-FreeImageIO readingCallbacks()
+FreeImageIO ReadSource::callbacks()
 {
-    return {&readItems, &writeItems, &seekToRead, &position};
+    return {&readItems, &writeNothing, &seekToRead, &positionToRead};
+}
+
+qint64 ReadSource::read(char* buffer, qint64 count)
+{
+    const qint64 read = std::max<qint64>(m_device.read(buffer, count), 0);
+    if (read < count) {
+        m_hasReadShort = true;
+        m_hasReadNothing = m_hasReadNothing || read == 0;
+        std::memset(buffer + read, 0, static_cast<std::size_t>(count - read));
+    }
+    return read;
 }
 
 FreeImageIO writingCallbacks()
 {
-    return {&readItems, &writeItems, &seekToWrite, &position};
+    return {&readNothing, &writeItems, &seekToWrite, &positionToWrite};
 }
 
 FREE_IMAGE_FORMAT formatOfContent(QIODevice* device)
 {
     if (!device || !device->isReadable() || device->isSequential())
         return FIF_UNKNOWN;
-    FreeImageIO callbacks = readingCallbacks();
-    return FreeImage_GetFileTypeFromHandle(&callbacks, device);
+    ReadSource source(*device);
+    FreeImageIO callbacks = ReadSource::callbacks();
+    return FreeImage_GetFileTypeFromHandle(&callbacks, source.handle());
 }
 
 FREE_IMAGE_FORMAT formatOfWord(const QByteArray& word)

@@ -1,6 +1,7 @@
 #include "imageformats/freeimageiohandler.h"
 
 #include "imageformats/freeimagedevice.h"
+#include "imageformats/targacheck.h"
 #include <QIODevice>
 #include <QImage>
 #include <algorithm>
@@ -19,6 +20,10 @@ constexpr int RawDepth = 32;
 constexpr int DepthsToTry[] = {32, 24, 16, 8, 4, 1};
 constexpr BYTE MiddleGrey = 128;
 constexpr int ColourChannels = 3;
+
+// Larger pictures are refused: these are already 16384 by 16384.
+constexpr quint64 MaximumPixels = quint64(1) << 28;
+constexpr quint64 MaximumBytes = quint64(1) << 31; // as they are in the file, unpacked
 
 struct Unload
 {
@@ -176,6 +181,32 @@ int savingFlags(FREE_IMAGE_FORMAT format,
     }
 }
 
+// Most codecs can tell the size of a picture before they allocate it. A header may announce
+// anything.
+bool isTooLarge(FREE_IMAGE_FORMAT format, QIODevice& device)
+{
+    if (!FreeImage_FIFSupportsNoPixels(format))
+        return false;
+    const qint64 begin = device.pos();
+    ReadSource source(device);
+    FreeImageIO callbacks = ReadSource::callbacks();
+    const Bitmap header(
+        FreeImage_LoadFromHandle(format, &callbacks, source.handle(), FIF_LOAD_NOPIXELS));
+    device.seek(begin);
+    if (!header)
+        return false;
+    const quint64 pixels =
+        quint64(FreeImage_GetWidth(header.get())) * FreeImage_GetHeight(header.get());
+    return pixels > MaximumPixels || pixels * FreeImage_GetBPP(header.get()) / 8 > MaximumBytes;
+}
+
+// Compressed Targa files are read in blocks as well, and what their codec misses it makes up.
+bool isCutTarga(FREE_IMAGE_FORMAT format, QIODevice& device)
+{
+    return format == FIF_TARGA && isCompressedTarga(device.peek(TargaHeaderSize)) &&
+           !hasAllRuns(device.peek(device.size() - device.pos()));
+}
+
 } // namespace
 
 bool FreeImageIOHandler::canRead() const
@@ -203,9 +234,17 @@ bool FreeImageIOHandler::read(QImage* image)
     if (found == FIF_UNKNOWN)
         return false;
 
-    FreeImageIO callbacks = readingCallbacks();
-    Bitmap bitmap(FreeImage_LoadFromHandle(found, &callbacks, device(), 0));
-    if (!bitmap)
+    if (isTooLarge(found, *device()) || isCutTarga(found, *device()))
+        return false;
+    // A codec that comes to the end of the file and goes on has given a picture of which a part is
+    // made up. Those that read in blocks ask for more than they need.
+    const bool readsBlocks =
+        found == FIF_JPEG ||
+        (found == FIF_TARGA && isCompressedTarga(device()->peek(TargaHeaderSize)));
+    ReadSource source(*device());
+    FreeImageIO callbacks = ReadSource::callbacks();
+    Bitmap bitmap(FreeImage_LoadFromHandle(found, &callbacks, source.handle(), 0));
+    if (!bitmap || (readsBlocks ? source.hasReadNothing() : source.hasReadShort()))
         return false;
     QImage result(static_cast<int>(FreeImage_GetWidth(bitmap.get())),
                   static_cast<int>(FreeImage_GetHeight(bitmap.get())), QImage::Format_ARGB32);
