@@ -493,6 +493,7 @@ class Checker:
         for entry in children(owner, "paraminputs"):
             name, kind = text_of(entry, "identifier"), int(over(entry, "type"))
             types[name] = kind
+            self.check_widget(entry.find("defaultWidget"), f"{where}/{name}")
             value = entry.find("defaultValue")
             if kind in (1, 2):
                 if value is not None:
@@ -505,6 +506,14 @@ class Checker:
                         "String"]):
                 self.fault(f"{where}/{name}", "the default value is of another type")
         return types
+
+    def check_widget(self, widget, where):
+        """The entries of a drop-down list are "value;text | value;text"."""
+        for option in children(widget, "options"):
+            if (text_of(widget, "name"), text_of(option, "name")) == ("dropdownlist", "parameters"):
+                for entry in text_of(option, "value").split(" | "):
+                    if not re.fullmatch(r"-?\d+;.+", entry):
+                        self.fault(where, f"'{entry}' is no entry of a drop-down list")
 
     @staticmethod
     def constant_type(union):

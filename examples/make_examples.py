@@ -3,9 +3,9 @@
 
 The packages are what the tests, the benchmarks and a curious reader open: a brick wall, a woven
 fabric, wood planks, a library of noises, the presets that the others share, one package with a
-bit of everything and one big facade. Run it without arguments to write all of them again. The
-same script always gives the same bytes: no clock, no random source, numbers that vary come from
-a generator seeded with the package's name.
+bit of everything, one big facade and a filter for rust. Run it without arguments to write all of
+them again. The same script always gives the same bytes: no clock, no random source, numbers that
+vary come from a generator seeded with the package's name.
 """
 import base64
 import hashlib
@@ -315,7 +315,9 @@ def angle():
                   ("unit", "turns"), ("suffix", "°"), ("valueScale", "360"))
 
 
-def dropdown(*entries):
+def dropdown(*texts, first=1):
+    """The texts stand for the values from `first` on."""
+    entries = (f"{value};{text}" for value, text in enumerate(texts, first))
     return widget("dropdownlist", ("editorID", "dropdownlist"),
                   ("parameters", " | ".join(entries)))
 
@@ -722,19 +724,28 @@ def stored_zlib(data):
     return stream + struct.pack(">I", zlib.adler32(data))
 
 
-def png(width, height, channels, pixel):
-    """A PNG whose pixel(x, y) gives `channels` numbers from 0 to 255."""
-    color_type = {1: 0, 3: 2, 4: 6}[channels]
-    rows = b"".join(b"\0" + bytes(value for x in range(width) for value in pixel(x, y))
-                    for y in range(height))
-
+def png_file(width, height, color_type, rows, *chunks):
     def chunk(name, body):
         return struct.pack(">I", len(body)) + name + body + struct.pack(
             ">I", zlib.crc32(name + body))
 
     header = struct.pack(">IIBBBBB", width, height, 8, color_type, 0, 0, 0)
-    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", stored_zlib(rows))
-            + chunk(b"IEND", b""))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header)
+            + b"".join(chunk(name, body) for name, body in chunks)
+            + chunk(b"IDAT", stored_zlib(rows)) + chunk(b"IEND", b""))
+
+
+def png(width, height, channels, pixel):
+    """A PNG whose pixel(x, y) gives `channels` numbers from 0 to 255."""
+    rows = b"".join(b"\0" + bytes(value for x in range(width) for value in pixel(x, y))
+                    for y in range(height))
+    return png_file(width, height, {1: 0, 3: 2, 4: 6}[channels], rows)
+
+
+def indexed_png(width, height, palette, index):
+    """A PNG whose index(x, y) gives the place of a colour in a palette of up to 256."""
+    rows = b"".join(b"\0" + bytes(index(x, y) for x in range(width)) for y in range(height))
+    return png_file(width, height, 3, rows, (b"PLTE", bytes(sum(palette, ()))))
 
 
 # Building blocks of several packages
@@ -1682,6 +1693,140 @@ def stack_floors(facade, floors, noise_graphs):
                   ("RGBA", "glossiness"))
 
 
+# effects/surface_rust.obl and effects/steel_plate.png
+
+def steel_plate():
+    """A picture that passes for a photograph: brushed steel with rivets, a scratch, first rust."""
+    width, height, tones = 300, 200, 128
+    numbers = Numbers("steel plate")
+    brushed = [[numbers.below(15) for _ in range(width // 30 + 2)] for _ in range(height)]
+    grain = [numbers.below(9) for _ in range(4099)]
+    steel = [(2 * tone * 15 // 16, 2 * tone * 31 // 32, 2 * tone) for tone in range(tones)]
+    rusty = [(tone * 7 // 4, tone, tone * 9 // 16) for tone in range(tones)]
+    rivets = [(x, y) for x in (22, 150, 278) for y in (22, 178)]
+
+    def index(x, y):
+        block, inside = divmod(x, 30)
+        streak = (brushed[y][block] * (30 - inside) + brushed[y][block + 1] * inside) // 30
+        tone = 34 + x * 40 // width + (height - y) * 18 // height + streak + grain[
+            (x * 131 + y * 577) % len(grain)]
+        if abs(5 * x - 9 * y + 300) < 6 and 60 < x < 210:
+            tone -= 26
+        for center_x, center_y in rivets:
+            dx, dy = x - center_x, y - center_y
+            if dx * dx + dy * dy < 81:
+                tone = 66 - 3 * (dx + dy)
+            elif dx * dx + dy * dy < 110:
+                tone = 18
+        if x < 4 or y < 4:
+            tone += 24
+        elif x >= width - 4 or y >= height - 4:
+            tone -= 24
+        stain = (x - 22) ** 2 + max(0, y - 178 if y > 178 else (178 - y) // 3) ** 2
+        spread = 900 + 60 * grain[(x // 3 * 17 + y // 3 * 5) % len(grain)]
+        return min(max(tone, 0), tones - 1) + (tones if stain < spread else 0)
+
+    return indexed_png(width, height, steel + rusty, index)
+
+
+def make_rust():
+    package = Package("effects/surface_rust.obl", "surface_rust", "Zoë Lefèvre",
+                      "A filter that lets rust grow over any surface.")
+    rust = package.graph(
+        "rust", category="Effects", tags="filter;rust;metal", author="Zoë Lefèvre",
+        description="Rust where the wear mask is white, with pits and drips below them.")
+    functions = package.group("functions")
+    reach_of = functions.add(Function(
+        "reach_of", [("amount", "float1", 0.5, slider(0, 1)),
+                     ("severity", "int1", 1, dropdown("Light", "Medium", "Heavy", first=0))],
+        op("mul", get("float1", "amount"),
+           op("ifelse", op("eq", get("int1", "severity"), const(0)), const(0.4),
+              op("ifelse", op("eq", get("int1", "severity"), const(1)), const(0.7), const(1.0)))),
+        description="How much of the mask is taken: all of it for heavy rust of amount 1."))
+    surface, wear = rust_inputs(rust)
+    fill_rust(package, rust, surface, wear, reach_of)
+    return package
+
+
+def rust_inputs(rust):
+    surface = rust.image_input("surface", COLOR, [("RGBA", "diffuse")], "Images",
+                               desc="The surface as it was when new.")
+    wear = rust.image_input("wear_mask", GRAYSCALE, [("R", "mask")], "Images",
+                            desc="White where the coat is worn off.")
+    rust.value_input("enabled", "bool", True, toggle(), "Rust",
+                     desc="Off leaves the surface as it is.")
+    rust.value_input("severity", "int1", 1, dropdown("Light", "Medium", "Heavy", first=0), "Rust",
+                     desc="How far the rust has come.")
+    rust.value_input("amount", "float1", 0.45, slider(0, 1, "0.01", "Clean", "Rusty"), "Rust")
+    rust.value_input("softness", "float1", 2.5, slider(0, 16, "0.1"), "Rust",
+                     desc="Width of the edge of a stain.")
+    rust.value_input("rust_color", "float4", (0.43, 0.19, 0.07, 1.0), color_widget(), "Colour")
+    rust.value_input("metal_tint", "float3", (0.62, 0.6, 0.58), color_widget(), "Colour",
+                     desc="Colour of the bare metal.")
+    rust.value_input("pit_count", "int1", 24, slider(0, 64, "1"), "Pits",
+                     desc="Pits along an edge.")
+    rust.value_input("drip_count", "int2", (12, 3), slider(1, 64, "1", "Across", "Down"), "Drips")
+    rust.value_input("drip_angle", "float1", 0.25, angle(), "Drips", desc="0.25 is straight down.")
+    rust.value_input("offset", "float2", (0.0, 0.0), widget(
+        "position", ("min", "-0.5"), ("max", "0.5"), ("clamp", "1"), ("step", "0.01"),
+        ("label0", "X"), ("label1", "Y")), "Place", desc="Moves the surface below the rust.")
+    return surface, wear
+
+
+def fill_rust(package, rust, surface, wear, reach_of):
+    def reach():
+        return call(package, reach_of, amount=rust.read("amount"), severity=rust.read("severity"))
+
+    def strength(factor):
+        return op("ifelse", rust.read("enabled"), op("mul", reach(), const(factor)), const(0.0))
+
+    moved = rust.filter("transformation", {"input1": surface}, {"offset": rust.read("offset")})
+    bare = rust.filter("uniform", None, {
+        "outputcolor": op("vector4", rust.read("metal_tint"), const(1.0))}, kind=COLOR)
+    metal = rust.blend(bare, moved, "multiply", 0.6)
+
+    size = op("div", const(1.2), op("tofloat", op("max", rust.read("pit_count"), const(1))))
+    pits = rust.fxmap(scatter(rust, op("mul", rust.read("pit_count"), rust.read("pit_count")),
+                              "crescent", op("vector2", size, size),
+                              op("rand", const(1.0)), seed=7), title="Pits")
+    across, down = (op("iswizzle1", rust.read("drip_count"), data=index) for index in (0, 1))
+    length = op("vector2", op("div", const(0.4), op("tofloat", across)),
+                op("div", const(0.8), op("tofloat", down)))
+    drops = rust.fxmap(scatter(rust, op("mul", across, down), "capsule", length,
+                               op("sub", rust.read("drip_angle"), const(0.25)), seed=31))
+    drips = rust.filter("dirmotionblur", {"input1": drops}, {
+        "intensity": scaled(rust, "softness", 6.0, 1.0), "mblurangle": rust.read("drip_angle")},
+        title="Drips")
+
+    torn = rust.filter("warp", {"input1": wear, "inputgradient": pits},
+                       {"intensity": scaled(rust, "amount", 0.6)})
+    soft = rust.filter("blur", {"input1": torn}, {"intensity": rust.read("softness")})
+    least = op("sub", const(1.0), reach())
+    stains = rust.levels(soft, op("vector4", op("vector2", least, least),
+                                  op("vector2", least, least)))
+    mask = rust.blend(drips, stains, "multiply", strength(0.5), title="Where rust is")
+
+    shades = rust.gradient(pits, [(0.0, (0.55, 0.45, 0.4, 1.0)), (0.45, (0.8, 0.62, 0.5, 1.0)),
+                                  (1.0, (1.0, 0.93, 0.86, 1.0))])
+    ground = rust.filter("uniform", None, {"outputcolor": rust.read("rust_color")}, kind=COLOR)
+    rusty = rust.blend(shades, ground, "multiply", 0.8)
+    cut_out = rust.filter("shuffle", {"input1": rusty, "input2": mask}, {"channelalpha": 4},
+                          kind=COLOR)
+    final = rust.blend(cut_out, metal, "copy", strength(1.0), title="Rust on metal")
+
+    plain = rust.levels(rust.to_gray(moved), out_low=0.4, out_high=0.6)
+    flaked = rust.blend(mask, plain, "add", strength(0.25))
+    relief = rust.blend(pits, flaked, "substract", strength(0.4), title="Relief")
+    slope = rust.to_gray(rust.normal(relief, scaled(rust, "amount", 12.0)), (0.0, 0.0, 1.0, 0.0))
+    rough = rust.blend(rust.levels(slope, out_low=1.0, out_high=0.35), mask, "max",
+                       title="Steep or rusty is rough")
+    rust.output("base_color", final, ("RGBA", "diffuse"), label="Base colour", mipmaps=12,
+                group="Material")
+    rust.output("height", relief, ("R", "height"), image_format=1, mipmaps=1, group="Material")
+    rust.output("roughness", rough, ("R", "roughness"), mipmaps=10, group="Material")
+    rust.comment("Pits and drips", (-500, -420, 0), pits)
+
+
 def main():
     noises, noise_graphs = make_noises()
     presets, preset_graphs = make_presets()
@@ -1692,8 +1837,9 @@ def main():
                                                     wood_images)
     finish_wood(wood, planks, wood_images, plank_graphs, everything, everything_graphs)
     city = make_city(bricks, brick_graphs, noises, noise_graphs)
-    for package in (noises, presets, bricks, fabrics, wood, everything, city):
+    for package in (noises, presets, bricks, fabrics, wood, everything, city, make_rust()):
         package.write()
+    write_file("effects/steel_plate.png", steel_plate())
 
 
 if __name__ == "__main__":
