@@ -1,8 +1,10 @@
 #include "services.h"
 
 #include "core/commandmanager.h"
+#include "core/commandsignals.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/packageslist.h"
+#include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
 #include "ksx/core/dependenciesdictionary.h"
 #include "ksx/core/packageslistmanager.h"
@@ -28,7 +30,15 @@ Services::Services()
         context.addListener(document.content(), *m_dictionaryUpdater);
         return true;
     });
+    Ksx::Core::Behavior::addBehaviors(*m_behaviors, *m_dependenciesDictionary);
     m_behaviors->attachTo(document);
+    m_behaviors->deferOpened();
+    m_commandManager->aboutToExecute().connect(
+        [behaviors = Orv::Data::DataPointerBox<Ksx::Core::DataNotifier>(m_behaviors.get())](
+            const std::shared_ptr<Orv::Core::ICommand>&) {
+            if (behaviors)
+                behaviors.access()->visitOpened();
+        });
 }
 
 Services::~Services()

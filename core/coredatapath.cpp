@@ -16,7 +16,7 @@ using Orv::Data::BaseObject;
 
 constexpr std::string_view Scheme = "pkg://";
 
-std::optional<Uid> uidFromText(const std::optional<std::string>& text)
+std::optional<Uid> uidFromText(const std::optional<std::string_view>& text)
 {
     if (!text)
         return std::nullopt;
@@ -284,6 +284,12 @@ const BaseObject* DataPath::resolve(const Package& package) const
         if (type && kind.name == *type)
             return kind.find(*object, TypedQuery{*this});
     return nullptr;
+}
+
+std::optional<Uid> DataPath::dependencyOf(std::string_view text)
+{
+    const auto place = findValue(text, DataPathKey::Dependency);
+    return place ? uidFromText(text.substr(place->first, place->second)) : std::nullopt;
 }
 
 std::string DataPath::withParameter(std::string_view text, std::string_view key,

@@ -8,24 +8,52 @@ namespace Ksx::Core {
 
 using Data::Content::Package;
 
+void DependenciesDictionary::Users::add(const Orv::Data::BaseObject& user)
+{
+    auto& place = places.try_emplace(&user, inOrder.end()).first->second;
+    if (place != inOrder.end() && *place == &user)
+        return;
+    if (place != inOrder.end())
+        inOrder.erase(place);
+    place = inOrder.emplace(inOrder.end(), &user);
+}
+
+bool DependenciesDictionary::Users::remove(const Orv::Data::BaseObject& user)
+{
+    const auto found = places.find(&user);
+    if (found == places.end())
+        return false;
+    const bool isKnown = *found->second == &user;
+    inOrder.erase(found->second);
+    places.erase(found);
+    return isKnown;
+}
+
+void DependenciesDictionary::Users::removeDead()
+{
+    for (auto one = places.begin(); one != places.end();) {
+        if (*one->second) {
+            ++one;
+            continue;
+        }
+        inOrder.erase(one->second);
+        one = places.erase(one);
+    }
+}
+
 const DependenciesDictionary::OfPackage* DependenciesDictionary::find(const Package& package) const
 {
-    const auto place = std::find_if(m_packages.begin(), m_packages.end(),
-                                    [&](const OfPackage& one) { return one.package == &package; });
-    return place == m_packages.end() ? nullptr : &*place;
+    const auto place = m_packages.find(&package);
+    return place == m_packages.end() || !place->second.package ? nullptr : &place->second;
 }
 
 void DependenciesDictionary::addUse(const Package& package, Uid dependency,
                                     const Orv::Data::BaseObject& user)
 {
-    auto* ofPackage = const_cast<OfPackage*>(find(package));
-    if (ofPackage == nullptr) {
-        m_packages.push_back({Orv::Data::DataPointerBox<Package>(&package), {}});
-        ofPackage = &m_packages.back();
-    }
-    std::list<UserBox>& users = ofPackage->uses[dependency];
-    if (std::none_of(users.begin(), users.end(), [&](const UserBox& one) { return one == &user; }))
-        users.emplace_back(&user);
+    OfPackage& ofPackage = m_packages[&package];
+    if (!ofPackage.package)
+        ofPackage = {Orv::Data::DataPointerBox<Package>(&package), {}};
+    ofPackage.uses[dependency].add(user);
 }
 
 bool DependenciesDictionary::removeUse(const Package& package, Uid dependency,
@@ -35,14 +63,9 @@ bool DependenciesDictionary::removeUse(const Package& package, Uid dependency,
     if (ofPackage == nullptr)
         return false;
     const auto users = ofPackage->uses.find(dependency);
-    if (users == ofPackage->uses.end())
+    if (users == ofPackage->uses.end() || !users->second.remove(user))
         return false;
-    const auto place = std::find_if(users->second.begin(), users->second.end(),
-                                    [&](const UserBox& one) { return one == &user; });
-    if (place == users->second.end())
-        return false;
-    users->second.erase(place);
-    if (users->second.empty())
+    if (users->second.inOrder.empty())
         ofPackage->uses.erase(users);
     return true;
 }
@@ -66,7 +89,8 @@ std::vector<DependenciesDictionary::UserBox> DependenciesDictionary::usersOf(con
         ofPackage == nullptr ? decltype(ofPackage->uses.end())() : ofPackage->uses.find(dependency);
     if (ofPackage == nullptr || users == ofPackage->uses.end())
         return live;
-    std::copy_if(users->second.begin(), users->second.end(), std::back_inserter(live),
+    std::copy_if(users->second.inOrder.begin(), users->second.inOrder.end(),
+                 std::back_inserter(live),
                  [](const UserBox& user) { return static_cast<bool>(user); });
     return live;
 }
@@ -78,12 +102,13 @@ bool DependenciesDictionary::isUsed(const Package& package, Uid dependency) cons
 
 void DependenciesDictionary::removeDead()
 {
-    m_packages.remove_if([](const OfPackage& one) { return !one.package; });
-    for (OfPackage& one : m_packages) {
-        for (auto use = one.uses.begin(); use != one.uses.end();) {
-            use->second.remove_if([](const UserBox& user) { return !user; });
-            use = use->second.empty() ? one.uses.erase(use) : std::next(use);
+    for (auto one = m_packages.begin(); one != m_packages.end();) {
+        auto& [package, uses] = one->second;
+        for (auto use = uses.begin(); use != uses.end();) {
+            use->second.removeDead();
+            use = use->second.inOrder.empty() ? uses.erase(use) : std::next(use);
         }
+        one = package ? std::next(one) : m_packages.erase(one);
     }
 }
 

@@ -147,7 +147,7 @@ TEST_F(ServicesTest, GiveBehavioursThePackagesThatAreLoaded)
     public:
         explicit Counter(int& count) : m_count(count) {}
         void operator()(const Orv::Data::BaseObject& object,
-                        Orv::Data::ManipulatorContextBase& /*context*/) override
+                        const Ksx::Core::DataNotifier::Arrival& /*arrival*/) override
         {
             if (dynamic_cast<const Ksx::Data::Content::Package*>(&object) != nullptr)
                 ++m_count;

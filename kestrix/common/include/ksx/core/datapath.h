@@ -42,6 +42,9 @@ public:
     // At each level the first item of the identifier wins.
     const Orv::Data::BaseObject* resolve(const Data::Content::Package& package) const;
 
+    // What dependency() answers for a path of that text, without taking the text apart.
+    static std::optional<Uid> dependencyOf(std::string_view text);
+
     // The text with a parameter set: one that stands is changed in its place and nothing else is
     // touched; a new one goes to the end.
     static std::string withParameter(std::string_view text, std::string_view key,

@@ -8,6 +8,7 @@
 #include <list>
 #include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace Ksx::Data::Content {
@@ -43,14 +44,25 @@ public:
     void removeDead();
 
 private:
+    struct Users
+    {
+        std::list<UserBox> inOrder;
+        // By the address, under which another object may come when the one that had it has died.
+        std::unordered_map<const Orv::Data::BaseObject*, std::list<UserBox>::iterator> places;
+
+        void add(const Orv::Data::BaseObject& user);
+        bool remove(const Orv::Data::BaseObject& user);
+        void removeDead();
+    };
     struct OfPackage
     {
         Orv::Data::DataPointerBox<Data::Content::Package> package;
-        std::map<Uid, std::list<UserBox>> uses;
+        std::map<Uid, Users> uses;
     };
     const OfPackage* find(const Data::Content::Package& package) const;
 
-    std::list<OfPackage> m_packages;
+    // By the address, with the same reserve.
+    std::unordered_map<const Data::Content::Package*, OfPackage> m_packages;
 };
 
 // A behaviour bound to one kind of object: tells which dependency an object needs, so that the

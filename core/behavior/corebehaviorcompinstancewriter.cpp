@@ -1,0 +1,272 @@
+#include "ksx/core/behavior/compinstancewriter.h"
+
+#include "data/content/graph.h"
+#include "data/content/parametermanipulators.h"
+#include "data/desc/valuetype.h"
+#include "ksx/core/behavior/functionroot.h"
+#include "ksx/core/behavior/ownerof.h"
+#include "ksx/core/constantvalue.h"
+#include "ksx/core/packageof.h"
+#include <algorithm>
+#include <limits>
+
+namespace Ksx::Core::Behavior {
+
+namespace {
+
+using namespace Data::Content;
+using Orv::Core::ManipulatorAttribute;
+using Orv::Core::ManipulatorContext;
+using Orv::Core::ManipulatorList;
+using Orv::Core::ManipulatorStruct;
+using Orv::Data::BaseObject;
+namespace ValueType = Data::Desc::ValueType;
+
+template <class T>
+void write(ManipulatorAttribute<T> attribute, const T& value)
+{
+    if (attribute.get()->get() != value)
+        attribute.set(value);
+}
+
+template <class List, class Item>
+void insertAt(List list, std::size_t index, std::unique_ptr<Item> item)
+{
+    std::vector<std::unique_ptr<BaseObject>> items;
+    items.push_back(std::move(item));
+    list.insert(index, std::move(items));
+}
+
+bool isImage(unsigned type)
+{
+    return type != ValueType::Unknown && (type & ~ValueType::Image) == 0;
+}
+
+// Can a parameter with that value still be one of an input of the type?
+bool fits(const BaseObject* value, unsigned type)
+{
+    if (value == nullptr)
+        return true;
+    if (dynamic_cast<const DynamicValue*>(value) == nullptr)
+        return !parameterValueAs(type, value).empty();
+    // A node can name several types where its own follows from what feeds it.
+    const ParamNode* const root = rootNodeOf(value);
+    return !isImage(type) &&
+           (root == nullptr || (root->type().value().get() & plainTypeOf(type)) != 0);
+}
+
+constexpr std::size_t NoRank = std::numeric_limits<std::size_t>::max();
+
+// Brings the items of a list into the order of their ranks. Items without a rank stay behind those
+// that they stand behind.
+template <class List>
+void orderByRank(List list, std::vector<std::size_t> ranks)
+{
+    for (std::size_t i = 0; i < ranks.size(); ++i)
+        if (ranks[i] == NoRank)
+            ranks[i] = i == 0 ? 0 : ranks[i - 1];
+    for (std::size_t i = 0; i < ranks.size(); ++i) {
+        const auto least =
+            std::min_element(ranks.begin() + static_cast<std::ptrdiff_t>(i), ranks.end());
+        const auto from = static_cast<std::size_t>(least - ranks.begin());
+        if (from == i)
+            continue;
+        // Histories take two moves in a row in one list for steps of one item. Writing the item's
+        // uid, as it is, keeps them apart.
+        auto uid = list.at(from).uid();
+        uid.set(uid.get()->get());
+        list.move(from, static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(from));
+        std::rotate(ranks.begin() + static_cast<std::ptrdiff_t>(i), least, least + 1);
+    }
+}
+
+} // namespace
+
+void DroppedOutputs::add(const CompNode& node, Uid output)
+{
+    if (const auto* graph = ownerOf<Graph>(node))
+        m_outputs[graph].emplace(node.uid().get(), output);
+}
+
+void DroppedOutputs::dropConnections(ManipulatorContext& context) const
+{
+    for (const auto& [graph, outputs] : m_outputs) {
+        for (const CompNode& node : graph->compNodes()) {
+            const auto& connexions = node.connexions();
+            for (std::size_t i = connexions.size(); i-- > 0;) {
+                const Connexion& connexion = connexions.at(i);
+                if (outputs.count({connexion.connRef().value().get(),
+                                   connexion.connRefOutput().value().get()}) != 0)
+                    ManipulatorStruct<CompNode>(node, context).connexions().erase(i, 1);
+            }
+        }
+    }
+}
+
+bool CompInstanceWriter::stands(const CompInstance& instance)
+{
+    const auto* node = ownerOf<CompNode>(instance);
+    return node != nullptr && ownerOf<Graph>(*node) != nullptr && isAttached(instance) &&
+           packageOf(instance) != nullptr;
+}
+
+CompInstanceWriter::CompInstanceWriter(const CompInstance& instance, ManipulatorContext& context,
+                                       DroppedOutputs& dropped)
+    : m_node(*ownerOf<CompNode>(instance), context), m_instance(instance, context),
+      m_dropped(dropped)
+{}
+
+std::size_t CompInstanceWriter::indexOfOutput(Uid uid) const
+{
+    const auto& outputs = m_node.get()->compOutputs();
+    std::size_t index = 0;
+    while (index < outputs.size() && outputs.at(index).uid().get() != uid)
+        ++index;
+    return index;
+}
+
+std::size_t CompInstanceWriter::indexOfBridging(const std::string& identifier) const
+{
+    const auto& bridgings = m_instance.get()->outputBridgings();
+    std::size_t index = 0;
+    while (index < bridgings.size() && bridgings.at(index).identifier().get() != identifier)
+        ++index;
+    return index;
+}
+
+void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs)
+{
+    const auto& bridgings = m_instance.get()->outputBridgings();
+    for (std::size_t i = bridgings.size(); i-- > 0;) {
+        const OutputBridging& bridging = bridgings.at(i);
+        const InterfaceDiff::Fate* const fate = outputs.fateOf(bridging.identifier().get());
+        if (fate == nullptr)
+            continue;
+        if (fate->item == nullptr) {
+            removeOutput(i);
+            continue;
+        }
+        write(m_instance.outputBridgings().at(i).identifier(), fate->item->identifier);
+        if (fate->isTypeChanged)
+            setType(bridging.uid().get(), fate->item->type);
+    }
+    addOutputs(outputs);
+    if (outputs.isReordered())
+        orderOutputs(outputs);
+}
+
+void CompInstanceWriter::removeOutput(std::size_t bridging)
+{
+    const Uid uid = m_instance.get()->outputBridgings().at(bridging).uid().get();
+    m_instance.outputBridgings().erase(bridging, 1);
+    const std::size_t output = indexOfOutput(uid);
+    if (output < m_node.get()->compOutputs().size())
+        m_node.compOutputs().erase(output, 1);
+    m_dropped.add(*m_node.get(), uid);
+}
+
+void CompInstanceWriter::setType(Uid output, unsigned type)
+{
+    const std::size_t index = indexOfOutput(output);
+    if (index < m_node.get()->compOutputs().size())
+        write(m_node.compOutputs().at(index).comptype().value(), type);
+}
+
+void CompInstanceWriter::addOutputs(const InterfaceDiff& outputs)
+{
+    for (const std::size_t item : outputs.added()) {
+        const InterfaceItem& output = outputs.items()[item];
+        const std::size_t bridging = indexOfBridging(output.identifier);
+        const auto& bridgings = m_instance.get()->outputBridgings();
+        if (bridging < bridgings.size()) // it had been remembered
+            setType(bridgings.at(bridging).uid().get(), output.type);
+        else
+            addOutput(outputs, item);
+    }
+}
+
+// Behind the next output before it that the instance has.
+void CompInstanceWriter::addOutput(const InterfaceDiff& outputs, std::size_t item)
+{
+    const auto& bridgings = m_instance.get()->outputBridgings();
+    std::size_t bridgingIndex = 0;
+    std::size_t outputIndex = 0;
+    for (std::size_t before = item; before-- > 0;) {
+        const std::size_t found = indexOfBridging(outputs.items()[before].identifier);
+        if (found == bridgings.size())
+            continue;
+        bridgingIndex = found + 1;
+        outputIndex = std::min(indexOfOutput(bridgings.at(found).uid().get()) + 1,
+                               m_node.get()->compOutputs().size());
+        break;
+    }
+    const Uid uid = UidSource::shared().next(
+        [this](Uid taken) { return indexOfOutput(taken) < m_node.get()->compOutputs().size(); });
+    auto output = std::make_unique<CompOutput>();
+    output->uid().assign(uid);
+    output->comptype().value().assign(outputs.items()[item].type);
+    insertAt(m_node.compOutputs(), outputIndex, std::move(output));
+    auto bridging = std::make_unique<OutputBridging>();
+    bridging->uid().assign(uid);
+    bridging->identifier().assign(outputs.items()[item].identifier);
+    insertAt(m_instance.outputBridgings(), bridgingIndex, std::move(bridging));
+}
+
+void CompInstanceWriter::orderOutputs(const InterfaceDiff& outputs)
+{
+    std::vector<std::size_t> ranks;
+    std::map<Uid, std::size_t> ranksOfUids;
+    for (const OutputBridging& bridging : m_instance.get()->outputBridgings()) {
+        const std::size_t place = outputs.placeOf(bridging.identifier().get());
+        ranks.push_back(place < outputs.items().size() ? place : NoRank);
+        ranksOfUids.emplace(bridging.uid().get(), ranks.back());
+    }
+    orderByRank(m_instance.outputBridgings(), std::move(ranks));
+    std::vector<std::size_t> outputRanks;
+    for (const CompOutput& output : m_node.get()->compOutputs()) {
+        const auto found = ranksOfUids.find(output.uid().get());
+        outputRanks.push_back(found == ranksOfUids.end() ? NoRank : found->second);
+    }
+    orderByRank(m_node.compOutputs(), std::move(outputRanks));
+}
+
+void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
+{
+    auto list = m_instance.parameters();
+    const auto& parameters = m_instance.get()->parameters();
+    for (std::size_t i = parameters.size(); i-- > 0;) {
+        const Parameter& parameter = parameters.at(i);
+        const InterfaceDiff::Fate* const fate = inputs.fateOf(parameter.name().get());
+        if (fate == nullptr)
+            continue;
+        if (fate->item == nullptr ||
+            (fate->isTypeChanged && !fits(parameter.paramValue().get(), fate->item->type)))
+            list.erase(i, 1);
+        else
+            write(list.at(i).name(), fate->item->identifier);
+    }
+    auto connexions = m_node.connexions();
+    for (std::size_t i = connexions.get()->size(); i-- > 0;) {
+        const auto* fate = inputs.fateOf(connexions.get()->at(i).identifier().get());
+        if (fate != nullptr && fate->item != nullptr && fate->isTypeChanged &&
+            (fate->item->type & ValueType::Image) == 0)
+            connexions.erase(i, 1); // a value takes no image
+    }
+    Behavior::followInputs(connexions, inputs);
+}
+
+void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceDiff& inputs)
+{
+    ManipulatorList<Connexion> list = connexions;
+    for (std::size_t i = list.get()->size(); i-- > 0;) {
+        const auto* fate = inputs.fateOf(list.get()->at(i).identifier().get());
+        if (fate == nullptr)
+            continue;
+        if (fate->item == nullptr)
+            list.erase(i, 1);
+        else
+            write(list.at(i).identifier(), fate->item->identifier);
+    }
+}
+
+} // namespace Ksx::Core::Behavior

@@ -1,0 +1,29 @@
+#include "ksx/core/behavior/functionpath.h"
+
+#include "data/content/paramnode.h"
+#include "ksx/core/functionnode.h"
+
+namespace Ksx::Core::Behavior {
+
+using namespace Data::Content;
+
+namespace {
+const std::string NoPath;
+} // namespace
+
+bool isFunctionInstance(const ParamNode& node)
+{
+    return node.function().get() == "instance";
+}
+
+const std::string& functionPathOf(const ParamNode& node)
+{
+    for (const FuncData& data : node.funcDatas()) {
+        const auto* text = dynamic_cast<const ConstantValueString*>(data.constantValue().get());
+        if (text != nullptr && data.name().get() == FunctionDataName)
+            return text->value().get();
+    }
+    return NoPath;
+}
+
+} // namespace Ksx::Core::Behavior

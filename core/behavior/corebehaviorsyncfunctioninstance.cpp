@@ -1,0 +1,151 @@
+#include "ksx/core/behavior/syncfunctioninstance.h"
+
+#include "core/manipulatorcontext.h"
+#include "data/content/functionmanipulators.h"
+#include "data/datamessage.h"
+#include "ksx/core/behavior/compinstancewriter.h"
+#include "ksx/core/behavior/pathtarget.h"
+#include "ksx/core/behavior/rounds.h"
+#include "ksx/core/edit.h"
+#include "ksx/core/objecturl.h"
+#include "ksx/core/packageof.h"
+#include "ksx/core/valuelistener.h"
+#include <functional>
+
+namespace Ksx::Core::Behavior {
+
+namespace {
+
+using namespace Data::Content;
+using Orv::Core::ManipulatorContext;
+using Orv::Core::ManipulatorStruct;
+using Orv::Data::BaseObject;
+using Index = InstanceIndexOf<SyncFunctionInstance>;
+
+InterfaceItems inputsOf(const Function& function)
+{
+    InterfaceItems items;
+    items.reserve(function.paraminputs().size());
+    for (const ParamInput& input : function.paraminputs())
+        items.push_back({input.uid().get(), input.type().value().get(), input.identifier().get()});
+    return items;
+}
+
+void writeType(const ParamNode& node, unsigned type, ManipulatorContext& context)
+{
+    if (node.type().value().get() != type)
+        ManipulatorStruct<ParamNode>(node, context).type().value().set(type);
+}
+
+void takeType(const ParamNode& node, ManipulatorContext& context)
+{
+    const Package* const package = isAttached(node) ? packageOf(node) : nullptr;
+    const auto* function =
+        package == nullptr
+            ? nullptr
+            : dynamic_cast<const Function*>(resolveObjectUrl(functionPathOf(node), *package));
+    if (function != nullptr)
+        writeType(node, function->type().value().get(), context);
+}
+
+} // namespace
+
+// Stands on a function, and remembers its inputs and its type.
+class SyncFunctionInstance::FunctionWatcher final
+    : public Orv::Core::ListenerSimple<Priority, ListChanges>
+{
+public:
+    explicit FunctionWatcher(const Function& function)
+        : m_function(&function), m_inputs(recordsOf(inputsOf(function))),
+          m_type(function.type().value().get())
+    {}
+    bool isOwnedByShadow() const override { return true; }
+    void deliver(const Orv::Data::DataMessage& message) override;
+
+private:
+    void writeTo(const InterfaceDiff& inputs, bool isTypeChanged,
+                 ManipulatorContext& context) const;
+
+    Orv::Data::DataPointerBox<Function> m_function;
+    InterfaceRecords m_inputs;
+    unsigned m_type;
+    Rounds m_rounds;
+};
+
+void SyncFunctionInstance::FunctionWatcher::deliver(const Orv::Data::DataMessage& message)
+{
+    const Function* const function = m_function.get();
+    if (function == nullptr || !isAttached(*function))
+        return;
+    const InterfaceItems inputs = inputsOf(*function);
+    const InterfaceDiff diff(m_inputs, inputs);
+    const unsigned type = function->type().value().get();
+    const bool isTypeChanged = type != m_type;
+    if (diff.isEmpty() && !isTypeChanged)
+        return;
+    m_inputs = recordsOf(inputs);
+    m_type = type;
+    ManipulatorContext* const context = editableContext(message);
+    // Types can chase each other where functions call each other in a circle.
+    if (context != nullptr && m_rounds.next(message, 1))
+        writeTo(diff, isTypeChanged, *context);
+}
+
+void SyncFunctionInstance::FunctionWatcher::writeTo(const InterfaceDiff& inputs, bool isTypeChanged,
+                                                    ManipulatorContext& context) const
+{
+    PathTarget target(*m_function);
+    for (const InstanceBehavior* behavior :
+         Index::of(*m_function).find(m_function->identifier().get())) {
+        const ParamNode* const node = static_cast<const SyncFunctionInstance*>(behavior)->node();
+        const Package* const package =
+            node == nullptr || !isAttached(*node) ? nullptr : packageOf(*node);
+        if (package == nullptr || !isFunctionInstance(*node) ||
+            !target.isNamedBy(behavior->path(), *package))
+            continue;
+        followInputs(ManipulatorStruct<ParamNode>(*node, context).connexions(), inputs);
+        if (isTypeChanged)
+            writeType(*node, m_type, context);
+    }
+}
+
+SyncFunctionInstance::SyncFunctionInstance(const ParamNode& node)
+    : m_node(&node), m_pathHash(std::hash<std::string_view>()(path()))
+{
+    Index::of(node).add(*this);
+}
+
+std::string_view SyncFunctionInstance::path() const
+{
+    return m_node ? std::string_view(functionPathOf(*m_node)) : std::string_view();
+}
+
+void SyncFunctionInstance::entered(const ParamNode& node, ManipulatorContext& context)
+{
+    takeType(node, context);
+}
+
+void SyncFunctionInstance::deliver(const Orv::Data::DataMessage& message)
+{
+    const std::size_t hash = std::hash<std::string_view>()(path());
+    if (!m_node || hash == m_pathHash || !isAttached(*m_node))
+        return;
+    m_pathHash = hash;
+    Index::of(*m_node).add(*this);
+    if (ManipulatorContext* context = editableContext(message))
+        takeType(*m_node, *context);
+}
+
+void SyncFunctionInstance::watch(const Function& function,
+                                 Orv::Data::ManipulatorContextBase& context)
+{
+    const Orv::Data::ShadowObject* const shadow = function.paraminputs().shadow();
+    if (shadow != nullptr && shadow->findListener<FunctionWatcher>() != nullptr)
+        return;
+    auto* watcher = new FunctionWatcher(function); // the first shadow that dies deletes it
+    const BaseObject* const places[] = {&function.paraminputs(), &function.type()};
+    for (const BaseObject* place : places)
+        context.addListener(*place, *watcher);
+}
+
+} // namespace Ksx::Core::Behavior

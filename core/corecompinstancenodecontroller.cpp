@@ -1,0 +1,312 @@
+#include "ksx/core/compinstancenodecontroller.h"
+
+#include "core/manipulatorcontext.h"
+#include "data/content/compnode.h"
+#include "data/content/graph.h"
+#include "data/content/graphoutput.h"
+#include "data/content/package.h"
+#include "data/content/packageslist.h"
+#include "data/content/paraminput.h"
+#include "data/datamessage.h"
+#include "data/desc/descriptiontables.h"
+#include "data/desc/valuetype.h"
+#include "ksx/core/compgraphcontroller.h"
+#include "ksx/core/connexionslistener.h"
+#include "ksx/core/datapath.h"
+#include "ksx/core/edit.h"
+#include "ksx/core/graphcontrollerlistener.h"
+#include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/inputparameter.h"
+#include "ksx/core/listenerof.h"
+#include "ksx/core/objecturl.h"
+#include "ksx/core/outputconnectorcontroller.h"
+#include "ksx/core/packageof.h"
+#include "ksx/core/parameterscontroller.h"
+#include "ksx/core/subgraphlistener.h"
+#include "ksx/core/valuelistener.h"
+#include <QCoreApplication>
+#include <unordered_set>
+
+namespace Ksx::Core {
+
+using namespace Data::Content;
+namespace ValueType = Data::Desc::ValueType;
+namespace ParameterFlag = Data::Desc::ParameterFlag;
+using Data::Desc::GroupRole;
+using Data::Desc::ParameterGroup;
+using Orv::Core::ManipulatorContext;
+using DescParameter = Data::Desc::Parameter;
+
+namespace {
+
+bool isVariant(unsigned type)
+{
+    return type == ValueType::Image || type == ValueType::ColorOrImage;
+}
+
+std::shared_ptr<ParameterGroup> mainGroup()
+{
+    return std::make_shared<ParameterGroup>(GroupRole::Main, "Instance_parameters",
+                                            "INSTANCE_PARAMETERS", "INSTANCE_PARAMETERS");
+}
+
+} // namespace
+
+// What may bring another graph under the node's path: the path itself, and what appears where the
+// path looks for it.
+template <std::uint32_t TypeMask>
+class CompInstanceNodeController::LinkListener final
+    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2, TypeMask>
+{
+public:
+    explicit LinkListener(CompInstanceNodeController& node) : m_node(node) {}
+    void deliver(const Orv::Data::DataMessage& message) override
+    {
+        m_node.onSubGraphLinkChanged(editableContext(message));
+    }
+
+private:
+    CompInstanceNodeController& m_node;
+};
+
+CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
+                                                       const CompInstance& instance,
+                                                       CompGraphController& graph)
+    : CompNodeController(node, graph), m_instance(&instance)
+{
+    describe();
+    buildConnectors();
+    watch<Orv::Data::ChangeType::Value>(instance.path().value());
+    watch<ListChanges>(instance.outputBridgings());
+}
+
+CompInstanceNodeController::~CompInstanceNodeController() = default;
+
+void CompInstanceNodeController::describe()
+{
+    const Package* package = m_instance ? packageOf(*m_instance) : nullptr;
+    const std::string path = m_instance ? m_instance->path().value().get() : std::string();
+    const Graph* graph =
+        package == nullptr ? nullptr : dynamic_cast<const Graph*>(resolveObjectUrl(path, *package));
+    if (graph != nullptr && !isAttached(*graph))
+        graph = nullptr; // its package is being closed
+    m_referenced.reset(graph);
+    m_outputNames.clear();
+    if (m_instance)
+        for (const OutputBridging& bridging : m_instance->outputBridgings())
+            m_outputNames.emplace_back(bridging.uid().get(), bridging.identifier().get());
+    m_description = {};
+    m_description.identifier = "compinstance";
+    m_description.groups.push_back(Data::Desc::DescriptionTables::instance().commonParameters());
+    if (graph != nullptr) {
+        describeGraph(*graph);
+        listenerOf<SubGraphListener>(*graph).subscribe(*this);
+        return;
+    }
+    describeGhost();
+    if (package == nullptr || package->getParent() == nullptr)
+        return;
+    watch<Orv::Data::ChangeType::Inserted>(*package->getParent());
+    const auto dependency = DataPath::isDataPath(path) ? DataPath(path).dependency() : std::nullopt;
+    const std::string home =
+        "pkg://" + (dependency ? "?dependency=" + std::to_string(*dependency) : std::string());
+    if (const auto* target = dynamic_cast<const Package*>(resolveObjectUrl(home, *package)))
+        watch<Orv::Data::ChangeType::Inserted>(target->content());
+}
+
+template <std::uint32_t TypeMask>
+void CompInstanceNodeController::watch(const Orv::Data::BaseObject& object)
+{
+    for (const auto& [watched, listener] : m_links)
+        if (watched == &object)
+            return;
+    m_links.emplace_back(Orv::Data::DataPointerBox<Orv::Data::BaseObject>(&object),
+                         std::make_unique<LinkListener<TypeMask>>(*this));
+    listenTo(object, *m_links.back().second);
+}
+
+void CompInstanceNodeController::describeGraph(const Graph& graph)
+{
+    m_description.nameKey = graph.attributes().label().get();
+    m_description.descKey = graph.attributes().description().get();
+    std::vector<std::shared_ptr<ParameterGroup>> groups{mainGroup()};
+    const Uid primary = graph.primaryInput().value().get();
+    for (const ParamInput& input : graph.paraminputs()) {
+        const std::string& name = input.group().get();
+        std::shared_ptr<ParameterGroup> group;
+        for (const auto& known : groups)
+            if (name.empty() ? known->role() == GroupRole::Main : known->identifier() == name)
+                group = known;
+        if (group == nullptr)
+            group = groups.emplace_back(
+                std::make_shared<ParameterGroup>(GroupRole::Named, name, name, name));
+        DescParameter parameter = parameterOfInput(input);
+        const bool isImage =
+            (parameter.type & ValueType::Image) == parameter.type && parameter.type != 0;
+        if (isImage && input.uid().get() == primary)
+            parameter.flags |= ParameterFlag::Primary;
+        const DescParameter& kept = group->add(std::move(parameter));
+        if (isImage)
+            m_description.inputs.push_back(&kept);
+    }
+    m_description.groups.insert(m_description.groups.end(), groups.begin(), groups.end());
+}
+
+void CompInstanceNodeController::describeGhost()
+{
+    m_description.nameKey = "GHOST_GRAPH";
+    m_description.descKey = "GHOST_GRAPH_DESC";
+    m_description.groups.push_back(mainGroup());
+}
+
+const GraphOutput*
+CompInstanceNodeController::graphOutput(const OutputConnectorController& output) const
+{
+    if (!m_referenced)
+        return nullptr;
+    for (const GraphOutput& candidate : m_referenced->graphOutputs())
+        if (candidate.identifier().get() == output.identifier())
+            return &candidate;
+    return nullptr;
+}
+
+OutputController*
+CompInstanceNodeController::outputController(const OutputConnectorController& output) const
+{
+    const GraphOutput* found = graphOutput(output);
+    CompGraphController* graph = found == nullptr ? nullptr : graphController(m_referenced);
+    return graph == nullptr ? nullptr : graph->outputController(*found);
+}
+
+std::vector<CompInstanceNodeController::InputDescription>
+CompInstanceNodeController::valueInputs() const
+{
+    std::vector<InputDescription> result;
+    if (!m_referenced)
+        return result;
+    for (const ParamInput& input : m_referenced->paraminputs()) {
+        const unsigned type = input.type().value().get();
+        if (type == ValueType::Unknown || (type & ValueType::Image) != 0)
+            continue;
+        if (const DescParameter* found = m_description.parameter(input.identifier().get()))
+            result.push_back({&input, found});
+    }
+    return result;
+}
+
+unsigned CompInstanceNodeController::connectorType(const std::string& identifier) const
+{
+    for (const DescParameter* input : m_description.inputs)
+        if (input->identifier == identifier)
+            return input->type;
+    for (std::size_t i = 0; i < outputConnectorCount(); ++i)
+        if (outputConnector(i)->identifier() == identifier)
+            return typeOfOutput(outputConnector(i)->outputUid());
+    return 0;
+}
+
+bool CompInstanceNodeController::isVariantConnector(const std::string& identifier) const
+{
+    for (const DescParameter* input : m_description.inputs)
+        if (input->identifier == identifier)
+            return isVariant(input->type);
+    return false;
+}
+
+void CompInstanceNodeController::appendInputConnectorNames(
+    std::vector<ConnectorEntry>& entries) const
+{
+    std::unordered_set<std::string> known;
+    for (const DescParameter* input : m_description.inputs)
+        if (known.insert(input->identifier).second)
+            entries.push_back({input->identifier, QString::fromLatin1(input->nameKey.c_str()), 0});
+    if (m_referenced || connexions() == nullptr)
+        return;
+    for (const Connexion& connexion : *connexions())
+        if (known.insert(connexion.identifier().get()).second)
+            entries.push_back({connexion.identifier().get(), {}, 0});
+}
+
+void CompInstanceNodeController::appendOutputConnectorNames(
+    std::vector<ConnectorEntry>& entries) const
+{
+    if (node() == nullptr)
+        return;
+    for (const CompOutput& output : node()->compOutputs()) {
+        ConnectorEntry entry{std::string(), {}, output.uid().get()};
+        for (const auto& [uid, identifier] : m_outputNames)
+            if (uid == entry.uid)
+                entry.identifier = identifier;
+        if (m_referenced)
+            entry.label = QString::fromLatin1(entry.identifier.c_str());
+        else
+            entry.label =
+                QCoreApplication::translate("Ksx::Data::Desc::Filters", "GHOST_OUTPUT_ENTRY_%1")
+                    .replace(QStringLiteral("%1"), QString::fromLatin1(entry.identifier.c_str()));
+        entries.push_back(std::move(entry));
+    }
+}
+
+unsigned CompInstanceNodeController::outputType() const
+{
+    return outputConnectorCount() == 0 ? 0 : typeOfOutput(outputConnector(0)->outputUid());
+}
+
+void CompInstanceNodeController::onSubGraphChanged(ManipulatorContext* context)
+{
+    const auto old = m_description.groups; // the rows of parameters still point into them
+    describe();
+    if (m_parameters != nullptr)
+        m_parameters->setDescriptions(m_description.groups, hasPrimaryInput());
+    rebuildInputConnectors(context);
+    rebuildOutputConnectors();
+    refreshConnections(context);
+    onConnectorsChanged();
+}
+
+void CompInstanceNodeController::onSubGraphLinkChanged(ManipulatorContext* context)
+{
+    onSubGraphChanged(context);
+}
+
+const std::vector<Data::Desc::ParameterGroupPointer>&
+CompInstanceNodeController::parameterDescriptions() const
+{
+    return m_description.groups;
+}
+
+const DescParameter* CompInstanceNodeController::description(const std::string& identifier) const
+{
+    return m_description.parameter(std::string_view(identifier).substr(0, identifier.find('/')));
+}
+
+ParametersController* CompInstanceNodeController::parametersController()
+{
+    if (m_parameters == nullptr && m_instance) {
+        DataContext context({DataContext::Box(compGraph().graph()), DataContext::Box(node())});
+        m_parameters = std::make_unique<ParametersController>(
+            m_instance->parameters(), std::move(context), m_description.groups, hasPrimaryInput());
+    }
+    return m_parameters.get();
+}
+
+bool CompInstanceNodeController::hasPrimaryInput() const
+{
+    for (const DescParameter* input : m_description.inputs)
+        if ((input->flags & ParameterFlag::Primary) != 0)
+            return true;
+    return false;
+}
+
+bool CompInstanceNodeController::isInheritable(const DescParameter& description) const
+{
+    return (description.flags & ParameterFlag::Inheritable) != 0;
+}
+
+bool CompInstanceNodeController::hasRelativeType(const DescParameter& description) const
+{
+    return description.type == ValueType::Float4OrColorImage ||
+           description.type == ValueType::Float1OrGrayscaleImage || isVariant(description.type);
+}
+
+} // namespace Ksx::Core

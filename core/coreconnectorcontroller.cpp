@@ -1,0 +1,65 @@
+#include "ksx/core/connectorcontroller.h"
+
+#include "data/desc/valuetype.h"
+#include "data/diagnosticlog.h"
+#include <algorithm>
+
+namespace Ksx::Core {
+
+namespace {
+constexpr int TargetsLine = 23; // by which the report is known
+} // namespace
+
+ColorKind colorKindOf(unsigned type)
+{
+    switch (type) {
+    case Data::Desc::ValueType::ColorImage:
+        return ColorKind::Color;
+    case Data::Desc::ValueType::GrayscaleImage:
+        return ColorKind::Grayscale;
+    default:
+        return ColorKind::Other;
+    }
+}
+
+ConnectorController::ConnectorController(NodeController& node, const QString& name,
+                                         const QString& label)
+    : m_node(node), m_name(name), m_label(label)
+{}
+
+ConnectorController::~ConnectorController()
+{
+    if (!m_targets.empty())
+        Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreconnectorcontroller",
+                                  TargetsLine, "Targets of connector not empty");
+}
+
+void ConnectorController::setName(const QString& name)
+{
+    if (name == m_name)
+        return;
+    m_name = name;
+    nameChanged();
+}
+
+void ConnectorController::setLabel(const QString& label)
+{
+    if (label == m_label)
+        return;
+    m_label = label;
+    labelChanged();
+}
+
+bool ConnectorController::isConnectedTo(const ConnectorController& other) const
+{
+    return std::find(m_targets.begin(), m_targets.end(), &other) != m_targets.end();
+}
+
+void ConnectorController::detach(ConnectorController& other)
+{
+    const auto found = std::find(m_targets.begin(), m_targets.end(), &other);
+    if (found != m_targets.end())
+        m_targets.erase(found);
+}
+
+} // namespace Ksx::Core

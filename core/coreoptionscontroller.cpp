@@ -1,0 +1,15 @@
+#include "ksx/core/optionscontroller.h"
+
+#include "data/content/option.h"
+#include "ksx/core/edit.h"
+
+namespace Ksx::Core {
+
+OptionsController::OptionsController(const Data::Content::Options& options) : m_options(&options)
+{
+    listenTo(options, m_listener);
+}
+
+OptionsController::~OptionsController() = default;
+
+} // namespace Ksx::Core

@@ -1,0 +1,151 @@
+#include "ksx/core/resourcelistener.h"
+
+#include "data/content/compfilter.h"
+#include "data/content/graph.h"
+#include "data/content/resourcemanipulators.h"
+#include "data/diagnosticlog.h"
+#include "data/filename.h"
+#include "ksx/core/edit.h"
+#include "ksx/core/listenerof.h"
+#include <QFile>
+#include <QFileInfo>
+
+namespace Ksx::Core {
+
+namespace {
+
+using namespace Data::Content;
+using Orv::Core::ManipulatorAttribute;
+using Orv::Data::Attribute;
+using Orv::Data::DataPointerBox;
+using Orv::Data::DataPointerBoxMasterKey;
+
+constexpr const char* ClassName = "Ksx::Core::ResourceListener";
+// By these lines the two reports are known.
+constexpr int UnreachableLine = 127;
+constexpr int NotImplementedLine = 132;
+
+void report(int line, const char* text)
+{
+    Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreresourcelistener", line,
+                              text);
+}
+
+template <class T>
+bool applyValue(ManipulatorAttribute<T> attribute, const DataPointerBoxMasterKey&, const T& value)
+{
+    attribute.set(value);
+    return true;
+}
+
+template <class T>
+void runTransaction(const Attribute<T>& attribute, const T& value, const char* key)
+{
+    const Transaction transaction(historyText(ClassName, key));
+    runEdit(DataPointerBox<Attribute<T>>(&attribute), value, &applyValue<T>, QString());
+}
+
+// The filters that can have a resource, and the parameter that leads to it.
+struct ResourceParameter
+{
+    const char* filter;
+    const char* parameter;
+};
+constexpr ResourceParameter ResourceParameters[] = {
+    {"bitmap", "bitmapresourcepath"},
+    {"svg", "vectorresourcepath"},
+    {"blend", "maskvectorresourcepath"},
+};
+
+const char* resourceParameterOf(const CompFilter& filter)
+{
+    for (const ResourceParameter& row : ResourceParameters)
+        if (filter.filter().get() == row.filter)
+            return row.parameter;
+    return nullptr;
+}
+
+bool uses(const CompNode& node, const std::string& url)
+{
+    const auto* filter = dynamic_cast<const CompFilter*>(node.compImplementation().get());
+    const char* const name = filter == nullptr ? nullptr : resourceParameterOf(*filter);
+    if (name == nullptr)
+        return false;
+    for (const Parameter& parameter : filter->parameters()) {
+        if (parameter.name().get() != name)
+            continue;
+        const auto* text = dynamic_cast<const ConstantValueString*>(parameter.paramValue().get());
+        return text != nullptr && text->value().get() == url;
+    }
+    return false;
+}
+
+} // namespace
+
+ResourceListener& ResourceListener::of(const Resource& resource)
+{
+    return listenerOf<ResourceListener>(resource);
+}
+
+ResourceListener::ResourceListener(const Resource& resource) : m_resource(&resource) {}
+
+ResourceListener::~ResourceListener() = default;
+
+QString ResourceListener::filePath() const
+{
+    return m_resource ? Orv::fromBytes(m_resource->filepath().get()) : QString();
+}
+
+void ResourceListener::setCookedFormat(std::uint32_t format)
+{
+    if (m_resource)
+        runTransaction<UInt>(m_resource->cookedFormat(), format, "SET_COOKED_FORMAT");
+}
+
+void ResourceListener::setCookedQuality(float quality)
+{
+    if (m_resource)
+        runTransaction(m_resource->cookedQuality(), Float1{{quality}}, "SET_COOKED_QUALITY");
+}
+
+std::unique_ptr<QFile> ResourceListener::open() const
+{
+    if (!m_resource)
+        return nullptr;
+    if (!m_resource->source().isEmpty()) {
+        report(NotImplementedLine, "Not implemented yet");
+        return nullptr;
+    }
+    auto file = std::make_unique<QFile>(filePath());
+    // A pipe could keep us waiting, and a device never ends. Some files can be opened and not be
+    // read, such as those on a damaged disk.
+    if (!QFileInfo(*file).isFile() || !file->open(QIODevice::ReadOnly) ||
+        (file->peek(1).isEmpty() && !file->atEnd()) || file->error() != QFileDevice::NoError) {
+        report(UnreachableLine, "Unreachable resource");
+        return nullptr;
+    }
+    return file;
+}
+
+std::optional<QByteArray> ResourceListener::data() const
+{
+    const std::unique_ptr<QFile> file = open();
+    if (file == nullptr)
+        return std::nullopt;
+    QByteArray bytes = file->readAll();
+    if (file->error() == QFileDevice::NoError)
+        return bytes;
+    report(UnreachableLine, "Unreachable resource");
+    return std::nullopt;
+}
+
+std::vector<DataPointerBox<CompNode>> resourceUsers(const std::string& url, const Graph& graph)
+{
+    std::vector<DataPointerBox<CompNode>> users;
+    for (const CompNode& node : graph.compNodes())
+        if (uses(node, url))
+            users.emplace_back(&node);
+    return users;
+}
+
+} // namespace Ksx::Core

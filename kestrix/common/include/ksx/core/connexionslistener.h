@@ -1,0 +1,50 @@
+// The connections of one node.
+#pragma once
+
+#include "core/listenersimple.h"
+#include "data/changeevent.h"
+#include "data/containerlist.h"
+#include "ksx/core/connectioncontroller.h"
+#include <memory>
+#include <vector>
+
+namespace Ksx::Core {
+
+class ConnectorController;
+
+// Owned by the node's controller. Keeps one ConnectionController for each connection in the node's
+// list.
+class ConnexionsListener final
+    : public Orv::Core::ListenerSimple<
+          Orv::Data::FirstPriority - 1,
+          Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
+              Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
+{
+public:
+    using List = Orv::Data::ContainerList<Data::Content::Connexion>;
+
+    explicit ConnexionsListener(NodeController& node) : m_node(node) {}
+
+    // Makes the controllers of what stands in the list, unresolved, and listens from now on.
+    void follow(const List& list);
+    // Lets go of all connections.
+    void clear() { m_connections.clear(); }
+    // Reads all connections anew.
+    void refreshAll(Orv::Core::ManipulatorContext* context);
+
+    const std::vector<std::unique_ptr<ConnectionController>>& connections() const
+    {
+        return m_connections;
+    }
+    // The one between two connectors, null if there is none.
+    ConnectionController* find(const ConnectorController& input,
+                               const ConnectorController& output) const;
+
+    void deliver(const Orv::Data::DataMessage& message) override;
+
+private:
+    NodeController& m_node;
+    std::vector<std::unique_ptr<ConnectionController>> m_connections;
+};
+
+} // namespace Ksx::Core

@@ -1,0 +1,179 @@
+// A row of controllers, kept in step with a list of the document.
+#pragma once
+
+#include "core/listenersimple.h"
+#include "data/changeevent.h"
+#include "data/containerlist.h"
+#include "data/datamessage.h"
+#include "ksx/core/edit.h"
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace Ksx::Core {
+
+// Has one place for each item of the list, in the list's order. The place is empty where the
+// factory makes no controller. Follows the list by its change notices, so that controllers come and
+// go with their objects, in time with what has changed. Must not outlive the list's owner.
+template <class Item, class Controller>
+class ControllerList final
+    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Inserted |
+                                                                     Orv::Data::ChangeType::Erased |
+                                                                     Orv::Data::ChangeType::Moved>
+{
+public:
+    using List = Orv::Data::ContainerList<Item>;
+
+    struct Callbacks
+    {
+        std::function<std::unique_ptr<Controller>(const Item&)> make; // null: the place is empty
+        // All three may be empty. The index is the place in the list, the message that which told
+        // of the change.
+        std::function<void(Controller&, std::size_t index, const Orv::Data::DataMessage&)> added;
+        std::function<void(Controller&, std::size_t index)> aboutToRemove;
+        std::function<void()> moved;
+    };
+
+    explicit ControllerList(Callbacks callbacks) : m_callbacks(std::move(callbacks)) {}
+
+    // Makes the controllers of what stands in the list, without calling `added`, and listens from
+    // now on. Called once.
+    void follow(const List& list)
+    {
+        m_places.reserve(list.size());
+        for (const Item& item : list)
+            m_places.push_back({&item, m_callbacks.make(item)});
+        listenTo(list, *this);
+    }
+
+    std::size_t size() const { return m_places.size(); }
+    // Null for an empty place. `index` is below size().
+    Controller* at(std::size_t index) const { return m_places[index].controller.get(); }
+    // The controllers that there are.
+    std::vector<Controller*> controllers() const
+    {
+        std::vector<Controller*> result;
+        result.reserve(m_places.size());
+        for (const Place& place : m_places)
+            if (place.controller != nullptr)
+                result.push_back(place.controller.get());
+        return result;
+    }
+    // That of an item; null if there is none. A walk.
+    Controller* find(const Item& item) const
+    {
+        for (const Place& place : m_places)
+            if (place.item == &item)
+                return place.controller.get();
+        return nullptr;
+    }
+    // Destroys all controllers, without calling anything.
+    void clear() { m_places.clear(); }
+
+    void deliver(const Orv::Data::DataMessage& message) override
+    {
+        const auto* list = static_cast<const List*>(message.object.get());
+        if (list == nullptr)
+            return;
+        if (isPlain(message.runs, list->size()))
+            followRuns(message, *list);
+        else
+            rearrange(message, *list);
+    }
+
+private:
+    struct Place
+    {
+        const Item* item; // for comparison alone
+        std::unique_ptr<Controller> controller;
+    };
+
+    // Can the script be followed step by step: without moves, and from the state that is held?
+    bool isPlain(const Orv::Data::ChangeRuns& runs, std::size_t size) const
+    {
+        std::size_t expected = m_places.size();
+        for (const Orv::Data::ChangeRun& run : runs.runs()) {
+            if (run.link != 0)
+                return false;
+            expected += run.kind == Orv::Data::RunKind::Inserted ? run.count : 0;
+            expected -= run.kind == Orv::Data::RunKind::Erased ? run.count : 0;
+        }
+        return expected == size;
+    }
+
+    void followRuns(const Orv::Data::DataMessage& message, const List& list)
+    {
+        std::size_t place = 0;
+        for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
+            switch (run.kind) {
+            case Orv::Data::RunKind::Erased:
+                for (std::size_t i = 0; i < run.count; ++i)
+                    removeAt(place);
+                break;
+            case Orv::Data::RunKind::Inserted:
+                for (std::size_t i = 0; i < run.count; ++i)
+                    insertAt(place++, list, message);
+                break;
+            default:
+                place += run.count;
+            }
+        }
+    }
+
+    void removeAt(std::size_t index)
+    {
+        if (m_places[index].controller != nullptr && m_callbacks.aboutToRemove)
+            m_callbacks.aboutToRemove(*m_places[index].controller, index);
+        m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(index));
+    }
+
+    void insertAt(std::size_t index, const List& list, const Orv::Data::DataMessage& message)
+    {
+        const Item& item = list.at(index);
+        m_places.insert(m_places.begin() + static_cast<std::ptrdiff_t>(index),
+                        Place{&item, m_callbacks.make(item)});
+        announce(index, message);
+    }
+
+    void announce(std::size_t index, const Orv::Data::DataMessage& message)
+    {
+        if (m_places[index].controller != nullptr && m_callbacks.added)
+            m_callbacks.added(*m_places[index].controller, index, message);
+    }
+
+    // Puts the places into the order of the list, whatever they were before.
+    void rearrange(const Orv::Data::DataMessage& message, const List& list)
+    {
+        std::unordered_map<const Item*, bool> isListed;
+        for (const Item& item : list)
+            isListed.emplace(&item, false);
+        for (std::size_t i = m_places.size(); i > 0; --i)
+            if (isListed.count(m_places[i - 1].item) == 0)
+                removeAt(i - 1);
+        std::unordered_map<const Item*, Place> held;
+        for (Place& place : m_places)
+            held.emplace(place.item, std::move(place));
+        m_places.clear();
+        std::vector<std::size_t> fresh;
+        for (const Item& item : list) {
+            const auto found = held.find(&item);
+            if (found == held.end()) {
+                fresh.push_back(m_places.size());
+                m_places.push_back({&item, m_callbacks.make(item)});
+            } else {
+                m_places.push_back(std::move(found->second));
+            }
+        }
+        for (const std::size_t index : fresh)
+            announce(index, message);
+        if (m_callbacks.moved)
+            m_callbacks.moved();
+    }
+
+    Callbacks m_callbacks;
+    std::vector<Place> m_places;
+};
+
+} // namespace Ksx::Core

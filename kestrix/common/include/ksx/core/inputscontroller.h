@@ -1,0 +1,71 @@
+// The inputs of a graph.
+#pragma once
+
+#include "ksx/core/controllerindex.h"
+#include "ksx/core/controllerlist.h"
+#include "ksx/core/inputcontroller.h"
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Ksx::Data::Content {
+class Graph;
+} // namespace Ksx::Data::Content
+
+namespace Ksx::Core {
+
+class TweakInputController;
+
+// Owns a controller for each input, in the order of the graph's list. Owned by the controller of
+// the graph and shared with its users; whoever keeps it longer than the graph lives finds it empty.
+class InputsController
+{
+public:
+    // The payload of the edit that adds an input.
+    struct AddTweakInputInfo
+    {
+        std::string identifier; // may be empty
+        std::uint32_t type = 0;
+        Uid uid = NoUid; // filled by the edit
+    };
+
+    explicit InputsController(const Data::Content::Graph& graph);
+    InputsController(const InputsController&) = delete;
+    InputsController& operator=(const InputsController&) = delete;
+    virtual ~InputsController();
+
+    // Null once it has died.
+    const Data::Content::Graph* graph() const { return m_graph.get(); }
+
+    // Appends an input that takes values of the type, under a unique identifier near to the given
+    // one, or to the default if that is empty. Null if the graph has died or the type is that of an
+    // image.
+    TweakInputController* addTweakInput(std::uint32_t type, const std::string& identifier);
+    // Removes an input of this graph, and with it its controller. What reads the input is left as
+    // it is. False if the input has died.
+    bool removeInput(InputController& input);
+
+    // Null if there is none; the first one of several.
+    InputController* inputByIdentifier(const std::string& identifier) const;
+    InputController* inputByUid(Uid uid) const;
+    std::vector<InputController*> inputs() const;
+
+    LazySignal<std::size_t> inputAdded;          // at that place
+    LazySignal<std::size_t> inputAboutToRemove;  // from that place
+    LazySignal<> orderChanged;
+
+private:
+    friend class InputController;
+    using InputList = ControllerList<Data::Content::ParamInput, InputController>;
+
+    InputList::Callbacks callbacks();
+    std::unique_ptr<InputController> makeInput(const Data::Content::ParamInput& input);
+    void onKeys(InputController& input); // its identifier or uid has changed
+
+    Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
+    mutable ControllerIndex<std::string, InputController> m_byIdentifier;
+    mutable ControllerIndex<Uid, InputController> m_byUid;
+    InputList m_inputs;
+};
+
+} // namespace Ksx::Core

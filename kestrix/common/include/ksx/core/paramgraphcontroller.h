@@ -1,0 +1,43 @@
+// The graph of parameter sets that an FX-map holds.
+#pragma once
+
+#include "ksx/core/controllerlist.h"
+#include "ksx/core/graphcontroller.h"
+
+namespace Ksx::Data::Content {
+class ParamsGraph;
+class ParamsGraphData;
+class ParamsGraphNode;
+} // namespace Ksx::Data::Content
+
+namespace Ksx::Core {
+
+class ParamNodeController;
+
+// Got from graphController(). Shows the graph and edits nothing of it but positions: the three
+// edits of all graphs are refused.
+class ParamGraphController final : public GraphController
+{
+public:
+    explicit ParamGraphController(const Data::Content::ParamsGraph& graph);
+    ~ParamGraphController() override;
+
+    // Null once it has died.
+    const Data::Content::ParamsGraph* graph() const { return m_graph.get(); }
+    // The first parameter set of that uid; null if there is none.
+    const Data::Content::ParamsGraphData* data(Uid uid) const;
+    // The node that the graph begins with; null if there is none.
+    ParamNodeController* rootNode() const;
+
+    std::vector<NodeController*> nodes() const override;
+
+private:
+    using NodeList = ControllerList<Data::Content::ParamsGraphNode, ParamNodeController>;
+
+    NodeList::Callbacks nodeCallbacks();
+
+    Orv::Data::DataPointerBox<Data::Content::ParamsGraph> m_graph;
+    NodeList m_nodes;
+};
+
+} // namespace Ksx::Core
