@@ -1,6 +1,8 @@
 #include "programcommand/commandoptions.h"
 
+#include "console.h"
 #include "data/filename.h"
+#include <QDir>
 
 namespace ProgramCommand {
 
@@ -43,6 +45,34 @@ QStringList optionTexts(const po::variables_map& variables, const char* name)
         for (const std::string& text : variables[name].as<std::vector<std::string>>())
             texts.append(Orv::fromBytes(text));
     return texts;
+}
+
+Presets announcePresets(const po::variables_map& variables)
+{
+    Presets presets;
+    if (variables.count(PresetsPathOption) == 0)
+        return presets;
+    presets.directory = optionText(variables, PresetsPathOption);
+    presets.paths.append(QDir(presets.directory).absolutePath());
+    printLine(QStringLiteral("Presets Path added: ") + presets.paths.front());
+    return presets;
+}
+
+QString outputName(const po::variables_map& variables, const QString& inputName)
+{
+    return optionText(variables, OutputNameOption)
+        .replace(QLatin1String(InputNamePattern), inputName);
+}
+
+QString targetFile(const po::variables_map& variables, const QString& inputPath,
+                   const QString& baseName)
+{
+    QString directory = QDir::currentPath();
+    if (variables.count(OutputPathOption) != 0) {
+        directory = optionText(variables, OutputPathOption);
+        directory.replace(QLatin1String(InputPathPattern), inputPath);
+    }
+    return QDir(directory).absoluteFilePath(baseName + QStringLiteral(".obl"));
 }
 
 QString outputNameDescription(const QString& defaultName)

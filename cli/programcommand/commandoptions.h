@@ -13,6 +13,11 @@ inline const char* const InputNamePattern = "{inputName}";
 inline const char* const InputPathPattern = "{inputPath}";
 inline const char* const InputGraphPattern = "{inputGraph}";
 
+// Options that several commands have.
+inline const char* const PresetsPathOption = "presets-path";
+inline const char* const OutputPathOption = "output-path";
+inline const char* const OutputNameOption = "output-name";
+
 // The group of options "<command> I/O options" or the like; `kind` is the words behind the name.
 boost::program_options::options_description optionGroup(const QString& command, const char* kind);
 
@@ -26,6 +31,23 @@ void addOption(boost::program_options::options_description& group, const char* n
 // The value of an option that holds one text; empty if it was not given.
 QString optionText(const boost::program_options::variables_map& variables, const char* name);
 QStringList optionTexts(const boost::program_options::variables_map& variables, const char* name);
+
+// Where "obl://" references lead to.
+struct Presets
+{
+    QString directory; // as the option has it; empty, which stands for the current one, without it
+    QStringList paths; // absolute; empty without the option
+};
+// What "presets-path" says; it is told on standard output.
+Presets announcePresets(const boost::program_options::variables_map& variables);
+
+// "output-name" with `inputName` for its pattern; empty if the option holds nothing.
+QString outputName(const boost::program_options::variables_map& variables,
+                   const QString& inputName);
+// "output-path" with `inputPath` for its pattern, or the current directory, and in it the file of
+// that base name.
+QString targetFile(const boost::program_options::variables_map& variables, const QString& inputPath,
+                   const QString& baseName);
 
 // The texts that several commands have in common.
 QString outputNameDescription(const QString& defaultName);

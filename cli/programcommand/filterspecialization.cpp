@@ -1,7 +1,17 @@
 #include "programcommand/filterspecialization.h"
 
 #include "console.h"
+#include "data/content/graph.h"
+#include "data/content/package.h"
+#include "ksx/core/collectgraphs.h"
+#include "ksx/core/packagecontroller.h"
+#include "ksx/core/packagelistener.h"
+#include "ksx/core/packagewriter.h"
+#include "packageloading.h"
 #include "programcommand/commandoptions.h"
+#include "services.h"
+#include <QDir>
+#include <QFileInfo>
 
 namespace ProgramCommand {
 
@@ -10,16 +20,31 @@ namespace {
 namespace po = boost::program_options;
 
 const char* const Input = "input";
+const char* const OutputMerge = "output-merge";
+const char* const OutputGraphName = "output-graph-name";
+const char* const ConnectImage = "connect-image";
+const char* const ConnectInput = "connect-input";
+const char* const HideParameters = "hide-parameters";
 
 QString defaultOutputName()
 {
     return QStringLiteral("%1_specialized").arg(QLatin1String(InputNamePattern));
 }
 
+// An empty name is told, and is a name all the same.
+QString targetOf(const QFileInfo& input, const po::variables_map& variables)
+{
+    QString name = optionText(variables, OutputNameOption);
+    name.replace(QLatin1String(InputNamePattern), input.baseName());
+    if (name.isEmpty())
+        printError(QStringLiteral("Error! Output name empty"));
+    return targetFile(variables, input.absolutePath(), name);
+}
+
 } // namespace
 
-FilterSpecialization::FilterSpecialization(Services*)
-    : Orv::Core::ProgramCommand(QStringLiteral("specialization"))
+FilterSpecialization::FilterSpecialization(Services* services)
+    : Orv::Core::ProgramCommand(QStringLiteral("specialization")), m_services(services)
 {
     const QString defaultGraphName = QLatin1String(InputGraphPattern);
     po::options_description files = optionGroup(name(), "I/O options");
@@ -28,14 +53,14 @@ FilterSpecialization::FilterSpecialization(Services*)
                              "ombrel file is instanciated in a new graph.\nGraph is added into "
                              "the package loaded by the option -i ifelse a new package is "
                              "created.\n"));
-    addOption(files, "output-merge", po::bool_switch(),
+    addOption(files, OutputMerge, po::bool_switch(),
               QStringLiteral("Merge generated content with output if a file is present,otherwise "
                              "the file is overwritten.\n"));
-    addOption(files, "presets-path", po::value<std::string>(), filterPresetsDescription());
-    addOption(files, "output-path", po::value<std::string>(), outputPathDescription());
-    addOption(files, "output-name", silentDefault(defaultOutputName()),
+    addOption(files, PresetsPathOption, po::value<std::string>(), filterPresetsDescription());
+    addOption(files, OutputPathOption, po::value<std::string>(), outputPathDescription());
+    addOption(files, OutputNameOption, silentDefault(defaultOutputName()),
               outputNameDescription(defaultOutputName()));
-    addOption(files, "output-graph-name", silentDefault(defaultGraphName),
+    addOption(files, OutputGraphName, silentDefault(defaultGraphName),
               QStringLiteral("Name of the graph in the output ombrel file.\nDefault='%1'.\nYou can "
                              "use the following patterns that will be replaced by the program "
                              "when saving the result of the process:\n-%2 replaced by the input "
@@ -44,17 +69,17 @@ FilterSpecialization::FilterSpecialization(Services*)
     options().add(files);
 
     po::options_description edits = optionGroup(name(), "specific options");
-    addOption(edits, "connect-image", po::value<std::vector<std::string>>(),
+    addOption(edits, ConnectImage, po::value<std::vector<std::string>>(),
               QStringLiteral("Import image as resource in the new file, create a bitmap node and "
                              "connect it to filter's input named.\nUsage: "
                              "[input-name]@[parameter]@[value] \nAvailables parameters "
                              "are:\n\"path\" path of the image file\n\"format\" cooked format of "
                              "image (RAW/JPEG)\n\"level\" cooking compression level of image (0 "
                              "to 1)\n\"tiling\" tiling of image activation (0 or 1)\n"));
-    addOption(edits, "connect-input", po::value<std::vector<std::string>>(),
+    addOption(edits, ConnectInput, po::value<std::vector<std::string>>(),
               QStringLiteral("Create an input node and connect it to filter's input "
                              "named.\nUsage: [input-name] \n"));
-    addOption(edits, "hide-parameters", po::bool_switch(),
+    addOption(edits, HideParameters, po::bool_switch(),
               QStringLiteral("Hide all specific parameters of the filter.\n"));
     options().add(edits);
 }
@@ -64,10 +89,96 @@ void FilterSpecialization::declarePositional(PositionalDescription& positional)
     positional.add(Input, -1);
 }
 
-int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap&)
+int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& variables)
 {
-    printError(QStringLiteral("Error! The command specialization is not yet available"));
-    return 1;
+    if (variables.count(Input) == 0) {
+        printError(QStringLiteral("Error! No input specified"));
+        return 1;
+    }
+    const Presets presets = announcePresets(variables);
+    const QString input = optionText(variables, Input);
+    if (!loadInput(input, presets.paths))
+        return 1;
+    auto& manager = *m_services->packagesListManager();
+    if (Ksx::Core::collectGraphs(*manager.packageForPath(input)).empty()) {
+        printError(QStringLiteral("Error! No graph found into the input file"));
+        return 1;
+    }
+    const QString target = targetOf(QFileInfo(input), variables);
+    const PackageBox output = outputPackage(input, target, variables, presets.paths);
+    // A target that is the input itself is open once more now, and that one is what counts.
+    const auto filter = Ksx::Core::collectGraphs(*manager.packageForPath(input)).front();
+    const auto package = Ksx::Core::PackageListener::of(*output).controller();
+    if (!specialize(*package, filter, variables))
+        return 1;
+    // Another open package stands there: the filter, or what it depends on. The new package would
+    // refer to the very file that it takes the place of.
+    const PackageBox lost = manager.packageForPath(target);
+    const bool isTaken = lost && lost != output;
+    if (isTaken || !Ksx::Core::savePackage(*output, target, QDir(presets.directory))) {
+        printError(QStringLiteral("Error! Cannot saved: ") + target);
+        return 1;
+    }
+    printLine(QStringLiteral("Package Saved: ") + target);
+    return 0;
+}
+
+// Twice: the package of the second load is the one that is worked on.
+bool FilterSpecialization::loadInput(const QString& input, const QStringList& presetsPaths) const
+{
+    auto& manager = *m_services->packagesListManager();
+    if (loadPackages(manager, {input}, presetsPaths, true) != 0) {
+        printError(QStringLiteral("Error! Input file cannot be correctly loaded"));
+        return false;
+    }
+    if (loadPackages(manager, {input}, presetsPaths, true) != 0) {
+        printError(QStringLiteral("Input Files cannot be correctly loaded"));
+        return false;
+    }
+    return true;
+}
+
+// The package at the target, if it is to be merged with and can be opened, else a new one.
+FilterSpecialization::PackageBox
+FilterSpecialization::outputPackage(const QString& input, const QString& target,
+                                    const VariablesMap& variables,
+                                    const QStringList& presetsPaths) const
+{
+    auto& manager = *m_services->packagesListManager();
+    if (variables[OutputMerge].as<bool>() && QFileInfo::exists(target)) {
+        if (loadPackages(manager, {target}, presetsPaths, true) == 0)
+            return manager.packageForPath(target);
+        printError(QStringLiteral("Warning! Output file not found and cannot be merged"));
+    }
+    const PackageBox source = manager.packageForPath(input);
+    Ksx::Core::PackagesListManager::DependencyEntry entry;
+    entry.package = manager.keep(Ksx::Core::PackagesListManager::newPackage(
+        Ksx::Core::PackageListener::of(*source).controller()->identifier()));
+    manager.finishLoading({entry});
+    return entry.package;
+}
+
+bool FilterSpecialization::specialize(Ksx::Core::PackageController& package,
+                                      const GraphSpecializer::GraphBox& filter,
+                                      const VariablesMap& variables) const
+{
+    QString name = optionText(variables, OutputGraphName);
+    name.replace(QLatin1String(InputGraphPattern),
+                 QString::fromLatin1(filter->identifier().get().c_str()));
+    GraphSpecializer specializer(package, filter);
+    if (!specializer.instantiate(name) || !specializer.addOutputs())
+        return false;
+    if (variables.count(ConnectImage) != 0) {
+        const auto images =
+            parseImageConnections(ConnectImage, optionTexts(variables, ConnectImage));
+        if (!images || !specializer.connectImages(*images))
+            return false;
+    }
+    if (!specializer.connectInputs(optionTexts(variables, ConnectInput)))
+        return false;
+    if (!variables[HideParameters].as<bool>())
+        specializer.exposeParameters();
+    return true;
 }
 
 } // namespace ProgramCommand

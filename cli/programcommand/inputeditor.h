@@ -5,6 +5,10 @@
 
 class Services;
 
+namespace Ksx::Data::Content {
+class Package;
+} // namespace Ksx::Data::Content
+
 namespace ProgramCommand {
 
 class InputEditor final : public Orv::Core::ProgramCommand
@@ -14,6 +18,12 @@ public:
     explicit InputEditor(Services* services);
     int execute(const ParsedOptions& parsedOptions, const VariablesMap& variables) override;
     void declarePositional(PositionalDescription& positional) override;
+
+private:
+    bool save(const Ksx::Data::Content::Package& package, const VariablesMap& variables,
+              const QString& presetsPath) const;
+
+    Services* m_services;
 };
 
 } // namespace ProgramCommand

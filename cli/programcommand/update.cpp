@@ -18,9 +18,6 @@ namespace po = boost::program_options;
 using PackageBox = Ksx::Core::PackagesListManager::PackageBox;
 
 const char* const Inputs = "inputs";
-const char* const OutputPath = "output-path";
-const char* const OutputName = "output-name";
-const char* const PresetsPath = "presets-path";
 const char* const NoDependency = "no-dependency"; // accepted, and read by nothing
 
 const QString Indent = QStringLiteral("    ");
@@ -33,16 +30,10 @@ QString defaultOutputName()
 // The file that a package goes to; null if the options leave it without a name.
 QString targetOf(const QFileInfo& input, const po::variables_map& variables)
 {
-    QString name = optionText(variables, OutputName);
-    name.replace(QLatin1String(InputNamePattern), input.baseName());
+    const QString name = outputName(variables, input.baseName());
     if (name.isEmpty())
         return {};
-    QString directory = QDir::currentPath();
-    if (variables.count(OutputPath) != 0) {
-        directory = optionText(variables, OutputPath);
-        directory.replace(QLatin1String(InputPathPattern), input.absolutePath());
-    }
-    return QDir(directory).absoluteFilePath(name + QStringLiteral(".obl"));
+    return targetFile(variables, input.absolutePath(), name);
 }
 
 } // namespace
@@ -55,10 +46,10 @@ Update::Update(Services* services)
               QStringLiteral("Ombrel files to update.\nThis option is implicit, so you can just "
                              "provide a list of files at the end of your arguments, they will be "
                              "interpreted as inputs.\n"));
-    addOption(group, OutputPath, po::value<std::string>(), outputPathDescription());
-    addOption(group, OutputName, silentDefault(defaultOutputName()),
+    addOption(group, OutputPathOption, po::value<std::string>(), outputPathDescription());
+    addOption(group, OutputNameOption, silentDefault(defaultOutputName()),
               outputNameDescription(defaultOutputName()));
-    addOption(group, PresetsPath, po::value<std::string>(),
+    addOption(group, PresetsPathOption, po::value<std::string>(),
               QStringLiteral("Path to presets library.\nThis option is mandatory if your files "
                              "have a dependency to the presets library.\n"));
     addOption(group, NoDependency, po::bool_switch(),
@@ -77,15 +68,9 @@ int Update::execute(const ParsedOptions&, const VariablesMap& variables)
         printError(QStringLiteral("Error! No input(s) specified"));
         return 1;
     }
-    QString presetsPath;
-    QStringList presetsPaths;
-    if (variables.count(PresetsPath) != 0) {
-        presetsPath = optionText(variables, PresetsPath);
-        presetsPaths.append(QDir(presetsPath).absolutePath());
-        printLine(QStringLiteral("Presets Path added: ") + presetsPaths.front());
-    }
+    const Presets presets = announcePresets(variables);
     auto& manager = *m_services->packagesListManager();
-    if (loadPackages(manager, optionTexts(variables, Inputs), presetsPaths, true) != 0) {
+    if (loadPackages(manager, optionTexts(variables, Inputs), presets.paths, true) != 0) {
         printError(QStringLiteral("Packages cannot be correctly loaded"));
         return 1;
     }
@@ -93,7 +78,7 @@ int Update::execute(const ParsedOptions&, const VariablesMap& variables)
     for (const PackageBox& package : manager.openPackages())
         printLine(Indent + manager.filePath(*package));
     printLine(QStringLiteral("Packages Saved:"));
-    return savePackages(variables, presetsPath) ? 0 : 1;
+    return savePackages(variables, presets.directory) ? 0 : 1;
 }
 
 // False if one of them could not be written; the others are written all the same.

@@ -14,8 +14,8 @@ using TestSupport::withDependencyUidsHidden;
 namespace {
 
 const std::vector<std::string> Samples{
-    "bricks/brick_wall", "fabrics/woven_fabric",    "large/city_facade", "mixed/everything",
-    "noises/noises",     "presets/presets_library", "wood/wood_planks"};
+    "bricks/brick_wall", "effects/surface_rust", "fabrics/woven_fabric",    "large/city_facade",
+    "mixed/everything",  "noises/noises",        "presets/presets_library", "wood/wood_planks"};
 
 // A copy of the samples, updated twice: "x.obl" into "x_updated.obl" into "x_updated_updated.obl".
 class UpdatedSamples : public testing::TestWithParam<std::string>

@@ -165,6 +165,7 @@ TEST_F(ServicesTest, GiveBehavioursThePackagesThatAreLoaded)
     loadPackages(*library().packagesListManager(),
                  {QString::fromStdString(directory.path("a.obl"))}, {}, true);
 
+    library().behaviors()->visitOpened(); // which an edit does first
     EXPECT_EQ(count, 2);
 }
 
