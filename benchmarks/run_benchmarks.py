@@ -11,6 +11,7 @@ import os
 import re
 import shutil
 import statistics
+import subprocess
 import sys
 import tempfile
 import time
@@ -28,6 +29,8 @@ MAX_OLD_MEMORY_RATIO = 1.3
 OLDEST_VERSION = b"1.0.1.3000"
 HEAD_SIZE = 2000  # bytes of a package in which its versions stand
 MAX_STARTUP_RATIO = 1.5
+EDITED_NODES = 10000
+MAX_TENFOLD_RATIO = 12.0 # of an edit of ten times the graph
 GOAL_CPU_RATIO = 1.0
 GOAL_MEMORY_PER_BYTE = 3.0
 
@@ -79,7 +82,8 @@ def check_size(output, source):
 
 
 def find_programs(build_dir):
-    wanted = {"kestrix", "generatepackage", "xmlpump", "emptyqt", "pugixmlcopy", "domcopy"}
+    wanted = {"kestrix", "generatepackage", "xmlpump", "emptyqt", "pugixmlcopy", "domcopy",
+              "editgraph"}
     found = {}
     for folder, _, files in os.walk(build_dir):
         for name in wanted.intersection(files):
@@ -270,6 +274,25 @@ class Benchmarks:
         self.bar("start-up / (d), wall", used.wall / reference.wall, MAX_STARTUP_RATIO)
         self.bar("start-up / (d), cpu", used.cpu / reference.cpu, MAX_STARTUP_RATIO)
 
+    def edit(self, kind, count):
+        """Cpu seconds of an edit, as the program that runs it has measured them."""
+        return statistics.median(
+            float(subprocess.run([self.programs["editgraph"], kind, str(count)], check=True,
+                                 capture_output=True, text=True).stdout)
+            for _ in range(self.runs))
+
+    def edits(self):
+        kinds = {"build": "controllers of a graph", "lookup": "two lookups for each node",
+                 "connect": "a connection to each node", "freeze": "an input frozen in each node"}
+        rows = []
+        for kind, label in kinds.items():
+            small, large = (self.edit(kind, EDITED_NODES * factor) for factor in (1, 10))
+            rows.append([label, f"{small:.3f}", f"{large:.3f}", f"{large / small:.1f}"])
+            if kind == "build":
+                self.bar(f"{label}, ten times the nodes", large / small, MAX_TENFOLD_RATIO)
+        table(f"Edits of a graph, {self.runs} runs",
+              ["Edit", f"{EDITED_NODES} nodes, s", f"{EDITED_NODES * 10} nodes, s", "ratio"], rows)
+
     def report_bars(self):
         table("Bars", ["Figure", "value", "bar", "result", "goal"], self.bars)
 
@@ -296,6 +319,7 @@ def main():
             benchmarks.files()
             benchmarks.many_packages()
             benchmarks.startup()
+            benchmarks.edits()
             benchmarks.report_bars()
     except Failure as failure:
         print(f"Error! {failure}", file=sys.stderr)
