@@ -2,36 +2,14 @@
 
 #include "imageformats/freeimagedevice.h"
 #include "imageformats/freeimageiohandler.h"
+#include "imageformats/libraryoutput.h"
 #include <QIODevice>
-#include <QtGlobal>
-#ifdef Q_OS_UNIX
-#include <dlfcn.h>
-#endif
 
 namespace Orv::ImageFormats {
 
-namespace {
-
-void dropMessage(FREE_IMAGE_FORMAT /*format*/, const char* /*message*/) {}
-
-// The TIFF library writes to the terminal itself unless it is given null for its two handlers.
-// FreeImage brings that library along, with or without its functions to be seen from here.
-void silenceTiff()
-{
-#ifdef Q_OS_UNIX
-    using SetHandler = void* (*)(void*);
-    for (const char* const name : {"TIFFSetErrorHandler", "TIFFSetWarningHandler"})
-        if (const auto setHandler = reinterpret_cast<SetHandler>(dlsym(RTLD_DEFAULT, name)))
-            setHandler(nullptr);
-#endif
-}
-
-} // namespace
-
 FreeImageIOPlugin::FreeImageIOPlugin(QObject* parent) : QImageIOPlugin(parent)
 {
-    FreeImage_SetOutputMessage(&dropMessage);
-    silenceTiff();
+    silenceLibraries();
 }
 
 QStringList FreeImageIOPlugin::keys() const

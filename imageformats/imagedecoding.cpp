@@ -1,6 +1,7 @@
 #include "imageformats/imagedecoding.h"
 
 #include "imageformats/freeimageiohandler.h"
+#include "imageformats/libraryoutput.h"
 #include <QImage>
 #include <QImageReader>
 
@@ -10,6 +11,7 @@ namespace {
 // missing, and keeps its libraries quiet. Qt's own readers do neither.
 bool readImage(QIODevice& device, QImage& image)
 {
+    Orv::ImageFormats::silenceLibraries();
     Orv::ImageFormats::FreeImageIOHandler handler;
     handler.setDevice(&device);
     if (handler.canRead())
