@@ -4,6 +4,7 @@
 #include "data/content/packagemanipulators.h"
 #include "data/content/resource.h"
 #include "data/filename.h"
+#include "data/identifiersuite.h"
 #include "data/latin1.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphcontrollerlistener.h"
@@ -86,11 +87,11 @@ QString PackageController::identifier() const
 
 QString PackageController::uniqueName(const QString& identifier, const char* defaultKey) const
 {
-    const QString wanted =
-        identifier.isEmpty()
-            ? QCoreApplication::translate("Ksx::Data::Desc::Packages", defaultKey)
-            : identifier;
-    return fromLatin1(uniqueIdentifier(*m_package, Orv::toLatin1(wanted)));
+    std::string wanted = Orv::toLatin1(identifier);
+    if (Orv::DefaultIdentifierPolicy::normalize(wanted).empty())
+        wanted =
+            Orv::toLatin1(QCoreApplication::translate("Ksx::Data::Desc::Packages", defaultKey));
+    return fromLatin1(uniqueIdentifier(*m_package, wanted));
 }
 
 DataPointerBox<Graph> PackageController::addGraphObject(const QString& identifier,
@@ -112,8 +113,7 @@ CompGraphController* PackageController::addGraph(const QString& identifier, std:
 
 ResourceListener* PackageController::addLinkedResource(std::uint32_t type, const QString& format,
                                                        const QString& identifier,
-                                                       const QString& filePath,
-                                                       std::uint32_t index)
+                                                       const QString& filePath, std::uint32_t index)
 {
     if (!m_package)
         return nullptr;

@@ -142,6 +142,8 @@ std::optional<QByteArray> ResourceListener::data() const
 std::vector<DataPointerBox<CompNode>> resourceUsers(const std::string& url, const Graph& graph)
 {
     std::vector<DataPointerBox<CompNode>> users;
+    if (url.empty()) // that of no resource, and the path of filters that have none
+        return users;
     for (const CompNode& node : graph.compNodes())
         if (uses(node, url))
             users.emplace_back(&node);

@@ -96,7 +96,7 @@ TEST(CollectGraphsOfOthers, GoesDownAsFarAsAFileNests)
 {
     const std::string leaf = aGroup("g");
     const auto package = packageFrom(
-        replaced(aPackage().containing(nestedGroups(3000)).text(), leaf, aGraph("deep")));
+        replaced(aPackage().containing(nestedGroups(1900)).text(), leaf, aGraph("deep")));
 
     EXPECT_EQ(collected(*package, AllDepths), "deep");
 }

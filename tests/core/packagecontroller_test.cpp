@@ -255,7 +255,8 @@ INSTANTIATE_TEST_SUITE_P(Texts, NewGraphIdentifier,
                                                         "cher",
                                                         "b_cher"},
                                          IdentifierCase{"OtherScripts", "\xE6\x9C\xA8x", "x"},
-                                         IdentifierCase{"NothingLegal", "/", "_1"}),
+                                         IdentifierCase{"NothingLegal", "/",
+                                                        "DEFAULT_NEW_GRAPH_IDENTIFIER"}),
                          caseName<IdentifierCase>);
 
 struct PlaceCase

@@ -1,8 +1,15 @@
 #include "ksx/core/behavior/synccompinstance.h"
 
 #include "behaviorfixture.h"
+#include "ksx/core/graphoutputtype.h"
+#include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/nodecontroller.h"
+#include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/uidsource.h"
 #include "support/functiontext.h"
+#include <algorithm>
+#include <iostream>
+#include <random>
 
 namespace {
 
@@ -858,5 +865,171 @@ TEST_F(SyncCompInstanceChain, GraphsThatHoldEachOtherComeToRest)
 
     EXPECT_EQ(outputsOf(contentAt<Graph>(*package, 1)), Lines({"w 71 2", "71"}));
 }
+
+// Together with controllers, which show what the behaviours have done.
+
+TEST_F(SyncCompInstance, ItsControllerKeepsTheConnectionsOfAnInputThatIsRenamed)
+{
+    openBoth();
+    auto& graph = controllerIn(*package, 1);
+    auto& node = *graph.nodeByUid(60);
+    ASSERT_EQ(node.inputConnectorByName("picture")->targets().size(), 1u);
+
+    editGraph(*a, [](const auto& manipulator) {
+        manipulator.paraminputs().at(0).identifier().set("image");
+    });
+
+    EXPECT_EQ(node.inputConnectorByName("picture"), nullptr);
+    ASSERT_NE(node.inputConnectorByName("image"), nullptr);
+    EXPECT_EQ(node.inputConnectorByName("image")->targets().size(), 1u);
+}
+
+TEST_F(SyncCompInstance, ItsControllerHasTheOutputsOfTheGraph)
+{
+    openBoth();
+    auto& graph = controllerIn(*package, 1);
+    auto& node = *graph.nodeByUid(60);
+
+    editGraph(*a, [](const auto& manipulator) {
+        manipulator.graphOutputs().at(0).identifier().set("w");
+        addOutput(manipulator, "z", 23, 1);
+        manipulator.graphOutputs().erase(2, 1);
+    });
+
+    ASSERT_EQ(node.outputConnectorCount(), 2u);
+    EXPECT_EQ(node.outputConnector(0)->identifier(), "w");
+    EXPECT_EQ(node.outputConnector(0)->targets().size(), 1u);
+    EXPECT_EQ(node.outputConnector(1)->identifier(), "z");
+}
+
+// Random edits of the inputs and outputs of a graph with two instances.
+class RandomInterfaceEdits : public SyncCompInstance, public testing::WithParamInterface<unsigned>
+{
+protected:
+    RandomInterfaceEdits() : random(GetParam()) {}
+
+    std::size_t below(std::size_t bound) { return random() % bound; }
+    std::string freshName() { return "n" + std::to_string(++names); }
+
+    void editOutputs(const ManipulatorStruct<Graph>& graph)
+    {
+        auto list = graph.graphOutputs();
+        const std::size_t size = list.get()->size();
+        const std::size_t index = below(size + 1);
+        if (index == size) {
+            addOutput(graph, freshName(), 1000 + ++names, below(size + 1));
+            return;
+        }
+        switch (below(4)) {
+        case 0:
+            list.erase(index, 1);
+            break;
+        case 1:
+            list.at(index).identifier().set(freshName());
+            break;
+        case 2:
+            list.move(index, static_cast<std::ptrdiff_t>(below(size)) -
+                                 static_cast<std::ptrdiff_t>(index));
+            list.at(0).channels().set(1); // moves in a row would be taken for one
+            break;
+        default:
+            graph.compNodes()
+                .at(below(2))
+                .compImplementation()
+                .child<CompOutputBridge>()
+                .connectionColorType()
+                .set(static_cast<unsigned>(below(4)));
+        }
+    }
+    void editInputs(const ManipulatorStruct<Graph>& graph)
+    {
+        auto list = graph.paraminputs();
+        const std::size_t size = list.get()->size();
+        const std::size_t index = below(size + 1);
+        if (index == size) {
+            auto input = std::make_unique<ParamInput>();
+            input->identifier().assign(freshName());
+            input->uid().assign(2000 + ++names);
+            input->type().value().assign(below(2) == 0 ? 1 : 256);
+            list.pushBack(std::move(input));
+        } else if (below(2) == 0) {
+            list.erase(index, 1);
+        } else {
+            list.at(index).identifier().set(freshName());
+        }
+    }
+    // What an instance has, as a graph's own outputs would have it.
+    Lines wantedOf(const Graph& graph) const
+    {
+        Lines lines;
+        const std::vector<unsigned> types = Ksx::Core::typesOfGraphOutputs(graph);
+        for (const GraphOutput& output : graph.graphOutputs())
+            lines.push_back(output.identifier().get() + " " + std::to_string(types[lines.size()]));
+        return lines;
+    }
+    static Lines foundIn(const Graph& graph, std::size_t node)
+    {
+        Lines lines = outputsOf(graph, node);
+        lines.pop_back();
+        for (std::string& line : lines) {
+            const std::size_t begin = line.find(' ');
+            line.erase(begin, line.rfind(' ') - begin);
+        }
+        return lines;
+    }
+    static bool isInOrder(const Graph& graph, std::size_t node)
+    {
+        const auto& outputs = graph.compNodes().at(node).compOutputs();
+        const auto& bridgings = implementationAt<CompInstance>(graph, node).outputBridgings();
+        return std::equal(outputs.begin(), outputs.end(), bridgings.begin(), bridgings.end(),
+                          [](const CompOutput& output, const OutputBridging& bridging) {
+                              return output.uid().get() == bridging.uid().get();
+                          });
+    }
+    static std::size_t danglingIn(const Graph& graph)
+    {
+        std::size_t count = 0;
+        for (const Connexion& connexion : graph.compNodes().at(1).connexions())
+            for (const CompNode& node : graph.compNodes())
+                if (node.uid().get() == connexion.connRef().value().get())
+                    count += std::none_of(node.compOutputs().begin(), node.compOutputs().end(),
+                                          [&](const CompOutput& output) {
+                                              return output.uid().get() ==
+                                                     connexion.connRefOutput().value().get();
+                                          });
+        return count;
+    }
+
+    std::mt19937 random;
+    unsigned names = 0;
+};
+
+TEST_P(RandomInterfaceEdits, LeaveAllInstancesWithTheOutputsOfTheirGraph)
+{
+    std::cout << "seed " << GetParam() << '\n';
+    openBoth();
+    editGraph(*b, [](const auto& graph) {
+        auto instance = std::make_unique<CompInstance>();
+        instance->path().value().assign(PathOfA);
+        auto node = std::make_unique<CompNode>();
+        node->uid().assign(63);
+        node->compImplementation().set(std::move(instance));
+        graph.compNodes().pushBack(std::move(node));
+    });
+
+    for (int step = 0; step < 40; ++step) {
+        editGraph(*a, [this](const auto& graph) {
+            for (std::size_t count = 1 + below(4); count > 0; --count)
+                below(2) == 0 ? editOutputs(graph) : editInputs(graph);
+        });
+        EXPECT_EQ(foundIn(*b, 0), wantedOf(*a));
+        EXPECT_EQ(foundIn(*b, 3), wantedOf(*a));
+        EXPECT_TRUE(isInOrder(*b, 0));
+        EXPECT_TRUE(isInOrder(*b, 3));
+        EXPECT_EQ(danglingIn(*b), 0u);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomInterfaceEdits, testing::Range(1u, 31u));
 
 } // namespace

@@ -53,7 +53,7 @@ public:
     QString identifier() const;
 
     // Adds an empty graph to the package, under a unique identifier near to the given one, or to
-    // the default if that is empty.
+    // the default if nothing of that is legal.
     CompGraphController* addGraph(const QString& identifier, std::uint32_t index = EndOfContent);
     // The same without a controller, which takes a walk over the graph.
     Orv::Data::DataPointerBox<Data::Content::Graph>
