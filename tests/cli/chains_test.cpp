@@ -1,5 +1,6 @@
 // Files of every historic version go through all the steps that lead to the current one.
 #include "support/golden.h"
+#include "support/packagechecker.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -8,6 +9,7 @@
 #include <regex>
 
 using TestSupport::Arguments;
+using TestSupport::expectWhole;
 using TestSupport::goldenPath;
 using TestSupport::readFile;
 using TestSupport::replaced;
@@ -108,6 +110,13 @@ TEST_P(UpdatedOldSamples, AreTheSameAfterASecondUpdate)
 
     EXPECT_TRUE(withDependencyUidsHidden(written) ==
                 withDependencyUidsHidden(directory->read(GetParam() + "_updated.obl")));
+}
+
+TEST_P(UpdatedOldSamples, AreWhole)
+{
+    ASSERT_EQ(first.exitCode, 0) << first;
+
+    expectWhole(directory->path(GetParam() + "_updated.obl"), directory->path("old/presets"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, UpdatedOldSamples,

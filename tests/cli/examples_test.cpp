@@ -1,4 +1,5 @@
 // The sample packages go through the tool as they are.
+#include "support/packagechecker.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -6,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using TestSupport::Arguments;
+using TestSupport::expectWhole;
 using TestSupport::runTool;
 using TestSupport::TemporaryDirectory;
 using TestSupport::ToolRun;
@@ -65,6 +67,13 @@ TEST_P(UpdatedSamples, AreTheSameAfterASecondUpdate)
 
     EXPECT_TRUE(withDependencyUidsHidden(written) ==
                 withDependencyUidsHidden(directory->read(GetParam() + "_updated.obl")));
+}
+
+TEST_P(UpdatedSamples, AreWhole)
+{
+    ASSERT_EQ(first.exitCode, 0) << first;
+
+    expectWhole(directory->path(GetParam() + "_updated.obl"), directory->path("presets"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, UpdatedSamples, testing::ValuesIn(Samples),

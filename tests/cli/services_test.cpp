@@ -1,8 +1,11 @@
 #include "services.h"
 
+#include "core/commanddatamodification.h"
 #include "core/commandhistory.h"
 #include "core/commandmanager.h"
 #include "core/commandsignals.h"
+#include "core/manipulatorcontext.h"
+#include "data/content/graphmanipulators.h"
 #include "data/content/package.h"
 #include "data/content/packageslist.h"
 #include "ksx/core/datanotifier.h"
@@ -140,7 +143,7 @@ TEST_F(ServicesTest, LetTheAdditionOfPackagesBeUndone)
     EXPECT_TRUE(manager.openPackages().empty());
 }
 
-TEST_F(ServicesTest, GiveBehavioursThePackagesThatAreLoaded)
+TEST_F(ServicesTest, GiveBehavioursThePackagesThatAreLoadedBeforeTheFirstEdit)
 {
     class Counter final : public Ksx::Core::DataNotifier::Functor
     {
@@ -165,8 +168,42 @@ TEST_F(ServicesTest, GiveBehavioursThePackagesThatAreLoaded)
     loadPackages(*library().packagesListManager(),
                  {QString::fromStdString(directory.path("a.obl"))}, {}, true);
 
-    library().behaviors()->visitOpened(); // which an edit does first
-    EXPECT_EQ(count, 2);
+    EXPECT_EQ(count, 0); // many runs load packages and save them
+
+    Orv::Core::commandManager()->execute(std::make_shared<Orv::Core::CommandDataModification>(
+        [&](Orv::Core::ManipulatorContext&) {
+            EXPECT_EQ(count, 2);
+            return true;
+        },
+        "edit"));
+}
+
+TEST_F(ServicesTest, HaveTheBehavioursOfDocuments)
+{
+    const TemporaryDirectory directory;
+    directory.write("a.obl", aPackage()
+                                 .containing("<graph><identifier v=\"g\"/><uid v=\"4\"/>"
+                                             "<graphOutputs/><compNodes/><baseParameters/>"
+                                             "<content/><root/></graph>")
+                                 .text());
+    auto& manager = *library().packagesListManager();
+    loadPackages(manager, {QString::fromStdString(directory.path("a.obl"))}, {}, true);
+    const auto& graph =
+        dynamic_cast<const Ksx::Data::Content::Graph&>(manager.openPackages()[0]->content().at(0));
+
+    Orv::Core::commandManager()->execute(std::make_shared<Orv::Core::CommandDataModification>(
+        [&](Orv::Core::ManipulatorContext& context) {
+            auto input = std::make_unique<Ksx::Data::Content::ParamInput>();
+            input->uid().assign(7);
+            input->type().value().assign(1);
+            Orv::Core::ManipulatorStruct<Ksx::Data::Content::Graph>(graph, context)
+                .paraminputs()
+                .pushBack(std::move(input));
+            return true;
+        },
+        "edit"));
+
+    EXPECT_EQ(graph.primaryInput().value().get(), 7u);
 }
 
 // Loading.

@@ -144,7 +144,7 @@ TEST_F(SpecializationCommand, FindsAFilterByAnyNameThatAPathCanHold)
 {
     const std::string written = specialized(aFilter("\xc3\xb6ld planks & 50%").giving("out"));
 
-    EXPECT_EQ(textsAt(written, "content/graph/identifier"), "ld_planks___50");
+    EXPECT_EQ(textsAt(written, "content/graph/identifier"), "ld_planks___50%");
     EXPECT_EQ(textsAt(written, Instance + "outputBridgings/outputBridging/identifier"), "out");
 }
 
@@ -373,18 +373,18 @@ TEST_P(NameOfTheNewGraph, IsALegalIdentifier)
     EXPECT_EQ(textsAt(written, "content/graph/identifier"), GetParam().identifier);
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, NameOfTheNewGraph,
-                         testing::Values(NameCase{"AsItIs", "my[graph]", "my[graph]"},
-                                         NameCase{"Blanks", " a b ", "a_b"},
-                                         NameCase{"Slashes", "a/b?c&d", "a_b_c_d"},
-                                         NameCase{"Bytes",
-                                                  "Gr\xc3\xb6\xc3\x9f"
-                                                  "e",
-                                                  "Gr__e"},
-                                         NameCase{"Numbered", "planks_7", "planks_7"},
-                                         NameCase{"Empty", "", "DEFAULT_NEW_GRAPH_IDENTIFIER"},
-                                         NameCase{"NothingLegal", "___ /", "1"}),
-                         caseName<NameCase>);
+INSTANTIATE_TEST_SUITE_P(
+    Forms, NameOfTheNewGraph,
+    testing::Values(NameCase{"AsItIs", "my[graph]", "my[graph]"},
+                    NameCase{"Blanks", " a b ", "a_b"}, NameCase{"Slashes", "a/b?c&d", "a_b_c_d"},
+                    NameCase{"Bytes",
+                             "Gr\xc3\xb6\xc3\x9f"
+                             "e",
+                             "Gr__e"},
+                    NameCase{"Numbered", "planks_7", "planks_7"},
+                    NameCase{"Empty", "", "DEFAULT_NEW_GRAPH_IDENTIFIER"},
+                    NameCase{"NothingLegal", "___ /", "DEFAULT_NEW_GRAPH_IDENTIFIER"}),
+    caseName<NameCase>);
 
 // Outputs
 
@@ -780,7 +780,7 @@ TEST_F(SpecializationCommand, MergesIntoAnOldPackage)
 
     const std::string written = directory.read("f_specialized.obl");
     EXPECT_EQ(textsAt(written, "formatVersion"), "1.1.0.7049");
-    EXPECT_EQ(textsAt(written, "content/graph/identifier"), "rings plank_grain planks");
+    EXPECT_EQ(textsAt(written, "content/*/graph/identifier"), "rings plank_grain planks");
     EXPECT_EQ(directory.files(), "f.obl f_specialized.obl");
     expectWhole(at("f_specialized.obl"));
 }
@@ -835,19 +835,6 @@ TEST_F(SpecializationCommand, MergesIntoTheFiltersOwnPackage)
               "pkg://planks?dependency=" + std::to_string(dependencyUidIn(written, "?himself")));
     EXPECT_EQ(directory.files(), "f.obl");
     expectWhole(at("f.obl"));
-}
-
-// The filter is lost, and so is what the new graph refers to.
-TEST_F(SpecializationCommand, OverwritesTheFiltersOwnPackage)
-{
-    writeFilter(aFilter().giving("out"));
-
-    expectSaved(specialize({"f.obl", "--output-name", "{inputName}"}), "f.obl");
-
-    const std::string written = directory.read("f.obl");
-    EXPECT_EQ(textsAt(written, "content/graph/identifier"), "planks");
-    EXPECT_EQ(countAt(written, Nodes + "compImplementation/compInstance"), 1);
-    EXPECT_EQ(directory.files(), "f.obl");
 }
 
 TEST_F(SpecializationCommand, WritesThroughALink)
@@ -1098,6 +1085,37 @@ TEST_F(RefusedSpecialization, IntoADirectoryOfThatName)
     directory.makeDirectory("f_specialized.obl");
 
     expectRefused(specialize({"f.obl"}), "Error! Cannot saved: " + at("f_specialized.obl") + "\n");
+}
+
+// The new package would refer to the very file that it takes the place of.
+TEST_F(RefusedSpecialization, InThePlaceOfTheFilter)
+{
+    const std::string filter = directory.read("f.obl");
+
+    expectRefused(specialize({"f.obl", "--output-name", "{inputName}"}),
+                  "Error! Cannot saved: " + at("f.obl") + "\n");
+    EXPECT_EQ(directory.read("f.obl"), filter);
+}
+
+TEST_F(RefusedSpecialization, InThePlaceOfTheFilterBehindALink)
+{
+    const std::string filter = directory.read("f.obl");
+    directory.makeLink("f_specialized.obl", "f.obl");
+
+    expectRefused(specialize({"f.obl"}), "Error! Cannot saved: " + at("f_specialized.obl") + "\n");
+    EXPECT_EQ(directory.read("f.obl"), filter);
+}
+
+TEST_F(RefusedSpecialization, InThePlaceOfWhatTheFilterDependsOn)
+{
+    const std::string other = aPackage().named("other").text();
+    directory.write("g.obl",
+                    aPackage().dependingOn("sub/h.obl", 7).containing(aFilter().text()).text());
+    directory.write("sub/h.obl", other);
+
+    expectRefused(specialize({"g.obl", "--output-path", "sub", "--output-name", "h"}),
+                  "Error! Cannot saved: " + at("sub/h.obl") + "\n");
+    EXPECT_EQ(directory.read("sub/h.obl"), other);
 }
 
 TEST_F(RefusedSpecialization, LeavesAFormerResult)

@@ -268,6 +268,7 @@ INSTANTIATE_TEST_SUITE_P(
     All, SampleChain,
     testing::Values(
         Sample{"bricks/brick_wall.obl", {"custom_brick", "dirt_mask"}},
+        Sample{"effects/surface_rust.obl", {"surface", "wear_mask"}},
         Sample{"fabrics/woven_fabric.obl", {"stain"}}, Sample{"large/city_facade.obl", {"sky"}},
         Sample{"mixed/everything.obl", {"paper"}}, Sample{"noises/noises.obl"},
         Sample{"presets/presets_library.obl", {"mask", "background", "foreground"}},

@@ -339,7 +339,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FileCase{"WithBytes", "\xc3\xb6l & <\"1\">.png", "l_____1", "PNG"},
                     FileCase{"OfTheGraph", "planks.png", "planks_1", "PNG"},
                     FileCase{"Nothing", ".png", "DEFAULT_NEW_RESOURCE_IDENTIFIER", "PNG"},
-                    FileCase{"NothingLegal", "___.png", "1", "PNG"}),
+                    FileCase{"NothingLegal", "___.png", "DEFAULT_NEW_RESOURCE_IDENTIFIER", "PNG"}),
     caseName<FileCase>);
 
 TEST_F(ConnectedImages, OfOneNameGetNamesOfTheirOwn)
@@ -449,7 +449,8 @@ TEST_P(ImagesOfAFormat, AreRefusedWhenTheyAreCutOff)
 TEST_P(ImagesOfAFormat, AreRefusedWithoutTheirLastBytes)
 {
     const std::string bytes = image({64, 48});
-    write("a", bytes.substr(0, bytes.size() - 32));
+    const std::size_t end = std::max<std::size_t>(bytes.size() / 16, 32); // some is not needed
+    write("a", bytes.substr(0, bytes.size() - end));
 
     expectNoImage(std::string("a.") + GetParam().ending);
 }
@@ -570,8 +571,7 @@ TEST_F(ConnectedImages, HaveToBeReadable)
 
 TEST_F(ConnectedImages, MayNotBeADevice)
 {
-    expectRefused(connect({"in@path@/dev/null"}),
-                  "Error! Image cannot be correctly loaded: /dev/null");
+    expectRefused(connect({"in@path@/dev/null"}), "Error! Image cannot be loaded: /dev/null");
 }
 
 TEST_F(ConnectedImages, MayNotBeAPackage)

@@ -339,17 +339,16 @@ private:
         const QDomElement implementation =
             node.firstChildElement("compImplementation").firstChildElement();
         for (const QDomElement& connexion : itemsIn(node, "connexions")) {
-            const std::string name = "connexion " + quoted(textIn(connexion, "identifier"));
             checkSource(connexion, node, nodes, place);
             const std::string output = valueIn(connexion, "connRefOutput").value_or("");
             const auto source = valueIn(connexion, "connRef");
             const QDomElement feeding = source ? findByText(nodes, "uid", *source) : QDomElement();
             if (!feeding.isNull() &&
                 findByText(itemsIn(feeding, "compOutputs"), "uid", output).isNull())
-                complain(place, name + ": node " + *source + " has no output " + output);
+                complainOf(connexion, place, "node " + *source + " has no output " + output);
             if (tagOf(implementation) == "compOutputBridge" &&
                 textIn(connexion, "identifier") != "inputNodeOutput")
-                complain(place, name + ": there is no such connector");
+                complainOf(connexion, place, "there is no such connector");
         }
         if (tagOf(implementation) == "compInstance")
             checkInstance(node, implementation, place);
@@ -359,13 +358,15 @@ private:
                      const DomElements& nodes, const std::string& where)
     {
         const auto source = valueIn(connexion, "connRef");
-        if (!source)
-            return;
-        const std::string name = "connexion " + quoted(textIn(connexion, "identifier"));
-        if (*source == uidOf(node))
-            complain(where, name + " is fed by its own node");
-        else if (findByText(nodes, "uid", *source).isNull())
-            complain(where, name + ": there is no node " + *source);
+        if (source && *source == uidOf(node))
+            complainOf(connexion, where, "it is fed by its own node");
+        else if (source && findByText(nodes, "uid", *source).isNull())
+            complainOf(connexion, where, "there is no node " + *source);
+    }
+    void complainOf(const QDomElement& connexion, const std::string& where, const std::string& what)
+    {
+        const std::string name = textIn(connexion, "identifier");
+        complain(where, "connexion " + quoted(name) + ": " + what);
     }
 
     void checkInstance(const QDomElement& node, const QDomElement& instance,
@@ -395,7 +396,7 @@ private:
             const std::string name = textIn(connexion, "identifier");
             const QDomElement input = findByText(itemsIn(graph, "paraminputs"), "identifier", name);
             if (input.isNull() || !isImage(input))
-                complain(where, "connexion " + quoted(name) + ": there is no such connector");
+                complainOf(connexion, where, "there is no such connector");
         }
     }
 
