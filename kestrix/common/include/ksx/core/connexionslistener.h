@@ -3,6 +3,7 @@
 
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
+#include "data/changeruns.h"
 #include "data/containerlist.h"
 #include "ksx/core/connectioncontroller.h"
 #include <memory>
@@ -43,6 +44,10 @@ public:
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:
+    bool isPlain(const Orv::Data::ChangeRuns& runs, std::size_t size) const;
+    void followRuns(const Orv::Data::DataMessage& message, const List& list);
+    void rearrange(const Orv::Data::DataMessage& message, const List& list);
+
     NodeController& m_node;
     std::vector<std::unique_ptr<ConnectionController>> m_connections;
 };
