@@ -54,7 +54,7 @@ public:
     {
         for (const CompNode& node : graph.compNodes())
             if (const CompOutputBridge* bridge = bridgeOf(node))
-                m_outputs.try_emplace(bridge->output().get(), Output{bridge, feedOf(node)});
+                m_outputs.try_emplace(bridge->output().get(), Output{&node, bridge, feedOf(node)});
         for (const auto& [uid, output] : m_outputs)
             if (output.bridge->connectionColorType().get() == 0 && output.feed != nullptr)
                 m_sources.try_emplace(sourceOf(output), nullptr);
@@ -75,9 +75,24 @@ public:
                                        *source, output.feed->connRefOutput().value().get()));
     }
 
+    GraphOutputNodes all() const
+    {
+        GraphOutputNodes all;
+        for (const auto& [uid, output] : m_outputs)
+            all.nodes.push_back(output.node);
+        for (const auto& [uid, source] : m_sources) {
+            if (source != nullptr)
+                all.nodes.push_back(source);
+            else
+                all.missing.push_back(uid);
+        }
+        return all;
+    }
+
 private:
     struct Output
     {
+        const CompNode* node;
         const CompOutputBridge* bridge;
         const Connexion* feed; // may be null
     };
@@ -116,6 +131,16 @@ std::vector<unsigned> typesOfGraphOutputs(const Graph& graph)
     for (const GraphOutput& output : graph.graphOutputs())
         types.push_back(nodes.typeOf(output));
     return types;
+}
+
+GraphOutputNodes nodesOfGraphOutputs(const Graph& graph)
+{
+    return OutputNodes(graph).all();
+}
+
+bool isOutputNode(const CompNode& node)
+{
+    return bridgeOf(node) != nullptr;
 }
 
 } // namespace Ksx::Core

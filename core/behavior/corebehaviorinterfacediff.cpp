@@ -95,12 +95,6 @@ const InterfaceDiff::Fate* InterfaceDiff::fateOf(const std::string& identifier) 
     return m_isWhole ? &Gone : nullptr;
 }
 
-bool InterfaceDiff::hasTypeChanges() const
-{
-    return std::any_of(m_fates.begin(), m_fates.end(),
-                       [](const auto& fate) { return fate.second.isTypeChanged; });
-}
-
 std::size_t InterfaceDiff::placeOf(const std::string& identifier) const
 {
     const auto found = m_places.find(identifier);

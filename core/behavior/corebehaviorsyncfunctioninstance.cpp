@@ -19,7 +19,6 @@ namespace {
 using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorStruct;
-using Orv::Data::BaseObject;
 using Index = InstanceIndexOf<SyncFunctionInstance>;
 
 InterfaceItems inputsOf(const Function& function)
@@ -136,16 +135,14 @@ void SyncFunctionInstance::deliver(const Orv::Data::DataMessage& message)
         takeType(*m_node, *context);
 }
 
-void SyncFunctionInstance::watch(const Function& function,
-                                 Orv::Data::ManipulatorContextBase& context)
+void SyncFunctionInstance::watch(const Function& function)
 {
     const Orv::Data::ShadowObject* const shadow = function.paraminputs().shadow();
     if (shadow != nullptr && shadow->findListener<FunctionWatcher>() != nullptr)
         return;
     auto* watcher = new FunctionWatcher(function); // the first shadow that dies deletes it
-    const BaseObject* const places[] = {&function.paraminputs(), &function.type()};
-    for (const BaseObject* place : places)
-        context.addListener(*place, *watcher);
+    listenTo(function.paraminputs(), *watcher);
+    listenTo(function.type(), *watcher);
 }
 
 } // namespace Ksx::Core::Behavior

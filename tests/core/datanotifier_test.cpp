@@ -496,10 +496,7 @@ public:
     {
         m_journal->push_back("entered " + group.identifier().get());
     }
-    static void watch(const Package& package, Orv::Data::ManipulatorContextBase&)
-    {
-        watched.push_back(package.identifier().get());
-    }
+    static void watch(const Package& package) { watched.push_back(package.identifier().get()); }
     bool isOwnedByShadow() const override { return true; }
     void deliver(const Orv::Data::DataMessage& message) override
     {

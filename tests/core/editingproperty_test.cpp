@@ -106,7 +106,8 @@ PackageText aFilterAndAGraph()
 class RandomEditor
 {
 public:
-    explicit RandomEditor(unsigned seed) : m_random(seed)
+    // With the behaviours for every other seed.
+    explicit RandomEditor(unsigned seed) : m_random(seed), m_workspace(seed % 2 == 0)
     {
         m_package = &m_workspace.open(aFilterAndAGraph());
         m_graph = &controllerIn(*m_package, 1);

@@ -7,8 +7,11 @@
 #include "core/ilibraryservices.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
+#include "data/content/packageslist.h"
+#include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/dependenciesdictionary.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/ilibraryservices.h"
 #include "ksx/core/packageslistmanager.h"
@@ -26,10 +29,15 @@ class Workspace final : public Orv::Core::ILibraryServices, public Ksx::Core::IL
 public:
     using GraphBox = Orv::Data::DataPointerBox<Ksx::Data::Content::Graph>;
 
-    Workspace()
+    // Without behaviours, controllers are alone with the document.
+    explicit Workspace(bool hasBehaviors = false)
     {
         Orv::setLibraryServices(static_cast<Orv::Core::ILibraryServices*>(this));
         m_packages = std::make_unique<Ksx::Core::PackagesListManager>();
+        if (hasBehaviors) {
+            Ksx::Core::Behavior::addBehaviors(m_behaviors, m_dependencies);
+            m_behaviors.attachTo(m_packages->document());
+        }
         m_manager->executed().connect(
             [this](const std::shared_ptr<Orv::Core::ICommand>& command) { keep(command); });
     }
@@ -103,6 +111,7 @@ private:
     std::shared_ptr<Orv::Core::CommandManager> m_manager =
         std::make_shared<Orv::Core::CommandManager>(2);
     std::shared_ptr<void> m_spare;
+    Ksx::Core::DependenciesDictionary m_dependencies;
     Ksx::Core::DataNotifier m_behaviors;
     Extensions m_extensions;
     std::unique_ptr<Ksx::Core::PackagesListManager> m_packages;

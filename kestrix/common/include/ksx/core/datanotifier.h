@@ -111,7 +111,7 @@ public:
     // The behaviour has been attached to an object that came in by an edit.
     void entered(const T&, Orv::Core::ManipulatorContext&) {}
     // An object of the second class has come in, or something below it.
-    //     static void watch(const Watched&, Orv::Data::ManipulatorContextBase&);
+    //     static void watch(const Watched&);
 };
 
 // Attaches one behaviour to all objects of its type.
@@ -162,7 +162,7 @@ public:
     {
         if constexpr (HasWatchedType) {
             if (&object.getMeta() != &T::ObjectType::MetaTag::record) {
-                T::watch(static_cast<const typename T::WatchedType&>(object), arrival.context);
+                T::watch(static_cast<const typename T::WatchedType&>(object));
                 return;
             }
         }

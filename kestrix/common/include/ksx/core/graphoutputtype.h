@@ -1,9 +1,11 @@
 // Which type of image the outputs of a graph have.
 #pragma once
 
+#include "ksx/core/uidsource.h"
 #include <vector>
 
 namespace Ksx::Data::Content {
+class CompNode;
 class Graph;
 class GraphOutput;
 } // namespace Ksx::Data::Content
@@ -18,5 +20,17 @@ unsigned typeOfGraphOutput(const Data::Content::Graph& graph,
 
 // The types of all outputs, in the order of `graphOutputs`. Walks over the nodes once for them all.
 std::vector<unsigned> typesOfGraphOutputs(const Data::Content::Graph& graph);
+
+// The nodes that say so, in any order: the types are the same until one of them changes or goes,
+// or another node comes that belongs to an output or has one of the missing uids.
+struct GraphOutputNodes
+{
+    std::vector<const Data::Content::CompNode*> nodes;
+    std::vector<Uid> missing;
+};
+GraphOutputNodes nodesOfGraphOutputs(const Data::Content::Graph& graph);
+
+// Does the node belong to an output of its graph?
+bool isOutputNode(const Data::Content::CompNode& node);
 
 } // namespace Ksx::Core

@@ -23,8 +23,6 @@ using InterfaceItems = std::vector<InterfaceItem>;
 // their hash: there is one record for every input of every open package.
 struct InterfaceRecord
 {
-    static constexpr unsigned UnknownType = ~0u; // different from all types
-
     Uid uid;
     unsigned type;
     std::size_t identifier;
@@ -57,7 +55,6 @@ public:
     // The items that may be missing, by their places among the items.
     const std::vector<std::size_t>& added() const { return m_added; }
     bool isReordered() const { return m_isReordered; }
-    bool hasTypeChanges() const;
 
     const InterfaceItems& items() const { return *m_items; }
     // The place among the items of the one that now has the identifier; their number if none has.

@@ -27,13 +27,10 @@ public:
                  Orv::Core::ManipulatorContext& context);
     void deliver(const Orv::Data::DataMessage& message) override;
 
-    // Remembers what the graph looks like and listens to its changes from now on.
-    static void watch(const Data::Content::Graph& graph,
-                      Orv::Data::ManipulatorContextBase& context);
+    // See GraphWatcher.
+    static void watch(const Data::Content::Graph& graph);
 
 private:
-    class GraphWatcher;
-
     Orv::Data::DataPointerBox<Data::Content::CompInstance> m_instance;
     std::size_t m_pathHash;
 };

@@ -29,8 +29,7 @@ public:
     void deliver(const Orv::Data::DataMessage& message) override;
 
     // Remembers what the function looks like and listens to its changes from now on.
-    static void watch(const Data::Content::Function& function,
-                      Orv::Data::ManipulatorContextBase& context);
+    static void watch(const Data::Content::Function& function);
 
 private:
     class FunctionWatcher;
