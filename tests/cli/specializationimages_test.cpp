@@ -415,7 +415,7 @@ class ImagesOfAFormat : public ConnectedImages, public testing::WithParamInterfa
 protected:
     std::string write(const std::string& name, const std::string& bytes) const
     {
-        const std::string file = name + "." + GetParam().ending;
+        std::string file = name + "." + GetParam().ending;
         directory.write(file, bytes);
         return file;
     }

@@ -300,6 +300,123 @@ TEST_F(SyncCompInstance, FollowsTheTypeOfWhatFeedsAnOutputNode)
     EXPECT_EQ(outputsOf(*b), Lines({"x 71 2", "y 72 2", "71 72"}));
 }
 
+// Graph "a" with the output "x", which the node 33 feeds, and an instance of it in "b".
+class SyncCompInstanceTypes : public SyncCompInstance
+{
+protected:
+    void openFed(const std::string& nodes)
+    {
+        GraphText text = graphA();
+        text.outputs = anOutput("x", 21);
+        text.nodes = nodes;
+        const GraphText user{
+            "b", 2, {}, {}, aNode(60, anInstanceOf(PathOfA, aBridging(71, "x")), {}, 71, 1)};
+        package = &openWith(text.text() + user.text());
+        a = &contentAt<Graph>(*package, 0);
+        b = &contentAt<Graph>(*package, 1);
+    }
+    static void addNode(const ManipulatorStruct<Graph>& graph, unsigned uid, unsigned type)
+    {
+        auto output = std::make_unique<CompOutput>();
+        output->uid().assign(34);
+        output->comptype().value().assign(type);
+        auto node = std::make_unique<CompNode>();
+        node->uid().assign(uid);
+        node->compOutputs().pushBack(std::move(output));
+        graph.compNodes().pushBack(std::move(node));
+    }
+    static unsigned typeIn(const Graph& graph)
+    {
+        return graph.compNodes().at(0).compOutputs().at(0).comptype().value().get();
+    }
+
+    const std::string fedNode =
+        aNode(31, anOutputBridge(21), aConnexion("inputNodeOutput", 33, 34));
+};
+
+TEST_F(SyncCompInstanceTypes, FollowANodeThatComesToFeedTheOutput)
+{
+    openFed(fedNode);
+
+    editGraph(*a, [](const auto& graph) { addNode(graph, 33, 2); });
+
+    EXPECT_EQ(typeIn(*b), 2u);
+}
+
+TEST_F(SyncCompInstanceTypes, FollowANodeThatGoes)
+{
+    openFed(fedNode + aNode(33, aFilter("uniform"), {}, 34, 1));
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(1).compOutputs().at(0).comptype().value().set(2);
+    });
+    ASSERT_EQ(typeIn(*b), 2u);
+
+    editGraph(*a, [](const auto& graph) { graph.compNodes().erase(1, 1); });
+
+    EXPECT_EQ(typeIn(*b), 1u);
+}
+
+TEST_F(SyncCompInstanceTypes, FollowAnotherConnection)
+{
+    openFed(fedNode + aNode(33, aFilter("uniform"), {}, 34, 1) +
+            aNode(35, aFilter("uniform"), {}, 34, 2));
+
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(0).connexions().at(0).connRef().value().set(35);
+    });
+
+    EXPECT_EQ(typeIn(*b), 2u);
+}
+
+TEST_F(SyncCompInstanceTypes, FollowTheNodeOfAnotherConnection)
+{
+    openFed(fedNode + aNode(33, aFilter("uniform"), {}, 34, 1) +
+            aNode(35, aFilter("uniform"), {}, 34, 1));
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(0).connexions().at(0).connRef().value().set(35);
+    });
+
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(1).compOutputs().at(0).comptype().value().set(2);
+        graph.compNodes().at(2).compOutputs().at(0).comptype().value().set(3);
+    });
+    EXPECT_EQ(typeIn(*b), 1u);
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(2).compOutputs().at(0).comptype().value().set(2);
+    });
+
+    EXPECT_EQ(typeIn(*b), 2u);
+}
+
+TEST_F(SyncCompInstanceTypes, FollowAnOutputNodeThatComesLater)
+{
+    openFed("");
+
+    editGraph(*a, [](const auto& graph) {
+        auto bridge = std::make_unique<CompOutputBridge>();
+        bridge->output().assign(21);
+        bridge->connectionColorType().assign(2);
+        auto node = std::make_unique<CompNode>();
+        node->compImplementation().set(std::move(bridge));
+        graph.compNodes().pushBack(std::move(node));
+    });
+
+    EXPECT_EQ(typeIn(*b), 2u);
+}
+
+TEST_F(SyncCompInstanceTypes, FollowANodeThatAnUndoHasBroughtBack)
+{
+    openFed(fedNode + aNode(33, aFilter("uniform"), {}, 34, 1));
+    editGraph(*a, [](const auto& graph) { graph.compNodes().erase(0, 2); });
+    ASSERT_TRUE(undo());
+
+    editGraph(*a, [](const auto& graph) {
+        graph.compNodes().at(1).compOutputs().at(0).comptype().value().set(2);
+    });
+
+    EXPECT_EQ(typeIn(*b), 2u);
+}
+
 TEST_F(SyncCompInstance, TakesAnOutputOfEitherTypeForAColorImage)
 {
     openBoth();
