@@ -4,6 +4,7 @@
 #include "data/content/graph.h"
 #include "data/content/graphmanipulators.h"
 #include "data/content/nodemanipulators.h"
+#include "data/content/package.h"
 #include "data/content/parametermanipulators.h"
 #include "data/desc/descriptiontables.h"
 #include "data/desc/filtertable.h"
@@ -22,6 +23,7 @@
 #include "ksx/core/objecturl.h"
 #include "ksx/core/optionscontroller.h"
 #include "ksx/core/outputcontroller.h"
+#include "ksx/core/packageof.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/rootoutputcontroller.h"
 #include <QCoreApplication>
@@ -162,6 +164,11 @@ bool applyAddInstance(GraphManipulator graph, const DataPointerBoxMasterKey&,
     std::string path;
     if (added.graph)
         path = objectUrl(*added.graph);
+    // A name that cannot stand in a path, or that another graph has as well, leads elsewhere.
+    const Package* package = packageOf(*graph.get());
+    if (!path.empty() && package != nullptr &&
+        resolveObjectUrl(path, *package) != added.graph.get())
+        return false;
     instance->path().value().assign(path);
     added.uid = newNodeUid(graph.compNodes());
     CompInstance& made = *instance;

@@ -201,6 +201,16 @@ TEST_F(Instance, OfAGraphThatIsNotThereHasAnEmptyPathAndNoOutputs)
     EXPECT_EQ(added->outputConnectorCount(), 0u);
 }
 
+TEST_F(Instance, OfAGraphToWhichNoPathLeadsIsRefused)
+{
+    GraphText filter = aFilterGraph();
+    filter.identifier = "a/b";
+    open(filter);
+    const std::string before = xmlOf(*package);
+    EXPECT_EQ(graph->addInstanceNode(graphIn(*package, 0)), nullptr);
+    EXPECT_EQ(xmlOf(*package), before);
+}
+
 TEST_F(Instance, GetsConnectorsAndParametersForNewInputsOfItsGraph)
 {
     instantiate();

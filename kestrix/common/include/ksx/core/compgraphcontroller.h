@@ -62,7 +62,8 @@ public:
     CompFilterNodeController* addAtomicFilter(Data::Desc::FilterKind filter);
     CompFilterNodeController* addAtomicFilter(unsigned filter);
     // A node that shows another graph, which must stand in an open package. A graph that does not
-    // gives a node without outputs and with an empty path.
+    // gives a node without outputs and with an empty path. Refused for a graph to which no path can
+    // lead, since its identifier holds a "/" or "?", or another one has it as well.
     CompInstanceNodeController*
     addInstanceNode(const Orv::Data::DataPointerBox<Data::Content::Graph>& instantiated);
     CompInputNodeController* addInputNode(const BridgeEntry& entry);
