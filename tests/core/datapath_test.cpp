@@ -44,6 +44,7 @@ TEST_P(DataPathForm, IsReadAsPlainText)
 
     EXPECT_EQ(path.segments(), GetParam().segments);
     EXPECT_EQ(path.dependency(), GetParam().dependency);
+    EXPECT_EQ(DataPath::dependencyOf(GetParam().text), GetParam().dependency);
 }
 
 INSTANTIATE_TEST_SUITE_P(
