@@ -41,6 +41,18 @@ QString targetOf(const QFileInfo& input, const po::variables_map& variables)
     return targetFile(variables, input.absolutePath(), name);
 }
 
+// Where the file really lies, behind links: the new references are looked for from there.
+QString realPath(const QString& path)
+{
+    const QFileInfo file(path);
+    const QString directory = QFileInfo(file.absolutePath()).canonicalFilePath();
+    const QString found = file.canonicalFilePath();
+    if (!found.isEmpty())
+        return found;
+    return directory.isEmpty() || file.isSymLink() ? path
+                                                   : QDir(directory).filePath(file.fileName());
+}
+
 } // namespace
 
 FilterSpecialization::FilterSpecialization(Services* services)
@@ -115,7 +127,7 @@ int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& vari
     // refer to the very file that it takes the place of.
     const PackageBox lost = manager.packageForPath(target);
     const bool isTaken = lost && lost != output;
-    if (isTaken || !Ksx::Core::savePackage(*output, target, QDir(presets.directory))) {
+    if (isTaken || !Ksx::Core::savePackage(*output, realPath(target), QDir(presets.directory))) {
         printError(QStringLiteral("Error! Cannot saved: ") + target);
         return 1;
     }

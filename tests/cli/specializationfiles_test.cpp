@@ -396,6 +396,7 @@ TEST_F(SpecializationFiles, WritesThroughALink)
 
     EXPECT_TRUE(std::filesystem::is_symlink(at("f_specialized.obl")));
     EXPECT_EQ(textsAt(directory.read("else/real.obl"), "identifier"), "wood");
+    expectWhole(at("else/real.obl"));
 }
 
 TEST_F(SpecializationFiles, MergesThroughALink)
@@ -409,6 +410,7 @@ TEST_F(SpecializationFiles, MergesThroughALink)
     EXPECT_TRUE(std::filesystem::is_symlink(at("f_specialized.obl")));
     EXPECT_EQ(textsAt(directory.read("else/real.obl"), "identifier"), "mine");
     EXPECT_EQ(textsAt(directory.read("else/real.obl"), "content/graph/identifier"), "planks");
+    expectWhole(at("else/real.obl"));
 }
 
 TEST_F(SpecializationFiles, OpensAFilterBehindALink)
