@@ -136,8 +136,7 @@ void write(ManipulatorAttribute<T> attribute, const T& value)
 
 std::string freeIdentifierFor(const ParamInput& input, const std::string& wanted)
 {
-    const auto* list =
-        dynamic_cast<const Orv::Data::ContainerList<ParamInput>*>(input.getParent());
+    const auto* list = dynamic_cast<const Orv::Data::ContainerList<ParamInput>*>(input.getParent());
     if (list == nullptr)
         return wanted;
     return freeIdentifier(wanted, defaultInputIdentifier(), ParamInputNameExist(*list, &input));

@@ -54,10 +54,7 @@ struct InterfaceEntry
 class IdentifierTaken
 {
 public:
-    bool operator()(const std::string& identifier) const
-    {
-        return m_taken->count(identifier) != 0;
-    }
+    bool operator()(const std::string& identifier) const { return m_taken->count(identifier) != 0; }
 
 protected:
     IdentifierTaken() = default;

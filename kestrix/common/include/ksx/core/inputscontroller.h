@@ -50,8 +50,8 @@ public:
     InputController* inputByUid(Uid uid) const;
     std::vector<InputController*> inputs() const;
 
-    LazySignal<std::size_t> inputAdded;          // at that place
-    LazySignal<std::size_t> inputAboutToRemove;  // from that place
+    LazySignal<std::size_t> inputAdded;         // at that place
+    LazySignal<std::size_t> inputAboutToRemove; // from that place
     LazySignal<> orderChanged;
 
 private:

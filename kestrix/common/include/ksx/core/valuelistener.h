@@ -26,8 +26,8 @@ private:
     Member m_member;
 };
 
-constexpr std::uint32_t ListChanges =
-    Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
-    Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved;
+constexpr std::uint32_t ListChanges = Orv::Data::ChangeType::Descendant |
+                                      Orv::Data::ChangeType::Inserted |
+                                      Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved;
 
 } // namespace Ksx::Core
