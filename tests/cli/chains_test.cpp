@@ -2,6 +2,7 @@
 #include "support/golden.h"
 #include "support/packagechecker.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -72,7 +73,7 @@ protected:
     static void SetUpTestSuite()
     {
         directory = std::make_unique<TemporaryDirectory>();
-        std::filesystem::copy(KESTRIX_SOURCE_DIR "/examples", directory->path(),
+        std::filesystem::copy(TestSupport::sourcePath("examples"), directory->path(),
                               std::filesystem::copy_options::recursive);
         Arguments inputs = CompiledSamples;
         Arguments results;

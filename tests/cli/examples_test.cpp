@@ -1,6 +1,7 @@
 // The sample packages go through the tool as they are.
 #include "support/packagechecker.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -26,7 +27,7 @@ protected:
     static void SetUpTestSuite()
     {
         directory = std::make_unique<TemporaryDirectory>();
-        std::filesystem::copy(KESTRIX_SOURCE_DIR "/examples", directory->path(),
+        std::filesystem::copy(TestSupport::sourcePath("examples"), directory->path(),
                               std::filesystem::copy_options::recursive);
         first = update(".obl");
         second = update("_updated.obl");

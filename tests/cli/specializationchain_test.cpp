@@ -4,6 +4,7 @@
 #include "support/packagechecker.h"
 #include "support/packagedom.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/sampleimages.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -216,7 +217,7 @@ class SampleChain : public Chain, public testing::WithParamInterface<Sample>
 protected:
     SampleChain()
     {
-        std::filesystem::copy(KESTRIX_SOURCE_DIR "/examples", directory.path(),
+        std::filesystem::copy(TestSupport::sourcePath("examples"), directory.path(),
                               std::filesystem::copy_options::recursive);
     }
     // Like a step, with all images of the sample passed on. Presets need not be asked for where

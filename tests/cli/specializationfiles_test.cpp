@@ -2,6 +2,7 @@
 #include "support/packagechecker.h"
 #include "support/packagedom.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/shelfcases.h"
 #include "support/specialization.h"
 #include <gtest/gtest.h>
@@ -323,7 +324,8 @@ TEST_F(SpecializationFiles, MergesIntoAPackageThatTheFilterDependsOn)
 TEST_F(SpecializationFiles, MergesIntoAnOldPackage)
 {
     writeFilter(aFilter());
-    std::filesystem::copy(KESTRIX_SOURCE_DIR "/examples/old/grain.obl", at("f_specialized.obl"));
+    std::filesystem::copy(TestSupport::sourcePath("examples/old/grain.obl"),
+                          at("f_specialized.obl"));
 
     expectSaved(specialize({"f.obl", "--output-merge"}));
 

@@ -4,6 +4,7 @@
 #include "data/treewalk.h"
 #include "support/golden.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <regex>
@@ -78,7 +79,8 @@ Texts valuesWithTheFlag(const Ksx::Data::Content::Package& package)
 
 TEST(FileReferences, AreAllThatTheTreeHas)
 {
-    const auto package = packageFrom(readFile(KESTRIX_SOURCE_DIR "/examples/mixed/everything.obl"));
+    const auto package =
+        packageFrom(readFile(TestSupport::sourcePath("examples/mixed/everything.obl")));
 
     EXPECT_FALSE(fileReferencesOf(*package).empty());
     EXPECT_EQ(valuesOf(fileReferencesOf(*package)), valuesWithTheFlag(*package));

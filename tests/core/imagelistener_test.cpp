@@ -3,6 +3,7 @@
 #include "data/content/resource.h"
 #include "data/content/resourcemanipulators.h"
 #include "ksx/core/edit.h"
+#include "support/paths.h"
 #include "support/temporarydirectory.h"
 #include "support/workspace.h"
 #include <QFile>
@@ -14,7 +15,7 @@ using namespace Ksx::Core;
 using namespace TestSupport;
 using Ksx::Data::Content::Resource;
 
-const std::string Picture = KESTRIX_SOURCE_DIR "/examples/effects/steel_plate.png"; // 300 x 200
+const std::string Picture = sourcePath("examples/effects/steel_plate.png"); // 300 x 200
 
 bool applyPath(Orv::Core::ManipulatorStruct<Resource> resource,
                const Orv::Data::DataPointerBoxMasterKey&, const std::string& path)

@@ -1,6 +1,7 @@
 #include "imageformats/freeimageioplugin.h"
 
 #include "imageformats/sampleimages.h"
+#include "support/paths.h"
 #include "support/shelfcases.h"
 #include <QBuffer>
 #include <QFile>
@@ -22,7 +23,8 @@ constexpr int ReadAndWrite = QImageIOPlugin::CanRead | QImageIOPlugin::CanWrite;
 // The keys of the metadata file, from which Qt takes them.
 QStringList keysOfMetaData()
 {
-    QFile file(QStringLiteral(KESTRIX_SOURCE_DIR "/imageformats/freeimageioplugin.json"));
+    QFile file(
+        QString::fromStdString(TestSupport::sourcePath("imageformats/freeimageioplugin.json")));
     QStringList keys;
     if (file.open(QIODevice::ReadOnly))
         for (const QJsonValue value : QJsonDocument::fromJson(file.readAll())

@@ -1,6 +1,7 @@
 #include "imageformats/imagepluginregistration.h"
 
 #include "imageformats/sampleimages.h"
+#include "support/paths.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -146,7 +147,7 @@ TEST(ImagePluginRegistration, DoesNothingWhenAPluginOfThatNameIsThere)
 
 TEST(KestrixExecutable, NeedsNeitherQtGuiNorFreeImage)
 {
-    QFile file(QStringLiteral(KESTRIX_EXECUTABLE));
+    QFile file(QString::fromStdString(TestSupport::toolPath()));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const std::string bytes = file.readAll().toStdString();
     EXPECT_EQ(bytes.find("libQt5Gui"), std::string::npos);

@@ -1,4 +1,5 @@
 #include "support/golden.h"
+#include "support/paths.h"
 
 #include <gtest/gtest.h>
 #include <fstream>
@@ -24,7 +25,7 @@ std::string readFile(const std::string& path)
 
 std::string goldenPath(const std::string& name)
 {
-    return std::string(KESTRIX_SOURCE_DIR) + "/tests/golden/" + name;
+    return sourcePath("tests/golden/" + name);
 }
 
 void expectGolden(const std::string& name, const std::string& actual)

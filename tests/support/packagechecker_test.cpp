@@ -1,6 +1,7 @@
 #include "support/packagechecker.h"
 
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include <gmock/gmock.h>
@@ -369,7 +370,7 @@ class CheckedSample : public testing::TestWithParam<const char*>
 
 TEST_P(CheckedSample, IsWhole)
 {
-    const std::string samples = KESTRIX_SOURCE_DIR "/examples/";
+    const std::string samples = TestSupport::sourcePath("examples/");
 
     EXPECT_THAT(complaintsAbout(samples + GetParam(), samples + "presets"), ElementsAre());
 }

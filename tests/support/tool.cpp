@@ -1,4 +1,5 @@
 #include "support/tool.h"
+#include "support/paths.h"
 
 #include <array>
 #include <cerrno>
@@ -158,7 +159,7 @@ ToolRun Tool::run(const Arguments& arguments) const
 
 std::string Tool::executable()
 {
-    return KESTRIX_EXECUTABLE;
+    return toolPath();
 }
 
 bool Tool::isRoot()

@@ -1,0 +1,15 @@
+#include "support/paths.h"
+
+namespace TestSupport {
+
+std::string sourcePath(const std::string& name)
+{
+    return std::string(KESTRIX_SOURCE_DIR "/") + name;
+}
+
+std::string toolPath()
+{
+    return KESTRIX_EXECUTABLE;
+}
+
+} // namespace TestSupport
