@@ -1,0 +1,168 @@
+#!/usr/bin/env bash
+# Tests of scripts/run and scripts/install-packages: one case a call, named by a function below.
+#   scripts_test.sh SOURCES CASE
+# Programs of the same name stand in for cmake, dpkg-query and apt-get, so nothing is built here.
+set -uo pipefail
+
+sources=$1
+work=$(mktemp -d)
+trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
+export PATH=$work/bin:$PATH
+export KESTRIX_BUILD_DIR=$work/build
+mkdir "$work/bin"
+
+stand_in() # NAME, its script on standard input
+{
+    { echo '#!/usr/bin/env bash'; cat; } >"$work/bin/$1"
+    chmod +x "$work/bin/$1"
+}
+
+# All packages are there, and building makes a tool that prints its arguments.
+stand_in dpkg-query <<'END'
+for package; do printf 'installed %s\n' "$package"; done
+END
+stand_in cmake <<'END'
+echo "cmake $*"
+folder=$KESTRIX_BUILD_DIR/release
+touch "$folder/build.ninja"
+printf '#!/bin/sh\necho "tool:$*:${CCACHE_DISABLE-}"\n' >"$folder/kestrix"
+chmod +x "$folder/kestrix"
+END
+# Whoever is no root installs by sudo.
+stand_in sudo <<'END'
+exec "$@"
+END
+
+die()
+{
+    printf 'FAILED: %s\n--- standard output\n%s\n--- standard error\n%s\n' "$1" "$out" "$err"
+    exit 1
+}
+
+call()
+{
+    out=$("$@" 2>"$work/err")
+    code=$?
+    err=$(cat "$work/err")
+}
+
+expect() # WHAT, then a condition
+{
+    local what=$1
+    shift
+    "$@" || die "expected $what (exit code $code)"
+}
+
+says() { [[ $err == *"$1"* ]]; }
+
+run_says_at_first_where_the_log_is()
+{
+    call "$sources/scripts/run" update a.obl
+    expect "the tool's exit code" [ "$code" = 0 ]
+    expect "the log's name" says "the log is $KESTRIX_BUILD_DIR/release/build.log"
+    expect "a log" grep -q '^cmake --build' "$KESTRIX_BUILD_DIR/release/build.log"
+}
+
+run_says_nothing_when_the_tool_is_built()
+{
+    call "$sources/scripts/run"
+    call "$sources/scripts/run" update a.obl
+    expect "silence" [ -z "$err" ]
+    expect "the tool's output alone" [ "$out" = "tool:update a.obl:" ]
+}
+
+run_refuses_a_build_folder_that_it_cannot_write()
+{
+    KESTRIX_BUILD_DIR=/proc/kestrix call "$sources/scripts/run"
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "the way out" says "set KESTRIX_BUILD_DIR"
+    expect "no output" [ -z "$out" ]
+}
+
+run_starts_no_old_tool_when_the_lock_cannot_be_opened()
+{
+    call "$sources/scripts/run"
+    rm "$KESTRIX_BUILD_DIR/.lock"
+    mkdir "$KESTRIX_BUILD_DIR/.lock" # nobody can open it for writing, not even root
+    call "$sources/scripts/run"
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "no output" [ -z "$out" ]
+}
+
+run_starts_no_old_tool_when_building_fails()
+{
+    call "$sources/scripts/run"
+    stand_in cmake <<<'echo "no such header"; exit 1'
+    call "$sources/scripts/run"
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "the log" says "no such header"
+    expect "no output" [ -z "$out" ]
+}
+
+run_works_through_a_symbolic_link()
+{
+    ln -s "$sources/scripts/run" "$work/kestrix"
+    call "$work/kestrix" x
+    expect "the tool's output" [ "$out" = "tool:x:" ]
+}
+
+run_leaves_out_a_cache_that_cannot_be_written()
+{
+    stand_in ccache <<<'echo /proc/ccache'
+    call "$sources/scripts/run" x
+    expect "the cache switched off" [ "$out" = "tool:x:1" ]
+}
+
+run_says_that_it_waits_for_another_build()
+{
+    mkdir -p "$KESTRIX_BUILD_DIR"
+    exec 8>"$KESTRIX_BUILD_DIR/.lock"
+    flock 8
+    # The other build ends when the waiting has been told.
+    (
+        exec 8>&-
+        call "$sources/scripts/run" x
+        printf '%s\n%s\n' "$out" "$err" >"$work/result"
+    ) &
+    until grep -qs "waiting for another build" "$work/err"; do sleep 0.05; done
+    exec 8>&-
+    wait
+    out=$(cat "$work/result") err= code=0
+    expect "the tool after the wait" grep -q '^tool:x:' "$work/result"
+}
+
+# An apt-get that finds the lock taken as often as a file says.
+taken_lock()
+{
+    stand_in dpkg-query <<<''
+    stand_in sleep <<<''
+    echo "$1" >"$work/left"
+    stand_in apt-get <<END
+left=\$(cat "$work/left")
+echo "apt-get \$*" >>"$work/calls"
+[ "\$left" -gt 0 ] || exit 0
+echo \$((left - 1)) >"$work/left"
+echo "E: Could not get lock /var/lib/apt/lists/lock" >&2
+exit 100
+END
+}
+
+install_packages_waits_for_the_lock_and_says_so_once()
+{
+    taken_lock 2
+    call "$sources/scripts/install-packages" lint
+    expect "success" [ "$code" = 0 ]
+    expect "one line that says so" [ "$(grep -c 'waiting for it' "$work/err")" = 1 ]
+    expect "the packages" grep -q 'install --no-install-recommends .*clang-format' "$work/calls"
+}
+
+install_packages_fails_with_the_words_of_apt_get()
+{
+    taken_lock 0
+    stand_in apt-get <<<'echo "E: no network" >&2; exit 100'
+    call "$sources/scripts/install-packages" lint
+    expect "failure" [ "$code" = 1 ]
+    expect "its words" says "E: no network"
+}
+
+"$2"
