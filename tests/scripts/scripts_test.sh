@@ -7,7 +7,8 @@ set -uo pipefail
 sources=$1
 work=$(mktemp -d)
 trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
-export PATH=$work/bin:$PATH
+export PATH=$work/bin:$PATH LC_ALL=C
+unset LC_CTYPE LC_MESSAGES LANGUAGE
 export KESTRIX_BUILD_DIR=$work/build
 mkdir "$work/bin"
 

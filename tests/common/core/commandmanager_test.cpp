@@ -492,8 +492,7 @@ TEST_F(CommandLog, ThatCannotBeOpenedIsNoObstacle)
 
 namespace {
 
-// Ends the process: 0 if the log holds nothing but the line of this push.
-[[noreturn]] void logIntoAnOldFile()
+std::string loggedIntoAnOldFile()
 {
     const QTemporaryDir directory;
     QDir::setCurrent(directory.path());
@@ -501,7 +500,13 @@ namespace {
     CommandManager manager(2);
     manager.setLogging(true);
     manager.push(makeCommand("a", [] { return true; }));
-    std::quick_exit(TestSupport::readFile("commands.log") == "(push : a)\n" ? 0 : 1);
+    return TestSupport::readFile("commands.log");
+}
+
+// Ends the process: 0 if the log holds nothing but the line of this push.
+[[noreturn]] void logIntoAnOldFile()
+{
+    std::quick_exit(loggedIntoAnOldFile() == "(push : a)\n" ? 0 : 1);
 }
 
 } // namespace

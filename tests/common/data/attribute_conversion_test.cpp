@@ -1,12 +1,13 @@
 // The fast conversions of attributes, held against the ones that define the format.
 #include "data/attribute.h"
 
+#include "support/decimalcommalocale.h"
 #include "support/shelfcases.h"
 #include "support/shelfvalue.h"
 #include <array>
-#include <clocale>
 #include <cmath>
-#include <cstdio>
+#include <iomanip>
+#include <locale>
 #include <optional>
 #include <sstream>
 
@@ -20,22 +21,10 @@ using TestSupport::seededRandom;
 
 // --- the locale of the process
 
-const char* const LocalesWithDecimalComma[] = {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE",      "fr_FR",
-                                               "es_ES.UTF-8", "it_IT.UTF-8", "nl_NL.UTF-8"};
-
 class AttributeUnderDecimalComma : public testing::Test
 {
-protected:
-    void SetUp() override
-    {
-        for (const char* name : LocalesWithDecimalComma)
-            if (std::setlocale(LC_ALL, name) != nullptr)
-                return;
-        GTEST_SKIP() << "no locale with a decimal comma is installed";
-    }
-    void TearDown() override { std::setlocale(LC_ALL, m_former.c_str()); }
-
-    std::string m_former = std::setlocale(LC_ALL, nullptr);
+private:
+    TestSupport::DecimalCommaLocale m_locale;
 };
 
 TEST_F(AttributeUnderDecimalComma, FloatIsWrittenWithAPoint)
@@ -252,10 +241,11 @@ std::optional<std::string> firstOtherText(std::mt19937 random, int precision)
 {
     for (int i = 0; i < 100000; ++i) {
         const float value = randomFloat(random);
-        std::array<char, 64> text{};
-        std::snprintf(text.data(), text.size(), "%.*g", precision, static_cast<double>(value));
-        if (textOf(T{value}) != text.data())
-            return text.data();
+        std::ostringstream text; // in the classic locale, whatever that of the process is
+        text.imbue(std::locale::classic());
+        text << std::setprecision(precision) << static_cast<double>(value);
+        if (textOf(T{value}) != text.str())
+            return text.str();
     }
     return {};
 }
