@@ -33,8 +33,8 @@ using Ksx::Core::InputController;
 using Ksx::Core::InputsController;
 
 const char* const Input = "input";
-const char* const SwitchToConstant = "switch-to-constant";
-const char* const SetDefaultValue = "set-default-value";
+constexpr const char* SwitchToConstant = "switch-to-constant";
+constexpr const char* SetDefaultValue = "set-default-value";
 
 const QChar Separator = QLatin1Char('@'); // of an input's name and its value
 
