@@ -5,7 +5,7 @@
 #include <QIODevice>
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <cstdlib>
 
 namespace Orv::ImageFormats {
 
@@ -55,20 +55,21 @@ qint64 seekTarget(const QIODevice* device, long offset, int origin)
     switch (origin) {
     case SEEK_CUR:
         return device->pos() + offset;
-    case SEEK_END:
-        return device->size() - offset;
+    case SEEK_END: // codecs ask for a place before the end, with either sign
+        return device->size() - std::abs(offset);
     default:
         return offset;
     }
 }
 
-// The answer is the device's own: 1 for success. FreeImage documents 0 for success, but most of
-// its codecs do not look at the answer. Those of JPEG 2000 and of PSD files with layers do, and
-// refuse.
+// The answers that FreeImage expects, as they are those of fseek().
+constexpr int SeekDone = 0;
+constexpr int SeekRefused = -1;
+
 int seekTo(QIODevice* device, qint64 target)
 {
     // A device refuses a negative position too, but complains of it on the terminal.
-    return target >= 0 && device->seek(target) ? 1 : 0;
+    return target >= 0 && device->seek(target) ? SeekDone : SeekRefused;
 }
 
 int DLL_CALLCONV seekToWrite(fi_handle handle, long offset, int origin)
@@ -83,7 +84,7 @@ int DLL_CALLCONV seekToRead(fi_handle handle, long offset, int origin)
     QIODevice& device = sourceOf(handle).device();
     const qint64 target = seekTarget(&device, offset, origin);
     if (qobject_cast<const QBuffer*>(&device) != nullptr && target > device.size())
-        return 0;
+        return SeekRefused;
     return seekTo(&device, target);
 }
 
@@ -106,12 +107,15 @@ FreeImageIO ReadSource::callbacks()
 
 qint64 ReadSource::read(char* buffer, qint64 count)
 {
-    const qint64 read = std::max<qint64>(m_device.read(buffer, count), 0);
-    if (read < count) {
-        m_hasReadShort = true;
-        m_hasReadNothing = m_hasReadNothing || read == 0;
-        std::memset(buffer + read, 0, static_cast<std::size_t>(count - read));
-    }
+    const bool isBehindEnd = m_end >= 0 && m_device.pos() >= m_end;
+    const qint64 read = isBehindEnd ? 0 : std::max<qint64>(m_device.read(buffer, count), 0);
+    if (read == count)
+        return read;
+    m_hasReadShort = true;
+    if (!isBehindEnd)
+        m_end = m_device.pos();
+    if (read == 0 && ++m_vainReads > MaximumVainReads)
+        throw EndOfFilePassed();
     return read;
 }
 
@@ -126,7 +130,13 @@ FREE_IMAGE_FORMAT formatOfContent(QIODevice* device)
         return FIF_UNKNOWN;
     ReadSource source(*device);
     FreeImageIO callbacks = ReadSource::callbacks();
-    return FreeImage_GetFileTypeFromHandle(&callbacks, source.handle());
+    const qint64 begin = device->pos();
+    try {
+        return FreeImage_GetFileTypeFromHandle(&callbacks, source.handle());
+    } catch (const EndOfFilePassed&) {
+        device->seek(begin);
+        return FIF_UNKNOWN;
+    }
 }
 
 FREE_IMAGE_FORMAT formatOfWord(const QByteArray& word)
