@@ -65,11 +65,9 @@ QString timeOf(const QString& filePath)
 // The MD5 sum of what the file holds, in hexadecimal; "0" if that is nothing.
 QString checksumOf(const QString& filePath)
 {
-    if (!QFileInfo(filePath).isFile()) // a pipe could keep us waiting, a device never ends
-        return QStringLiteral("0");
-    QFile file(filePath);
+    const std::unique_ptr<QFile> file = openLinkedFile(filePath);
     QCryptographicHash hash(QCryptographicHash::Md5);
-    if (!file.open(QIODevice::ReadOnly) || file.peek(1).isEmpty() || !hash.addData(&file))
+    if (file == nullptr || file->size() == 0 || !hash.addData(file.get()))
         return QStringLiteral("0");
     return QString::fromLatin1(hash.result().toHex());
 }

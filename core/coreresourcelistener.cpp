@@ -8,7 +8,9 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/listenerof.h"
 #include <QFile>
-#include <QFileInfo>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Ksx::Core {
 
@@ -80,6 +82,20 @@ bool uses(const CompNode& node, const std::string& url)
     return false;
 }
 
+// Returns a descriptor of a regular file, or -1. A pipe would keep us waiting if it was opened in
+// the usual way, and a device may have no end.
+int openRegular(const std::string& path)
+{
+    if (path.find('\0') != std::string::npos)
+        return -1;
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    struct stat state = {};
+    if (descriptor < 0 || (fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode)))
+        return descriptor;
+    ::close(descriptor);
+    return -1;
+}
+
 } // namespace
 
 ResourceListener& ResourceListener::of(const Resource& resource)
@@ -116,14 +132,9 @@ std::unique_ptr<QFile> ResourceListener::open() const
         report(NotImplementedLine, "Not implemented yet");
         return nullptr;
     }
-    auto file = std::make_unique<QFile>(filePath());
-    // A pipe could keep us waiting, and a device never ends. Some files can be opened and not be
-    // read, such as those on a damaged disk.
-    if (!QFileInfo(*file).isFile() || !file->open(QIODevice::ReadOnly) ||
-        (file->peek(1).isEmpty() && !file->atEnd()) || file->error() != QFileDevice::NoError) {
+    std::unique_ptr<QFile> file = openLinkedFile(filePath());
+    if (file == nullptr)
         report(UnreachableLine, "Unreachable resource");
-        return nullptr;
-    }
     return file;
 }
 
@@ -137,6 +148,23 @@ std::optional<QByteArray> ResourceListener::data() const
         return bytes;
     report(UnreachableLine, "Unreachable resource");
     return std::nullopt;
+}
+
+std::unique_ptr<QFile> openLinkedFile(const QString& path)
+{
+    const int descriptor = openRegular(Orv::toBytes(path));
+    if (descriptor < 0)
+        return nullptr;
+    auto file = std::make_unique<QFile>();
+    if (!file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    // Some files can be opened and not be read, such as those on a damaged disk. Files that the
+    // kernel makes up announce no size, and some of them have no end.
+    const bool isEmpty = file->peek(1).isEmpty();
+    const bool isReadable = file->error() == QFileDevice::NoError;
+    return isReadable && isEmpty == (file->size() == 0) ? std::move(file) : nullptr;
 }
 
 std::vector<DataPointerBox<CompNode>> resourceUsers(const std::string& url, const Graph& graph)

@@ -203,6 +203,13 @@ TEST_F(ResourceListenerTest, ReportsAPipeAndDoesNotWaitForIt)
     EXPECT_EQ(log.lines, Unreachable);
 }
 
+// Such a file says that it is empty, and may have no end.
+TEST_F(ResourceListenerTest, ReportsAFileThatTheKernelMakesUp)
+{
+    EXPECT_EQ(open("/proc/self/pagemap").data(), std::nullopt);
+    EXPECT_EQ(log.lines, Unreachable);
+}
+
 TEST_F(ResourceListenerTest, ReportsALinkThatLeadsNowhere)
 {
     EXPECT_FALSE(open(directory.makeLink("a.png", "none.png")).isReachable());

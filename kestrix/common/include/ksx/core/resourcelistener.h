@@ -53,6 +53,11 @@ private:
     Orv::Data::DataPointerBox<Data::Content::Resource> m_resource;
 };
 
+// Returns a file that a package links to, open for reading. Null for anything but a regular file, a
+// file that cannot be read, and one that the kernel makes up while it is read. An empty file can be
+// read.
+std::unique_ptr<QFile> openLinkedFile(const QString& path);
+
 // The filter nodes of a graph whose resource is the one at `url` (see objectUrl), in order: those
 // that show a bitmap or a vector drawing, or that mix images by a mask.
 std::vector<Orv::Data::DataPointerBox<Data::Content::CompNode>>
