@@ -2,26 +2,37 @@
 
 #include "data/content/resource.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/picturedecoder.h"
 #include "ksx/core/resourcelistener.h"
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QLibrary>
 
 namespace Ksx::Core {
 
 namespace {
 
-using DecodeFunction = bool (*)(QIODevice&, std::shared_ptr<const QImage>&, QSize&);
+using WrapFunction = void (*)(const uchar*, const QSize&, bool, const std::shared_ptr<const void>&,
+                              std::shared_ptr<const QImage>&);
 
 // The image plug-in beside the executable, with QtGui behind it: what they link would multiply the
 // time that a program takes to start, so they are loaded at need. They stay loaded until the
 // process ends.
-DecodeFunction decoder()
+WrapFunction wrapper()
 {
-    static const auto decode = reinterpret_cast<DecodeFunction>(
+    static const auto wrap = reinterpret_cast<WrapFunction>(
         QLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libksx_imageformats"))
-            .resolve("ksxDecodeImage"));
-    return decode;
+            .resolve("ksxWrapImage"));
+    return wrap;
+}
+
+std::shared_ptr<const QImage> imageOver(const std::shared_ptr<const DecodedPicture>& picture)
+{
+    std::shared_ptr<const QImage> image;
+    if (picture != nullptr && wrapper() != nullptr)
+        wrapper()(picture->pixels(), picture->size(), picture->isDegraded(), picture, image);
+    return image;
 }
 
 } // namespace
@@ -45,8 +56,10 @@ ImageState ImageListener::state()
 
 std::shared_ptr<const QImage> ImageListener::image()
 {
-    if (state() == ImageState::Decoded && m_image == nullptr)
+    if (state() == ImageState::Decoded && m_picture == nullptr)
         decode();
+    if (m_image == nullptr)
+        m_image = imageOver(m_picture);
     return m_image;
 }
 
@@ -56,12 +69,18 @@ QSize ImageListener::size()
     return m_size;
 }
 
+void ImageListener::release()
+{
+    m_image.reset();
+    m_picture.reset();
+}
+
 void ImageListener::decode()
 {
+    release();
     m_isKnown = true;
     m_state = ImageState::Unreachable;
     m_size = QSize();
-    m_image.reset();
     m_path.clear();
     if (!m_resource)
         return;
@@ -70,9 +89,10 @@ void ImageListener::decode()
     const std::unique_ptr<QFile> file = resource.open();
     if (file == nullptr)
         return;
-    const DecodeFunction decodeImage = decoder();
-    const bool isDecoded = decodeImage != nullptr && decodeImage(*file, m_image, m_size);
-    m_state = isDecoded ? ImageState::Decoded : ImageState::Undecodable;
+    m_picture = PictureDecoder().decode(*file, QFileInfo(m_path).suffix());
+    m_state = m_picture != nullptr ? ImageState::Decoded : ImageState::Undecodable;
+    if (m_picture != nullptr)
+        m_size = m_picture->size();
 }
 
 } // namespace Ksx::Core

@@ -2,9 +2,11 @@
 // of them, and files that are no images.
 #include "support/damage.h"
 #include "support/filtertext.h"
+#include "support/hostilepictures.h"
 #include "support/packagechecker.h"
 #include "support/packagedom.h"
 #include "support/packagetext.h"
+#include "support/paths.h"
 #include "support/sampleimages.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -13,18 +15,22 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <regex>
+#include <sys/stat.h>
 
 using testing::MatchesRegex;
 using TestSupport::aColorInput;
 using TestSupport::aGrayscaleInput;
 using TestSupport::aPackage;
 using TestSupport::aPng;
+using TestSupport::aPngWithPalette;
 using TestSupport::Arguments;
 using TestSupport::caseName;
 using TestSupport::countAt;
 using TestSupport::dependencyUidIn;
 using TestSupport::expectWhole;
 using TestSupport::FilterText;
+using TestSupport::HostilePicture;
+using TestSupport::hostilePictures;
 using TestSupport::ImageFormat;
 using TestSupport::imageFormats;
 using TestSupport::InputText;
@@ -32,6 +38,7 @@ using TestSupport::pick;
 using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::seededRandom;
+using TestSupport::sourcePath;
 using TestSupport::TemporaryDirectory;
 using TestSupport::textsAt;
 using TestSupport::Tool;
@@ -611,7 +618,67 @@ TEST_F(ConnectedImages, ABadOneIsToldBehindGoodOnes)
                   "Error! Image cannot be correctly loaded: " + at("b.png"));
 }
 
-TEST_F(ConnectedImages, NeedThePlugIn)
+class HostileImage : public ConnectedImages, public testing::WithParamInterface<HostilePicture>
+{};
+
+// Twenty seconds are the patience of the test, and two gigabytes the bound of the decoder.
+TEST_P(HostileImage, IsRefusedInTimeAndWithinBounds)
+{
+    const std::string name = std::string("a.") + GetParam().ending;
+    directory.write(name, GetParam().bytes());
+
+    const ToolRun run = connectInTime(name);
+
+    expectRefused(run, "Error! Image cannot be correctly loaded: " + at(name));
+    EXPECT_LT(run.peakKilobytes, 2 << 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, HostileImage, testing::ValuesIn(hostilePictures()),
+                         caseName<HostilePicture>);
+
+// The rest of the file would be read pixel by pixel.
+TEST_F(ConnectedImages, AreRefusedCutOffWithoutASearchForTheRest)
+{
+    directory.write("a.ppm", "P6\n4000 4000\n255\n" + std::string(24000000, '\x80'));
+
+    expectNoImage("a.ppm");
+}
+
+TEST_F(ConnectedImages, MayHaveAtMost67108864Pixels)
+{
+    directory.write("a.png", aPngWithPalette({8192, 8193}));
+    expectNoImage("a.png");
+
+    directory.write("a.png", aPngWithPalette({8192, 8192}));
+    EXPECT_EQ(
+        textsAt(connected({"in@path@a.png"}), Parameter + "paramValue/constantValueInt2/value"),
+        "13 13");
+}
+
+TEST_F(ConnectedImages, MayNotBeAPipe)
+{
+    ASSERT_EQ(mkfifo(at("a.png").c_str(), 0600), 0);
+
+    expectRefused(connectInTime("a.png"), "Error! Image cannot be loaded: a.png");
+}
+
+// A file without an end that says that it is empty.
+TEST_F(ConnectedImages, MayNotBeAFileThatTheKernelMakesUp)
+{
+    expectRefused(connectInTime("/proc/self/pagemap"),
+                  "Error! Image cannot be loaded: /proc/self/pagemap");
+}
+
+TEST_F(ConnectedImages, OfAFormatWithoutAMarkAreKnownByTheirEnding)
+{
+    std::filesystem::copy(sourcePath("tests/data/pictures/wbmp-netpbm.wbmp"), at("a.wbmp"));
+
+    EXPECT_EQ(
+        textsAt(connected({"in@path@a.wbmp"}), Parameter + "paramValue/constantValueInt2/value"),
+        "4 4");
+}
+
+TEST_F(ConnectedImages, NeedTheDecoder)
 {
     directory.write("a.png", aPng({4, 4}));
     std::filesystem::copy(Tool::executable(), at("kestrix"));

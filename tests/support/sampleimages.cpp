@@ -1,5 +1,6 @@
 #include "support/sampleimages.h"
 
+#include "support/bytes.h"
 #include <QByteArray>
 #include <algorithm>
 #include <cstdint>
@@ -13,24 +14,6 @@ namespace {
 using std::uint32_t;
 
 constexpr char Grey = '\x80';
-
-// A number, its lowest byte first.
-template <class Number>
-std::string little(Number number, int bytes)
-{
-    auto rest = static_cast<std::uint64_t>(number);
-    std::string text;
-    for (int i = 0; i < bytes; ++i, rest >>= 8)
-        text += static_cast<char>(rest & 0xff);
-    return text;
-}
-
-template <class Number>
-std::string big(Number number, int bytes)
-{
-    const std::string text = little(number, bytes);
-    return {text.rbegin(), text.rend()};
-}
 
 std::size_t pixelsOf(ImageSize size)
 {
@@ -419,6 +402,11 @@ std::vector<ImageFormat> imageFormats()
 std::string aPng(ImageSize size)
 {
     return pngRgb(size);
+}
+
+std::string aPngWithPalette(ImageSize size)
+{
+    return pngPalette(size);
 }
 
 std::string aBmp(ImageSize size)

@@ -27,6 +27,8 @@ std::ostream& operator<<(std::ostream& stream, const ImageFormat& format);
 std::vector<ImageFormat> imageFormats();
 
 std::string aPng(ImageSize size);
+// Of one bit a pixel, and so of few bytes.
+std::string aPngWithPalette(ImageSize size);
 // The same bytes whatever library packs the others.
 std::string aBmp(ImageSize size);
 

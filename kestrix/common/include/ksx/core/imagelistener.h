@@ -15,15 +15,18 @@ class Resource;
 
 namespace Ksx::Core {
 
+class DecodedPicture;
+
 enum class ImageState
 {
     Decoded,
     Unreachable, // there is no file, or it cannot be read
-    Undecodable  // the file is no picture, or a damaged one, or one that does not fit into memory
+    Undecodable  // the file is no picture, or a damaged one, or one that is too large
 };
 
 // Stands on the shadow of the resource and dies with it. Decodes the linked file when it is first
-// asked for the picture, once and whole: a picture of which a part is missing is none.
+// asked for the picture, once and whole: a picture of which a part is missing is none. A process of
+// its own does that (see PictureDecoder).
 class ImageListener final : public Orv::Core::ListenerDeaf<>
 {
 public:
@@ -36,13 +39,14 @@ public:
 
     // What became of decoding. A resource that has been given another file is decoded anew.
     ImageState state();
-    // The picture; null unless the state is Decoded. It is decoded anew after release(). To look
-    // into it, a program links QtGui, which this library does not.
+    // The picture, of QImage::Format_ARGB32; null unless the state is Decoded, and without the
+    // library of the image plug-in beside the executable. It is decoded anew after release(). To
+    // look into it, a program links QtGui, which this library does not.
     std::shared_ptr<const QImage> image();
     // In pixels; not valid unless the state is Decoded.
     QSize size();
     // Gives the memory of the picture back, once its other users do; state and size stay known.
-    void release() { m_image.reset(); }
+    void release();
 
 private:
     void decode();
@@ -52,7 +56,8 @@ private:
     bool m_isKnown = false;
     ImageState m_state = ImageState::Unreachable;
     QSize m_size;
-    std::shared_ptr<const QImage> m_image;
+    std::shared_ptr<const DecodedPicture> m_picture;
+    std::shared_ptr<const QImage> m_image; // over the pixels of the picture
 };
 
 } // namespace Ksx::Core
