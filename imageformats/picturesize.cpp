@@ -119,10 +119,10 @@ PictureSize wbmpSize(const FileView& file)
 // The number behind the first `name` of a text, -1 if there is none.
 qint64 definedNumber(const QByteArray& text, const char* name)
 {
-    const int place = text.indexOf(name);
+    const auto place = text.indexOf(name);
     if (place < 0)
         return -1;
-    const QByteArray rest = text.mid(place + int(qstrlen(name))).trimmed();
+    const QByteArray rest = text.mid(place).mid(int(qstrlen(name))).trimmed();
     int digits = 0;
     while (digits < rest.size() && rest[digits] >= '0' && rest[digits] <= '9')
         ++digits;

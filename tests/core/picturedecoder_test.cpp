@@ -2,6 +2,7 @@
 
 #include "ksx/core/pictureanswer.h"
 #include "support/paths.h"
+#include "support/sampleimages.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include <QFile>
@@ -210,6 +211,20 @@ TEST_P(ForeignPicture, IsRefusedCutUnlessOnlyWhatDoesNotMatterIsMissing)
     EXPECT_EQ(wrongCuts(GetParam()), "");
 }
 
+// No program in Debian writes such a file.
+TEST(CameraPicture, IsDecodedWhole)
+{
+    const TemporaryDirectory directory;
+    const std::string bytes = aCameraFile({256, 200});
+
+    const Picture picture = decode(directory.write("a.dng", bytes));
+
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(picture->size(), QSize(256, 200));
+    EXPECT_EQ(decode(directory.write("b.dng", bytes.substr(0, bytes.size() - 2))), nullptr);
+    EXPECT_EQ(decode(directory.write("c.dng", bytes.substr(0, bytes.size() / 2))), nullptr);
+}
+
 TEST(UnmarkedPicture, OfPhotoCdIsKnownByItsEnding)
 {
     const TemporaryDirectory directory;
@@ -278,12 +293,12 @@ TEST(PictureDecoderProcess, HasToBeThere)
 class FakeDecoder : public testing::Test
 {
 protected:
-    Picture answer(const std::string& script)
+    Picture answer(const std::string& script,
+                   std::chrono::milliseconds patience = std::chrono::minutes(1))
     {
         directory.write("decoder", "#!/bin/sh\n" + script);
         directory.setMode("decoder", 0755);
-        const PictureDecoder decoder(QString::fromStdString(directory.path("decoder")),
-                                     std::chrono::milliseconds(500));
+        const PictureDecoder decoder(QString::fromStdString(directory.path("decoder")), patience);
         return decode(directory.write("a.png", "bytes"), decoder);
     }
 
@@ -344,7 +359,7 @@ class BadAnswer : public FakeDecoder, public testing::WithParamInterface<AnswerC
 TEST_P(BadAnswer, IsNoPicture)
 {
     const long before = openDescriptors();
-    EXPECT_EQ(answer(GetParam().script), nullptr);
+    EXPECT_EQ(answer(GetParam().script, std::chrono::seconds(1)), nullptr);
     EXPECT_EQ(openDescriptors(), before);
     EXPECT_FALSE(hasChildren());
 }

@@ -294,6 +294,71 @@ std::string tiffRgb(ImageSize size)
     return tiff(size, 8, 3, TiffSample::Unsigned);
 }
 
+// A camera's negative (DNG): a TIFF file whose pixels have one colour each.
+struct DngTag
+{
+    uint32_t tag;
+    uint32_t type;
+    uint32_t count;
+    std::string data;
+};
+
+std::string dng(ImageSize size)
+{
+    const uint32_t begin = 1024;
+    const std::string pixels = grey(pixelsOf(size) * 2);
+    const auto byte = [](uint32_t tag, const std::string& values) {
+        return DngTag{tag, 1, sizeOf(values), values};
+    };
+    const auto word = [](uint32_t tag, uint32_t value) {
+        return DngTag{tag, 3, 1, little(value, 2)};
+    };
+    const auto number = [](uint32_t tag, uint32_t value) {
+        return DngTag{tag, 4, 1, little(value, 4)};
+    };
+    const auto text = [](uint32_t tag, const std::string& value) {
+        return DngTag{tag, 2, sizeOf(value) + 1, value + '\0'};
+    };
+    const std::string one = little(1, 4) + little(1, 4);
+    const std::string none = little(0, 4) + little(1, 4);
+    const DngTag tags[] = {
+        number(254, 0),
+        number(256, static_cast<uint32_t>(size.width)),
+        number(257, static_cast<uint32_t>(size.height)),
+        word(258, 16),
+        word(259, 1),     // not compressed
+        word(262, 32803), // a filter of colours
+        text(271, "Maker"),
+        text(272, "Model"),
+        number(273, begin),
+        word(277, 1),
+        number(278, static_cast<uint32_t>(size.height)),
+        number(279, sizeOf(pixels)),
+        {33421, 3, 2, little(2, 2) + little(2, 2)}, // the filter repeats after 2 by 2 pixels
+        byte(33422, std::string("\0\1\1\2", 4)),    // red, green, green, blue
+        byte(50706, std::string("\1\4\0\0", 4)),    // version of the format
+        text(50708, "Maker Model"),
+        number(50717, 65535),                                                      // white
+        {50721, 10, 9, one + none + none + none + one + none + none + none + one}, // of colours
+        {50728, 5, 3, one + one + one},                                            // neutral
+        word(50778, 21),                                                           // daylight
+    };
+    const auto count = static_cast<uint32_t>(std::size(tags));
+    std::string directory = little(count, 2);
+    std::string values;
+    for (const DngTag& tag : tags) {
+        const bool isShort = tag.data.size() <= 4;
+        const uint32_t place = 8 + 2 + count * 12 + 4 + sizeOf(values);
+        directory +=
+            little(tag.tag, 2) + little(tag.type, 2) + little(tag.count, 4) +
+            (isShort ? tag.data + std::string(4 - tag.data.size(), '\0') : little(place, 4));
+        values += isShort ? "" : tag.data + std::string(tag.data.size() % 2, '\0');
+    }
+    std::string head = "II" + little(42, 2) + little(8, 4) + directory + little(0, 4) + values;
+    head.resize(begin, '\0');
+    return head + pixels;
+}
+
 // GIF: a code for each pixel, and the table begun anew before the codes grow beyond a byte.
 std::string gif(ImageSize size)
 {
@@ -407,6 +472,11 @@ std::string aPng(ImageSize size)
 std::string aPngWithPalette(ImageSize size)
 {
     return pngPalette(size);
+}
+
+std::string aCameraFile(ImageSize size)
+{
+    return dng(size);
 }
 
 std::string aBmp(ImageSize size)

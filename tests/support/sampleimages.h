@@ -29,6 +29,8 @@ std::vector<ImageFormat> imageFormats();
 std::string aPng(ImageSize size);
 // Of one bit a pixel, and so of few bytes.
 std::string aPngWithPalette(ImageSize size);
+// Of the size of a camera's picture: decoders refuse small ones.
+std::string aCameraFile(ImageSize size);
 // The same bytes whatever library packs the others.
 std::string aBmp(ImageSize size);
 
