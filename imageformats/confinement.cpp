@@ -1,5 +1,6 @@
 #include "imageformats/confinement.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstddef>
 #include <iterator>
@@ -11,7 +12,6 @@
 #include <sys/syscall.h>
 #include <vector>
 
-// The sanitizers reserve terabytes of addresses.
 #if defined(__SANITIZE_ADDRESS__)
 #define ORV_IS_SANITIZED
 #elif defined(__has_feature)
@@ -92,10 +92,16 @@ void filterCalls()
 }
 
 // The first value ends the process by a signal that can be ignored, the second by one that cannot.
+// A lower limit that this process has already stays.
 bool limit(int resource, quint64 value, quint64 last)
 {
-    const rlimit bound{value, last};
-    return setrlimit(static_cast<__rlimit_resource_t>(resource), &bound) == 0;
+    const auto name = static_cast<__rlimit_resource_t>(resource);
+    rlimit bound = {};
+    if (getrlimit(name, &bound) != 0)
+        return false;
+    bound.rlim_max = std::min<rlim_t>(bound.rlim_max, last);
+    bound.rlim_cur = std::min<rlim_t>(bound.rlim_max, value);
+    return setrlimit(name, &bound) == 0;
 }
 
 bool limit(int resource, quint64 value)
@@ -103,17 +109,13 @@ bool limit(int resource, quint64 value)
     return limit(resource, value, value);
 }
 
-bool limitMemory(quint64 bytes)
-{
-#ifdef ORV_IS_SANITIZED
-    Q_UNUSED(bytes)
-    return true;
-#else
-    return limit(RLIMIT_AS, bytes);
-#endif
-}
-
 } // namespace
+
+#ifdef ORV_IS_SANITIZED
+const bool IsMemoryLimited = false;
+#else
+const bool IsMemoryLimited = true;
+#endif
 
 bool confine(const ConfinementLimits& limits)
 {
@@ -122,8 +124,9 @@ bool confine(const ConfinementLimits& limits)
     prctl(PR_SET_DUMPABLE, 0);
     const bool isLimited =
         limit(RLIMIT_CPU, limits.processorSeconds, limits.processorSeconds + 1) &&
-        limitMemory(limits.memory) && limit(RLIMIT_FSIZE, limits.written) &&
-        limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, 0);
+        (!IsMemoryLimited || limit(RLIMIT_AS, limits.memory)) &&
+        limit(RLIMIT_FSIZE, limits.written) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, 0) &&
+        limit(RLIMIT_NPROC, 0);
     filterCalls();
     return isLimited;
 }

@@ -133,7 +133,7 @@ FREE_IMAGE_FORMAT formatOfContent(QIODevice* device)
     const qint64 begin = device->pos();
     try {
         return FreeImage_GetFileTypeFromHandle(&callbacks, source.handle());
-    } catch (const EndOfFilePassed&) {
+    } catch (...) { // codecs let through whatever their libraries throw
         device->seek(begin);
         return FIF_UNKNOWN;
     }

@@ -21,11 +21,14 @@ namespace {
 constexpr quint64 Gigabyte = quint64(1) << 30;
 constexpr ConfinementLimits Limits{1, 4 * Gigabyte, 1000};
 
-// Confines a child, in which `action` is done. Returns its status, as waitpid() gives it.
-int statusOf(void (*action)())
+// Confines a child, in which `action` is done, and `preparation` before. Returns its status, as
+// waitpid() gives it.
+int statusOf(
+    void (*action)(), void (*preparation)() = [] {})
 {
     const pid_t child = fork();
     if (child == 0) {
+        preparation();
         const bool isConfined = confine(Limits);
         if (isConfined)
             action();
@@ -95,21 +98,46 @@ TEST(Confinement, EndsAProcessThatTakesTooMuchTime)
 
 TEST(Confinement, GivesNoMoreMemoryThanItIsAllowed)
 {
-    EXPECT_EQ(statusOf([] {
-                  void* const memory = mmap(nullptr, 5 * Gigabyte, PROT_READ | PROT_WRITE,
-                                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-                  _exit(memory == MAP_FAILED && errno == ENOMEM ? 0 : 1);
-              }),
-              0);
+    const int status = statusOf([] {
+        void* const memory = mmap(nullptr, 5 * Gigabyte, PROT_READ | PROT_WRITE,
+                                  MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        _exit(memory == MAP_FAILED && errno == ENOMEM ? 1 : 0);
+    });
+    EXPECT_EQ(WEXITSTATUS(status) == 1, IsMemoryLimited);
 }
 
 // The memory for the answer exists before.
-TEST(Confinement, LetsNoFileGrowBeyondItsBound)
+class ConfinedFile : public testing::Test
 {
-    static const int file = memfd_create("answer", MFD_CLOEXEC);
-    EXPECT_EQ(statusOf([] { _exit(ftruncate(file, 1000) == 0 ? 0 : 1); }), 0);
-    const int status = statusOf([] { _exit(ftruncate(file, 1001) == 0 ? 0 : 1); });
-    close(file);
+protected:
+    void SetUp() override { file = memfd_create("answer", MFD_CLOEXEC); }
+    void TearDown() override { close(file); }
+    static void growTo1000() { _exit(ftruncate(file, 1000) == 0 ? 0 : 1); }
+    static void growTo1001() { _exit(ftruncate(file, 1001) == 0 ? 0 : 1); }
+
+    static int file;
+};
+
+int ConfinedFile::file = -1;
+
+TEST_F(ConfinedFile, GrowsToItsBound)
+{
+    EXPECT_EQ(statusOf(&growTo1000), 0);
+}
+
+TEST_F(ConfinedFile, GrowsNotBeyondItsBound)
+{
+    const int status = statusOf(&growTo1001);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGXFSZ);
+}
+
+TEST_F(ConfinedFile, KeepsALowerBound)
+{
+    const int status = statusOf(&growTo1000, [] {
+        const rlimit low{500, 500};
+        setrlimit(RLIMIT_FSIZE, &low);
+    });
     ASSERT_TRUE(WIFSIGNALED(status));
     EXPECT_EQ(WTERMSIG(status), SIGXFSZ);
 }
