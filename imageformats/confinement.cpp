@@ -45,6 +45,7 @@ constexpr int AllowedCalls[] = {
     SYS_futex,        SYS_sched_yield,    SYS_clock_gettime, SYS_gettimeofday,
     SYS_getrandom,    SYS_getpid,         SYS_gettid,        SYS_rt_sigaction,
     SYS_rt_sigreturn, SYS_rt_sigprocmask, SYS_exit,          SYS_exit_group,
+    SYS_sigaltstack, // of the address sanitizer, when something is thrown
 };
 
 sock_filter statement(unsigned code, unsigned value)
