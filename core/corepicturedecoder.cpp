@@ -79,24 +79,32 @@ Descriptor makeMemory()
 class SpawnActions
 {
 public:
-    SpawnActions() { posix_spawn_file_actions_init(&m_actions); }
+    SpawnActions() { note(posix_spawn_file_actions_init(&m_actions)); }
     ~SpawnActions() { posix_spawn_file_actions_destroy(&m_actions); }
     SpawnActions(const SpawnActions&) = delete;
     SpawnActions& operator=(const SpawnActions&) = delete;
 
     void give(const Descriptor& from, DecodingDescriptor to)
     {
-        posix_spawn_file_actions_adddup2(&m_actions, from.number(), static_cast<int>(to));
+        note(posix_spawn_file_actions_adddup2(&m_actions, from.number(), static_cast<int>(to)));
     }
     void silence(int number)
     {
-        posix_spawn_file_actions_addopen(&m_actions, number, "/dev/null", O_WRONLY, 0);
+        note(posix_spawn_file_actions_addopen(&m_actions, number, "/dev/null", O_WRONLY, 0));
     }
-    void closeFrom(int number) { posix_spawn_file_actions_addclosefrom_np(&m_actions, number); }
+    void closeFrom(int number)
+    {
+        note(posix_spawn_file_actions_addclosefrom_np(&m_actions, number));
+    }
+    // False if there was no memory for one of them.
+    bool isComplete() const { return m_isComplete; }
     const posix_spawn_file_actions_t* get() const { return &m_actions; }
 
 private:
+    void note(int error) { m_isComplete = m_isComplete && error == 0; }
+
     posix_spawn_file_actions_t m_actions{};
+    bool m_isComplete = true;
 };
 
 // No signal is blocked or ignored, whatever this process does with its own.
@@ -130,6 +138,8 @@ public:
     explicit ChildProcess(pid_t number) : m_number(number) {}
     ~ChildProcess()
     {
+        if (waitpid(m_number, nullptr, WNOHANG) != 0) // its number may be another's by now
+            return;
         kill(m_number, SIGKILL);
         while (waitpid(m_number, nullptr, 0) < 0 && errno == EINTR) {
         }
@@ -258,7 +268,8 @@ std::shared_ptr<const DecodedPicture> PictureDecoder::decode(const QFile& file,
     actions.give(answering, DecodingDescriptor::Answer);
     actions.give(pixels, DecodingDescriptor::Pixels);
     actions.closeFrom(static_cast<int>(DecodingDescriptor::Pixels) + 1);
-    const std::optional<pid_t> number = start(m_program, ending, actions);
+    const std::optional<pid_t> number =
+        actions.isComplete() ? start(m_program, ending, actions) : std::nullopt;
     if (!number)
         return nullptr;
 

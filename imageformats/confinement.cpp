@@ -101,7 +101,7 @@ bool limit(int resource, quint64 value, quint64 last)
     if (getrlimit(name, &bound) != 0)
         return false;
     bound.rlim_max = std::min<rlim_t>(bound.rlim_max, last);
-    bound.rlim_cur = std::min<rlim_t>(bound.rlim_max, value);
+    bound.rlim_cur = std::min<rlim_t>(bound.rlim_cur, value);
     return setrlimit(name, &bound) == 0;
 }
 

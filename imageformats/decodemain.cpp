@@ -24,9 +24,11 @@ constexpr quint64 ProcessorSeconds = 10;
 // A decoder holds a picture as it is in the file, and converts it; the result is in memory as well.
 constexpr quint64 MaximumFilePixelSize = 16;
 constexpr quint64 Margin = quint64(1) << 29; // libraries, and what decoders keep beside the pixels
-constexpr quint64 Memory = MaximumPicturePixels * (MaximumFilePixelSize + 2 * PixelSize) + Margin;
+constexpr quint64 MaximumFileBytes = MaximumPicturePixels * MaximumFilePixelSize;
+constexpr quint64 MaximumAnswer = MaximumPicturePixels * PixelSize;
+constexpr quint64 Memory = MaximumFileBytes + 2 * MaximumAnswer + Margin;
 
-constexpr PictureLimits Limits{MaximumPicturePixels, MaximumPicturePixels* MaximumFilePixelSize};
+constexpr PictureLimits Limits{MaximumPicturePixels, MaximumFileBytes};
 
 int descriptor(DecodingDescriptor name)
 {
@@ -86,7 +88,7 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     loadPlugins();
     silenceLibraries();
-    if (!confine({ProcessorSeconds, Memory, MaximumPicturePixels * PixelSize}))
+    if (!confine({ProcessorSeconds, Memory, MaximumAnswer}))
         return 1;
     PictureAnswer answer;
     try {

@@ -45,10 +45,11 @@ public:
     explicit PictureDecoder(QString program = PictureDecoder::program(),
                             std::chrono::milliseconds patience = std::chrono::minutes(2));
 
-    // Returns the picture in a file that is open for reading and has a descriptor. `ending` is that
-    // of the file's name, without the dot: it decides for formats that the content does not show.
-    // Null if the file is no whole picture of at most MaximumPicturePixels, if the program is
-    // missing, or if it gives no sound answer before the patience ends.
+    // Returns the picture in a file that is open for reading and has a descriptor, whose position
+    // the program moves. `ending` is that of the file's name, without the dot: it decides for
+    // formats that the content does not show. Returns null if the file is no whole picture of at
+    // most MaximumPicturePixels, if the program is missing, or if it gives no sound answer before
+    // the patience ends.
     std::shared_ptr<const DecodedPicture> decode(const QFile& file, const QString& ending) const;
 
 private:
