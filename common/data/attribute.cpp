@@ -3,6 +3,8 @@
 #include <boost/lexical_cast.hpp>
 #include <charconv>
 #include <cmath>
+#include <limits>
+#include <locale>
 #include <sstream>
 #include <type_traits>
 
@@ -137,12 +139,17 @@ bool parseWholePlain(std::string_view text, Vec<T, N>& value)
     return place == last;
 }
 
+// A sign is allowed, and a minus negates modulo 2 to the 32nd power.
 UInt parse(std::string_view text, const UInt*)
 {
-    int plain = 0;
-    if (parseWholePlain(text, plain) && plain >= 0 && text.front() != '-')
-        return static_cast<UInt>(plain);
-    return boost::lexical_cast<UInt>(text.data(), text.size());
+    const bool hasSign = !text.empty() && (text.front() == '-' || text.front() == '+');
+    const char* const first = text.data() + (hasSign ? 1 : 0);
+    const char* const last = text.data() + text.size();
+    UInt value = 0;
+    const auto result = std::from_chars(first, last, value);
+    if (result.ec != std::errc() || result.ptr != last)
+        throwBadText<UInt>();
+    return hasSign && text.front() == '-' ? 0U - value : value;
 }
 
 bool parse(std::string_view text, const bool*)
@@ -159,12 +166,37 @@ Text parse(std::string_view text, const Text*)
     return Text(text);
 }
 
+// Reads the words that stand for no number, with an optional sign. Returns false for others.
+bool parseWord(std::string_view text, float& value)
+{
+    const bool hasSign = !text.empty() && (text.front() == '-' || text.front() == '+');
+    const std::string_view word = text.substr(hasSign ? 1 : 0);
+    if (word == "nan" || word == "NAN")
+        value = std::numeric_limits<float>::quiet_NaN();
+    else if (word == "inf" || word == "INF" || word == "infinity" || word == "INFINITY")
+        value = std::numeric_limits<float>::infinity();
+    else
+        return false;
+    if (hasSign && text.front() == '-')
+        value = -value;
+    return true;
+}
+
+// In the classic locale, whatever the process has for its own. A stream also takes a number that
+// breaks off behind its exponent's mark.
 float parse(std::string_view text, const float*)
 {
     float value = 0;
-    if (parseWholePlain(text, value))
+    if (parseWholePlain(text, value) || parseWord(text, value))
         return value;
-    return boost::lexical_cast<float>(text.data(), text.size());
+    std::istringstream stream{std::string(text)};
+    stream.imbue(std::locale::classic());
+    stream.unsetf(std::ios::skipws);
+    stream >> value;
+    if (stream.fail() || stream.get() != std::istringstream::traits_type::eof() ||
+        std::string_view("eE+-").find(text.back()) != std::string_view::npos)
+        throwBadText<float>();
+    return value;
 }
 
 template <class T, std::size_t N>

@@ -27,6 +27,51 @@ private:
     TestSupport::DecimalCommaLocale m_locale;
 };
 
+// As a program can set it for all streams that it makes from then on.
+class AttributeUnderGlobalLocale : public testing::Test
+{
+private:
+    struct Punctuation final : std::numpunct<char>
+    {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+
+protected:
+    void TearDown() override { std::locale::global(m_former); }
+
+    std::locale m_former =
+        std::locale::global(std::locale(std::locale::classic(), new Punctuation));
+};
+
+TEST_F(AttributeUnderGlobalLocale, FloatIsReadWithAPoint)
+{
+    EXPECT_EQ(valueFromString<float>("+1.5"), 1.5f);
+}
+
+TEST_F(AttributeUnderGlobalLocale, FloatWithACommaIsRefused)
+{
+    EXPECT_FALSE(parses<float>("+1,5"));
+}
+
+TEST_F(AttributeUnderGlobalLocale, VecIsReadWithPoints)
+{
+    EXPECT_EQ(valueFromString<Float2>("+1.5 2.25"), (Float2{{1.5f, 2.25f}}));
+}
+
+TEST_F(AttributeUnderGlobalLocale, UIntWithGroupingIsRefused)
+{
+    EXPECT_FALSE(parses<UInt>("1.000"));
+}
+
+TEST_F(AttributeUnderGlobalLocale, NumbersAreWrittenWithoutGrouping)
+{
+    EXPECT_EQ(textOf(UInt{1234567}), "1234567");
+    EXPECT_EQ(textOf(1234567.5f), "1234567.5");
+    EXPECT_EQ(textOf(Int2{{1000, 2000}}), "1000 2000");
+}
+
 TEST_F(AttributeUnderDecimalComma, FloatIsWrittenWithAPoint)
 {
     EXPECT_EQ(textOf(1.5f), "1.5");
