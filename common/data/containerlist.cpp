@@ -72,8 +72,7 @@ void PointerArray::move(std::size_t from, std::size_t to)
 
 void ContainerListBase::clear()
 {
-    for (BaseObject* item : m_items)
-        delete item;
+    destroy(m_items.begin(), m_items.size());
     m_items.erase(0, m_items.size());
 }
 

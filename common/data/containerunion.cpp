@@ -4,7 +4,8 @@ namespace Orv::Data {
 
 void ContainerUnionBase::clear()
 {
-    delete m_child;
+    if (m_child != nullptr)
+        destroy(&m_child, 1);
     m_child = nullptr;
 }
 

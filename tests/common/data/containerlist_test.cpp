@@ -1,6 +1,7 @@
 #include "data/containerlist.h"
 
 #include "data/datapointerbox.h"
+#include "data/shadowobject.h"
 #include "support/shelfbuilder.h"
 #include <gtest/gtest.h>
 #include <array>
@@ -21,6 +22,73 @@ std::string titlesOf(const Shelf& shelf)
     for (const Book& book : shelf.books())
         titles += book.title().get();
     return titles;
+}
+
+const Orv::Data::BaseObject* deepestOf(const Shelf& root)
+{
+    const Orv::Data::BaseObject* deepest = &root;
+    while (!static_cast<const Shelf*>(deepest)->shelves().isEmpty())
+        deepest = &static_cast<const Shelf*>(deepest)->shelves().front();
+    return deepest;
+}
+
+// Writes a letter when it dies with the object that it listens to.
+class LastWords final : public Orv::Data::ListenerBase
+{
+public:
+    LastWords(char letter, std::string& text) : m_letter(letter), m_text(text) {}
+    ~LastWords() override { m_text += m_letter; }
+    bool isOwnedByShadow() const override { return true; }
+    std::uint16_t getPriority() const override { return 0; }
+    const Orv::Data::ListenerFilter& getFilter() const override
+    {
+        static constexpr Orv::Data::ListenerFilter filter{0, 0, 0};
+        return filter;
+    }
+    void deliver(const Orv::Data::DataMessage&) override {}
+
+private:
+    char m_letter;
+    std::string& m_text;
+};
+
+std::unique_ptr<Book> aLoudBook(char letter, std::string& text)
+{
+    auto book = std::make_unique<Book>();
+    Orv::Data::ShadowObject::of(*book).addListener(*new LastWords(letter, text));
+    return book;
+}
+
+TEST(ContainerList, HasForwardIterators)
+{
+    using Iterator = decltype(std::declval<const Shelf&>().books().begin());
+    static_assert(std::is_default_constructible_v<Iterator>);
+    static_assert(std::is_base_of_v<std::forward_iterator_tag,
+                                    std::iterator_traits<Iterator>::iterator_category>);
+    const auto shelf = aShelf().withBook("a").withBook("b").build();
+    const auto found = std::find_if(shelf->books().begin(), shelf->books().end(),
+                                    [](const Book& book) { return book.title().get() == "b"; });
+    EXPECT_EQ(found.index(), 1u);
+}
+
+TEST(ContainerList, ATreeOfAMillionLevelsCanBeDestroyed)
+{
+    auto root = nestedShelves(1000000);
+    const DataPointerBox<Orv::Data::BaseObject> deepest(deepestOf(*root));
+    root.reset();
+    EXPECT_FALSE(deepest);
+}
+
+TEST(ContainerList, DestroysItsItemsInOrder)
+{
+    std::string destroyed;
+    {
+        Shelf shelf;
+        shelf.books().pushBack(aLoudBook('a', destroyed));
+        shelf.books().pushBack(aLoudBook('b', destroyed));
+        shelf.books().pushBack(aLoudBook('c', destroyed));
+    }
+    EXPECT_EQ(destroyed, "abc");
 }
 
 TEST(ContainerList, IsEmptyAtFirst)

@@ -28,6 +28,9 @@ public:
 
 protected:
     static void setParent(BaseObject& child, BaseObject* parent) { child.m_parent = parent; }
+    // Deletes `count` children, the first one first, each before what lies below it. Works without
+    // recursion, so that no tree is too deep for it.
+    static void destroy(BaseObject* const* children, std::size_t count);
 };
 
 } // namespace Orv::Data

@@ -93,7 +93,8 @@ class ContainerList : public ContainerListBase
 public:
     using ItemType = T;
 
-    // A read-only walk over typed items; invalid as soon as the list changes.
+    // A read-only walk over typed items. It goes by position: an insertion, removal or move at or
+    // before its place makes it invalid. The items themselves never move in memory.
     class ConstIterator
     {
     public:
@@ -103,6 +104,7 @@ public:
         using difference_type = std::ptrdiff_t;
         using iterator_category = std::forward_iterator_tag;
 
+        ConstIterator() = default;
         ConstIterator(const ContainerListBase& list, std::size_t index)
             : m_list(&list), m_index(index)
         {}
@@ -113,6 +115,12 @@ public:
             ++m_index;
             return *this;
         }
+        ConstIterator operator++(int)
+        {
+            const ConstIterator former = *this;
+            ++m_index;
+            return former;
+        }
         friend bool operator==(const ConstIterator& a, const ConstIterator& b)
         {
             return a.m_index == b.m_index;
@@ -121,8 +129,8 @@ public:
         std::size_t index() const { return m_index; }
 
     private:
-        const ContainerListBase* m_list;
-        std::size_t m_index;
+        const ContainerListBase* m_list = nullptr;
+        std::size_t m_index = 0;
     };
 
     ConstIterator begin() const { return ConstIterator(*this, 0); }
