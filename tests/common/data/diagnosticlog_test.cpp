@@ -118,6 +118,56 @@ TEST(DiagnosticLog, IgnoresTheRemovalOfAnUnknownSink)
     EXPECT_NO_THROW(DiagnosticLog::removeSink(-1));
 }
 
+// Does something in the place of a sink, while it is served.
+class ReactingSink
+{
+public:
+    explicit ReactingSink(std::function<void(const ReactingSink&)> reaction)
+        : m_number(DiagnosticLog::addSink([this, reaction = std::move(reaction)](const LogRecord&) {
+              ++m_calls;
+              reaction(*this);
+          }))
+    {}
+    ReactingSink(const ReactingSink&) = delete;
+    ReactingSink& operator=(const ReactingSink&) = delete;
+    ~ReactingSink() { DiagnosticLog::removeSink(m_number); }
+
+    int number() const { return m_number; }
+    int calls() const { return m_calls; }
+
+private:
+    int m_calls = 0;
+    int m_number;
+};
+
+TEST(DiagnosticLog, LetsASinkWriteAndSparesItItsOwnText)
+{
+    const ReactingSink writing([](const ReactingSink&) { writeOne(); });
+    const RecordingSink other;
+    writeOne();
+    EXPECT_EQ(writing.calls(), 1);
+    EXPECT_EQ(other.records().size(), 2u);
+}
+
+TEST(DiagnosticLog, LetsASinkRemoveItself)
+{
+    const ReactingSink leaving(
+        [](const ReactingSink& sink) { DiagnosticLog::removeSink(sink.number()); });
+    writeOne();
+    writeOne();
+    EXPECT_EQ(leaving.calls(), 1);
+}
+
+TEST(DiagnosticLog, SparesASinkThatAnotherOneRemoves)
+{
+    int next = 0;
+    const ReactingSink removing([&](const ReactingSink&) { DiagnosticLog::removeSink(next); });
+    const RecordingSink removed;
+    next = removed.number();
+    writeOne();
+    EXPECT_TRUE(removed.records().empty());
+}
+
 TEST(DiagnosticLog, LosesNoTextOfSeveralThreads)
 {
     const RecordingSink sink;

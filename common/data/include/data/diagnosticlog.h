@@ -22,7 +22,8 @@ struct LogRecord
 };
 
 // Texts go to every sink, under one lock. Without a sink, as in the tool, they have no effect;
-// work goes on in any case, since they are no errors of the run.
+// work goes on in any case, since they are no errors of the run. A sink may write, and may add or
+// remove sinks, itself included. It does not hear of its own writing.
 class DiagnosticLog
 {
 public:
