@@ -4,6 +4,7 @@
 #include "data/containerlist.h"
 #include "data/containerstruct.h"
 #include "data/containerunion.h"
+#include "data/exceptionbadvalue.h"
 #include "data/filename.h"
 #include "data/latin1.h"
 #include <QIODevice>
@@ -178,7 +179,11 @@ int XmlDataReader::readAttribute(AttributeBase& attribute)
         else
             assignLatin1(m_text, value->value().data(), value->value().size());
     }
-    attribute.fromString(m_text);
+    try {
+        attribute.fromString(m_text);
+    } catch (const boost::bad_lexical_cast&) {
+        throw ExceptionBadValue(std::string(attribute.getMeta().name), lineNumber(), m_text);
+    }
     skipWhitespace();
     return hasError() ? error() : expectEnd();
 }

@@ -1,5 +1,6 @@
 #include "data/xmldatareader.h"
 
+#include "data/exceptionbadvalue.h"
 #include "data/metabinder.h"
 #include "support/shelfbuilder.h"
 #include "support/shelfcases.h"
@@ -297,6 +298,30 @@ TEST_P(XmlDataReaderBadValue, ThrowsThroughTheReader)
 {
     EXPECT_THROW(readShelf(shelfXml(Required_ + GetParam().members)), boost::bad_lexical_cast);
 }
+
+std::string badValueText(const std::string& document)
+{
+    try {
+        readShelf(document);
+    } catch (const Orv::Data::ExceptionBadValue& exception) {
+        return exception.what();
+    }
+    return {};
+}
+
+TEST(XmlDataReaderBadValueText, NamesElementLineAndValue)
+{
+    EXPECT_EQ(badValueText(shelfXml(Required_ + "\n\n<uid v=\"12x\"/>")),
+              "bad value \"12x\" of element \"uid\" in line 3");
+}
+
+TEST(XmlDataReaderBadValueText, KeepsTheBeginOfALongValue)
+{
+    EXPECT_LT(
+        badValueText(shelfXml(Required_ + "<uid v=\"" + std::string(100000, 'x') + "\"/>")).size(),
+        300u);
+}
+
 INSTANTIATE_TEST_SUITE_P(Types, XmlDataReaderBadValue,
                          testing::Values(BadValueCase{"BoolAsWord", R"(<open v="true"/>)"},
                                          BadValueCase{"UIntWithLetters", R"(<uid v="oak"/>)"},

@@ -44,7 +44,7 @@ public:
     // Fills `root`, whose element name the document's root must have. Answers 0 (Success) or the
     // first failure, an XmlReadStatus or an error of the stream reader, with the text in
     // errorString(); the tree is then incomplete. A value text that its type refuses throws
-    // boost::bad_lexical_cast. Progress is told about twenty times for a document over 1 MiB.
+    // ExceptionBadValue. Progress is told about twenty times for a document over 1 MiB.
     int read(BaseObject& root, const ProgressFunction& progress);
 
 private:
