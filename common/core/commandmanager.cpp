@@ -56,7 +56,8 @@ ActivitySignal& CommandManager::activityChanged()
 
 bool CommandManager::push(const std::shared_ptr<ICommand>& command)
 {
-    logNamed("(push : %1)\n", *command);
+    if (command != nullptr)
+        logNamed("(push : %1)\n", *command);
     m_queue->append(command);
     return true;
 }
@@ -77,9 +78,10 @@ bool CommandManager::run(const std::shared_ptr<ICommand>& command)
         return false;
     m_signals->aboutToExecute(command);
     logNamed("Execute : %1\n", *command);
-    m_logDepth += m_logging ? 1 : 0;
+    const int depth = m_logging ? 1 : 0; // the command may switch the log
+    m_logDepth += depth;
     const bool isDone = command->execute();
-    m_logDepth -= m_logging ? 1 : 0;
+    m_logDepth -= depth;
     if (!isDone && m_logging)
         log(QStringLiteral("Command '%1' Failed !\n").arg(command->getName()));
     (isDone ? m_signals->executed : m_signals->failed)(command);

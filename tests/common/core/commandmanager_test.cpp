@@ -457,6 +457,42 @@ TEST_F(CommandLog, IndentsCommandsWithinCommands)
                         "Command 'outer' Failed !\n");
 }
 
+TEST_F(CommandLog, ACommandMaySwitchItOn)
+{
+    manager.setLogging(false);
+    manager.execute(makeCommand("on", [&] {
+        manager.setLogging(true);
+        return true;
+    }));
+    manager.execute(noted("a"));
+    EXPECT_EQ(logged(), "(execute : a)\nExecute : a\n");
+}
+
+TEST_F(CommandLog, ACommandMaySwitchItOff)
+{
+    manager.execute(makeCommand("off", [&] {
+        manager.setLogging(false);
+        return true;
+    }));
+    manager.setLogging(true);
+    manager.execute(noted("a"));
+    EXPECT_EQ(logged(), "(execute : off)\nExecute : off\n(execute : a)\nExecute : a\n");
+}
+
+TEST_F(CommandLog, TellsNothingOfNoCommand)
+{
+    EXPECT_TRUE(manager.push(nullptr));
+    EXPECT_FALSE(QFile::exists("commands.log"));
+}
+
+TEST_F(CommandManagerTest, NoCommandIsPushedAndPassedOver)
+{
+    manager.push(nullptr);
+    manager.push(noted("a"));
+    manager.update();
+    EXPECT_EQ(journal, (Journal{"about a", "run a", "executed a"}));
+}
+
 TEST_F(CommandLog, TellsOfPushesAndUpdates)
 {
     manager.push(noted("a"));
