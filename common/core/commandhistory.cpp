@@ -22,10 +22,12 @@ bool CommandHistory::execute()
         context.close();
         throw;
     }
-    if (isDone)
+    if (!isDone) {
+        context.m_rollback = true;
+    } else if (context.enclosing() == nullptr) {
         m_undoScratch = scratch;
-    else
-        context.setRollback();
+        m_redoScratch.reset();
+    }
     context.close();
     return isDone;
 }
@@ -33,44 +35,76 @@ bool CommandHistory::execute()
 bool CommandHistory::reverse(std::shared_ptr<HistoryScratch>& from,
                              std::shared_ptr<HistoryScratch>& to)
 {
+    // An edit that is under way may still be refused, and could not be reversed then.
+    if (from == nullptr || ManipulatorContext::innermost() != nullptr)
+        return false;
+    const auto scratch = std::make_shared<HistoryScratch>();
+    ManipulatorContext context(scratch);
+    context.m_isReplay = true;
     try {
-        to = std::make_shared<HistoryScratch>();
-        ManipulatorContext context(to);
-        context.setReplay();
         from->undoAll(context);
-        from.reset();
-        context.close();
-        return true;
     } catch (...) {
+        context.m_rollback = true;
+        context.close();
+        from->append(*scratch); // what was reversed and has come back
         return false;
     }
+    try {
+        context.close();
+    } catch (...) { // of a listener
+        from = restore(*scratch);
+        return false;
+    }
+    from.reset();
+    to = scratch;
+    return true;
+}
+
+// Brings the tree back to where `scratch` leads, whatever listeners throw on the way. Returns what
+// reverses that.
+std::shared_ptr<HistoryScratch> CommandHistory::restore(HistoryScratch& scratch)
+{
+    const auto back = std::make_shared<HistoryScratch>();
+    ManipulatorContext context(back);
+    context.m_isReplay = true;
+    try {
+        scratch.undoAll(context);
+        context.close();
+    } catch (...) { // a listener that cannot follow has been told as well as can be
+    }
+    return back;
 }
 
 bool CommandHistory::undo()
 {
-    return m_undoScratch != nullptr && reverse(m_undoScratch, m_redoScratch);
+    return reverse(m_undoScratch, m_redoScratch);
 }
 
 bool CommandHistory::redo()
 {
-    return m_redoScratch != nullptr && reverse(m_redoScratch, m_undoScratch);
+    return reverse(m_redoScratch, m_undoScratch);
 }
 
 bool CommandHistory::canMerge(const std::shared_ptr<ICommand>& other) const
 {
     const auto* history = dynamic_cast<const CommandHistory*>(other.get());
-    return history != nullptr && typeid(*history) == typeid(*this) && !m_mergeKey.empty() &&
-           history->m_mergeKey == m_mergeKey;
+    return history != nullptr && history != this && typeid(*history) == typeid(*this) &&
+           !m_mergeKey.empty() && history->m_mergeKey == m_mergeKey;
 }
 
 bool CommandHistory::merge(const std::shared_ptr<ICommand>& other)
 {
-    if (!canMerge(other))
+    if (m_undoScratch == nullptr || !canMerge(other))
         return false;
     auto& history = static_cast<CommandHistory&>(*other);
-    if (m_undoScratch != nullptr && history.m_undoScratch != nullptr)
+    if (history.m_undoScratch != nullptr)
         m_undoScratch->append(*history.m_undoScratch);
     return true;
+}
+
+std::size_t CommandHistory::undoSize() const
+{
+    return m_undoScratch == nullptr ? 0 : m_undoScratch->size();
 }
 
 } // namespace Orv::Core

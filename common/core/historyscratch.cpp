@@ -4,6 +4,8 @@
 #include "core/manipulatorbase.h"
 #include "core/manipulatorlist.h"
 #include "core/manipulatorunion.h"
+#include "data/diagnosticlog.h"
+#include <QtGlobal>
 #include <utility>
 
 namespace Orv::Core {
@@ -30,6 +32,11 @@ protected:
         if (!m_target)
             throw ExceptionCantUndo();
         return m_factory->create(*m_target, context);
+    }
+    // Cuts off the listeners of an object that has left the tree for good.
+    static void settleObject(ManipulatorContext& context, Data::BaseObject& object)
+    {
+        context.takeOut(object);
     }
 
 private:
@@ -111,7 +118,7 @@ public:
     void settle(ManipulatorContext& context) override
     {
         for (const auto& item : m_items)
-            context.settleObject(*item);
+            settleObject(context, *item);
     }
 
 private:
@@ -126,32 +133,56 @@ private:
     std::vector<std::unique_ptr<Data::BaseObject>> m_items;
 };
 
+// Moves in a row within one list are one item, which knows where each of them began.
 class ItemListMove final : public ItemList
 {
 public:
     ItemListMove(const ManipulatorListBase& manipulator, std::size_t index, std::ptrdiff_t offset)
-        : ItemList(manipulator), m_index(index), m_offset(offset)
+        : ItemList(manipulator), m_moves{{index, offset}}
     {}
-    // The place of the next move is not looked at: two moves in a row are taken for the steps of
-    // one item. Histories depend on it.
     bool merge(const Item& next) override
     {
-        const auto* move = dynamic_cast<const ItemListMove*>(&next);
-        if (move == nullptr || !hasSameTarget(next))
+        const auto* item = dynamic_cast<const ItemListMove*>(&next);
+        if (item == nullptr || !hasSameTarget(next))
             return false;
-        m_offset += move->m_offset;
+        for (const Move& move : item->m_moves)
+            add(move);
         return true;
     }
 
 private:
-    void undoOn(ManipulatorListBase& list) override
+    struct Move
     {
-        list.move(static_cast<std::size_t>(static_cast<std::ptrdiff_t>(m_index) + m_offset),
-                  -m_offset);
+        std::size_t index; // before the move
+        std::ptrdiff_t offset;
+
+        std::size_t target() const
+        {
+            return static_cast<std::size_t>(static_cast<std::ptrdiff_t>(index) + offset);
+        }
+    };
+
+    // A move that goes on with the item that the last one moved lengthens the last one.
+    void add(const Move& move)
+    {
+        if (move.index == m_moves.back().target())
+            m_moves.back().offset += move.offset;
+        else
+            m_moves.push_back(move);
     }
 
-    std::size_t m_index;
-    std::ptrdiff_t m_offset;
+    void undoOn(ManipulatorListBase& list) override
+    {
+        // All are checked before the first is done.
+        const std::size_t size = list.list()->size();
+        for (const Move& move : m_moves)
+            if (move.index >= size || move.target() >= size)
+                throw ExceptionOutOfBounds();
+        for (auto move = m_moves.rbegin(); move != m_moves.rend(); ++move)
+            list.move(move->target(), -move->offset);
+    }
+
+    std::vector<Move> m_moves;
 };
 
 class ItemUnion final : public Item
@@ -168,7 +199,7 @@ public:
     void settle(ManipulatorContext& context) override
     {
         if (m_oldChild != nullptr)
-            context.settleObject(*m_oldChild);
+            settleObject(context, *m_oldChild);
     }
 
 private:
@@ -218,10 +249,9 @@ void HistoryScratch::addUnion(const ManipulatorUnionBase& manipulator,
 
 void HistoryScratch::undoAll(ManipulatorContext& context)
 {
-    // By count: in a rollback the undoing appends its own items to this very list.
-    auto place = m_items.end();
-    for (std::size_t left = m_items.size(); left > 0; --left)
-        (*--place)->undo(context);
+    Q_ASSERT(&context.scratch() != this);
+    for (; !m_items.empty(); m_items.pop_back())
+        m_items.back()->undo(context);
 }
 
 void HistoryScratch::settleAll(ManipulatorContext& context)
@@ -232,11 +262,18 @@ void HistoryScratch::settleAll(ManipulatorContext& context)
 
 void HistoryScratch::rollback(ManipulatorContext& context)
 {
-    if (m_items.empty())
-        return;
-    const auto last = std::prev(m_items.end());
-    undoAll(context);
-    m_items.erase(m_items.begin(), std::next(last));
+    Q_ASSERT(&context.scratch() == this);
+    // The undoing records its own items in this very list.
+    const auto done = std::exchange(m_items, {});
+    for (auto item = done.rbegin(); item != done.rend(); ++item) {
+        try {
+            (*item)->undo(context);
+        } catch (const ExceptionCantUndo&) {
+            // The tree was changed past the history. The other items can still be reversed.
+            DiagnosticLog::write(LogLevel::Inconsistency, "core/historyscratch", 0,
+                                 "Refused edit cannot be reversed whole");
+        }
+    }
     settleAll(context);
 }
 

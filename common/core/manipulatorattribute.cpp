@@ -14,7 +14,7 @@ std::unique_ptr<ManipulatorFactoryBase> ManipulatorAttribute<T>::createFactory()
 template <class T>
 void ManipulatorAttribute<T>::set(const T& value)
 {
-    context().scratch().addAttribute(*this);
+    scratch().addAttribute(*this);
     static_cast<DataType&>(object()).m_value = value;
     notify(Data::ChangeType::Value, {});
 }

@@ -15,12 +15,30 @@ ManipulatorContext::~ManipulatorContext()
         close();
 }
 
+std::size_t ManipulatorContext::historySize() const
+{
+    return m_scratch->size();
+}
+
+ManipulatorContext* ManipulatorContext::innermost()
+{
+    return static_cast<ManipulatorContext*>(ManipulatorContextBase::innermost());
+}
+
+ManipulatorContext* ManipulatorContext::enclosing() const
+{
+    return static_cast<ManipulatorContext*>(ManipulatorContextBase::enclosing());
+}
+
 void ManipulatorContext::close()
 {
     m_isClosed = true;
     try {
         if (m_rollback) {
             m_scratch->rollback(*this);
+        } else if (enclosing() != nullptr) {
+            enclosing()->scratch().append(*m_scratch);
+            join();
         } else {
             dispatch();
             m_scratch->settleAll(*this);

@@ -34,7 +34,7 @@ void ManipulatorListBase::insert(std::size_t index,
     static_cast<ContainerListBase&>(object()).insertOwned(index, pointers);
     for (auto& item : items)
         static_cast<void>(item.release()); // the list owns them now
-    context().scratch().addListInsert(*this, index, pointers.size());
+    scratch().addListInsert(*this, index, pointers.size());
     for (const Data::BaseObject* pointer : pointers)
         noteInserted(*pointer);
     ChangeRuns runs;
@@ -49,7 +49,7 @@ void ManipulatorListBase::erase(std::size_t index, std::size_t count)
     for (std::size_t i = index; i < index + count; ++i)
         notifyRemoved(*list()->childAt(i));
     auto items = static_cast<ContainerListBase&>(object()).takeOwned(index, count);
-    context().scratch().addListErase(*this, index, std::move(items));
+    scratch().addListErase(*this, index, std::move(items));
     ChangeRuns runs;
     runs.eraseRun(index, count);
     notify(ChangeType::Erased, runs);
@@ -66,7 +66,7 @@ void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)
         return;
     static_cast<ContainerListBase&>(object()).moveOwned(index,
                                                         static_cast<std::size_t>(from + offset));
-    context().scratch().addListMove(*this, index, offset);
+    scratch().addListMove(*this, index, offset);
     ChangeRuns runs;
     runs.moveRun(index, offset);
     notify(ChangeType::Moved, runs);

@@ -20,7 +20,7 @@ void ManipulatorUnionBase::set(std::unique_ptr<Data::BaseObject> child)
         type |= ChangeType::Erased;
         notifyRemoved(*target.get());
     }
-    context().scratch().addUnion(*this, target.takeOwned());
+    scratch().addUnion(*this, target.takeOwned());
     if (child != nullptr) {
         runs.insertRun(0, 1);
         type |= ChangeType::Inserted;

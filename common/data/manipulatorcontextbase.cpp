@@ -18,8 +18,8 @@ std::uint16_t deliveryKey(std::uint16_t priority)
     return static_cast<std::uint16_t>(priority + shift);
 }
 
-// Contexts live on the stack of the one thread that edits documents.
-ManipulatorContextBase* innermost = nullptr;
+// Contexts live on the stack of the thread that edits the document.
+thread_local ManipulatorContextBase* innermostContext = nullptr;
 
 bool isServedFirst(const ListenerEntry& entry)
 {
@@ -28,14 +28,19 @@ bool isServedFirst(const ListenerEntry& entry)
 
 } // namespace
 
-ManipulatorContextBase::ManipulatorContextBase() : m_enclosing(innermost)
+ManipulatorContextBase::ManipulatorContextBase() : m_enclosing(innermostContext)
 {
-    innermost = this;
+    innermostContext = this;
 }
 
 ManipulatorContextBase::~ManipulatorContextBase()
 {
-    innermost = m_enclosing;
+    innermostContext = m_enclosing;
+}
+
+ManipulatorContextBase* ManipulatorContextBase::innermost()
+{
+    return innermostContext;
 }
 
 void ManipulatorContextBase::addListener(const BaseObject& object, ListenerBase& listener)
@@ -87,8 +92,25 @@ void ManipulatorContextBase::notifyRemoved(BaseObject& object)
     });
 }
 
+void ManipulatorContextBase::setAside(ShadowObject& shadow)
+{
+    m_aside[&shadow] = shadow.takePending();
+}
+
+std::unique_ptr<PendingState> ManipulatorContextBase::takeAside(const ShadowObject& shadow)
+{
+    const auto place = m_aside.find(&shadow);
+    if (place == m_aside.end())
+        return nullptr;
+    auto state = std::move(place->second);
+    m_aside.erase(place);
+    return state->shadow == &shadow ? std::move(state) : nullptr;
+}
+
 void ManipulatorContextBase::postOn(ShadowObject& shadow, ChangeEvent& event)
 {
+    if (m_enclosing != nullptr && shadow.hasPending() && !(shadow.m_pending->context == this))
+        setAside(shadow);
     const bool wasPending = shadow.hasPending();
     if (!shadow.post(event, *this))
         return;
@@ -181,8 +203,26 @@ void ManipulatorContextBase::takeOut(BaseObject& object)
     });
 }
 
+void ManipulatorContextBase::join()
+{
+    const auto touched = std::exchange(m_touched, {});
+    for (const auto& box : touched) {
+        ShadowObject* shadow = box.access();
+        if (shadow == nullptr)
+            continue;
+        if (const auto aside = takeAside(*shadow))
+            shadow->mergeBehind(*aside, *m_enclosing); // the enclosing context has touched it
+        else
+            m_enclosing->touch(*shadow);
+        if (shadow->hasPending())
+            shadow->m_pending->context.reset(m_enclosing);
+    }
+}
+
 void ManipulatorContextBase::finish()
 {
+    // What the listeners below do while they die belongs to the enclosing context.
+    innermostContext = m_enclosing;
     if (m_enclosing != nullptr)
         for (const auto& object : m_inserted)
             m_enclosing->m_inserted.push_back(object);
@@ -194,9 +234,12 @@ void ManipulatorContextBase::finish()
         if (shadow == nullptr)
             continue;
         shadow->dropPending();
-        if (shadow->owner() == nullptr)
+        if (auto aside = takeAside(*shadow))
+            shadow->putBack(std::move(*aside));
+        else if (shadow->owner() == nullptr)
             delete shadow;
     }
+    m_aside.clear();
     m_skipSet.clear();
 }
 

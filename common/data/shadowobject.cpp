@@ -2,9 +2,24 @@
 
 #include "data/diagnosticlog.h"
 #include "data/manipulatorcontextbase.h"
+#include <QtGlobal>
 #include <algorithm>
 
 namespace Orv::Data {
+
+namespace {
+
+// The entry of the same listener; null if there is none.
+const ListenerEntry* findEntry(const std::vector<ListenerEntry>& entries, const ListenerEntry& like)
+{
+    const auto place =
+        std::find_if(entries.begin(), entries.end(), [&like](const ListenerEntry& entry) {
+            return entry.listener && entry.listener == like.listener;
+        });
+    return place == entries.end() ? nullptr : &*place;
+}
+
+} // namespace
 
 ShadowObject::ShadowObject(BaseObject& owner)
 {
@@ -94,6 +109,59 @@ void ShadowObject::dropPending()
         entry.matched = false;
         entry.hasOwnMessage = false;
         entry.ownMessage.reset();
+    }
+}
+
+std::unique_ptr<PendingState> ShadowObject::takePending()
+{
+    auto state = std::make_unique<PendingState>();
+    state->shadow.reset(this);
+    state->pending = std::move(m_pending);
+    state->entries = m_listeners;
+    dropPending();
+    return state;
+}
+
+void ShadowObject::putBack(PendingState state)
+{
+    Q_ASSERT(!m_pending);
+    m_pending = std::move(state.pending);
+    for (ListenerEntry& entry : m_listeners) {
+        const ListenerEntry* former = findEntry(state.entries, entry);
+        entry.matched = former != nullptr && former->matched;
+        // A listener that came since then must not hear of what is pending.
+        entry.hasOwnMessage = former == nullptr || former->hasOwnMessage;
+        if (former != nullptr)
+            entry.ownMessage = former->ownMessage;
+    }
+}
+
+void ShadowObject::mergeBehind(const PendingState& state, ManipulatorContextBase& context)
+{
+    const std::unique_ptr<DataMessage> later = std::move(m_pending);
+    if (later)
+        later->context.reset(&context);
+    m_pending = std::make_unique<DataMessage>(*state.pending);
+    if (later)
+        m_pending->merge(later->type, later->runs);
+    for (ListenerEntry& entry : m_listeners) {
+        const ListenerEntry* former = findEntry(state.entries, entry);
+        auto own = entry.hasOwnMessage ? entry.ownMessage
+                   : later             ? std::make_shared<DataMessage>(*later)
+                                       : nullptr;
+        if (former != nullptr && former->ownMessage && own) {
+            const auto joined = std::make_shared<DataMessage>(*former->ownMessage);
+            joined->merge(own->type, own->runs);
+            own = joined;
+        } else if (former != nullptr && former->ownMessage) {
+            own = former->ownMessage;
+        }
+        // A listener of the state hears of all of it. One that came later has its own message.
+        entry.hasOwnMessage = former == nullptr || former->hasOwnMessage;
+        entry.ownMessage = entry.hasOwnMessage ? own : nullptr;
+        // A removal has asked each listener anew.
+        const bool isRemoved = later && later->type == ChangeType::Removed;
+        entry.matched = entry.matched || (!isRemoved && former != nullptr && former->matched);
     }
 }
 

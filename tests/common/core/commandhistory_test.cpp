@@ -47,7 +47,7 @@ protected:
         auto command = makeCommand(
             [this, function](ManipulatorContext& context) {
                 function(context);
-                recorded = context.scratch().size();
+                recorded = context.historySize();
             },
             mergeKey);
         command->execute();
@@ -143,24 +143,58 @@ TEST_F(History, StepsOfOneItemAreOneMove)
     EXPECT_EQ(titlesOf(library.root), "a b c");
 }
 
-TEST_F(History, MovesOfTwoItemsAreReversedAsIfTheyWereStepsOfOne)
+TEST_F(History, MovesOfTwoItemsAreOneItemAndUndoneExactly)
 {
     const auto command = run([&](auto& context) {
         root(context).books().move(0, 1); // b a c
-        root(context).books().move(0, 1); // a b c
+        root(context).books().move(0, 2); // a c b
     });
     EXPECT_EQ(recorded, 1u);
-    command->undo();
-    EXPECT_EQ(titlesOf(library.root), "c a b"); // the item at 0 + 2 goes back by 2
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(titlesOf(library.root), "a b c");
 }
 
-TEST_F(History, MovesThatLeadOutOfTheListAreNotUndone)
+TEST_F(History, MovesOfTwoItemsAreRedoneExactly)
 {
     const auto command = run([&](auto& context) {
-        root(context).books().move(0, 2);
+        root(context).books().move(0, 1);
         root(context).books().move(0, 2);
     });
-    EXPECT_FALSE(command->undo());
+    command->undo();
+    EXPECT_TRUE(command->redo());
+    EXPECT_EQ(titlesOf(library.root), "a c b");
+}
+
+TEST_F(History, ASpliceOfSeveralItemsIsUndoneExactly)
+{
+    const auto command = run([&](auto& context) {
+        const auto books = root(context).books();
+        auto last = books.begin();
+        ++ ++last;
+        root(context).books().splice(books.end(), books.begin(), last); // c a b
+    });
+    EXPECT_EQ(titlesOf(library.root), "c a b");
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(titlesOf(library.root), "a b c");
+}
+
+TEST_F(History, ARefusedEditWithMovesOfTwoItemsLeavesTheTreeAsItWas)
+{
+    EXPECT_NO_THROW(editAndRefuse([&](auto& context) {
+        root(context).books().move(0, 2);
+        root(context).books().move(0, 2);
+    }));
+    EXPECT_EQ(titlesOf(library.root), "a b c");
+}
+
+TEST_F(History, MovesOfMergedCommandsAreUndoneExactly)
+{
+    const auto move = [&](auto& context) { root(context).books().move(0, 2); };
+    const auto first = run(move, "key");
+    const auto second = run(move, "key");
+    EXPECT_TRUE(first->merge(second));
+    EXPECT_TRUE(first->undo());
+    EXPECT_EQ(titlesOf(library.root), "a b c");
 }
 
 TEST_F(History, MovesInTwoListsAreTwoItems)
@@ -275,6 +309,77 @@ TEST_F(History, UndoFailsWhenAListenerThrows)
     attach(library.root, listener);
     listener.reaction = [](const DataMessage&) { throw std::runtime_error("deaf ear"); };
     EXPECT_FALSE(command->undo());
+}
+
+TEST_F(History, UndoThatAListenerStoppedLeavesTheTreeAsItWas)
+{
+    const auto command = run([&](auto& context) { editEverything(library, context); });
+    const std::string done = now();
+    attach(library.root, listener);
+    listener.reaction = [](const DataMessage&) { throw std::runtime_error("deaf ear"); };
+    command->undo();
+    EXPECT_EQ(now(), done);
+}
+
+TEST_F(History, UndoThatAListenerStoppedCanBeTriedAgain)
+{
+    const auto command = run([&](auto& context) { editEverything(library, context); });
+    attach(library.root, listener);
+    listener.reaction = [](const DataMessage&) { throw std::runtime_error("deaf ear"); };
+    command->undo();
+    listener.reaction = nullptr;
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(now(), before);
+}
+
+// An edit in between takes away what the first step of the command wants back.
+class FailingUndo : public History
+{
+protected:
+    FailingUndo()
+        : command(run([this](auto& context) {
+              root(context).books().erase(2, 1);
+              root(context).name().set("x");
+              root(context).books().pushBack(aBook("d"));
+          })),
+          between(run([this](auto& context) { root(context).books().erase(0, 2); })), done(now())
+    {}
+    std::shared_ptr<CommandDataModification> command; // leaves "a b d"
+    std::shared_ptr<CommandDataModification> between; // leaves "d"
+    std::string done;
+};
+
+TEST_F(FailingUndo, SaysSo)
+{
+    EXPECT_FALSE(command->undo());
+}
+
+TEST_F(FailingUndo, LeavesTheTreeAsItWas)
+{
+    command->undo();
+    EXPECT_EQ(now(), done);
+}
+
+TEST_F(FailingUndo, TellsNobody)
+{
+    attach(library.root, listener);
+    command->undo();
+    EXPECT_EQ(listener.told, Journal{});
+}
+
+TEST_F(FailingUndo, SucceedsWhenTheObstacleIsGone)
+{
+    command->undo();
+    between->undo();
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_F(FailingUndo, KeepsTheObjectsThatItPutsBack)
+{
+    const DataPointerBox<Book> box(&library.root.books().at(0)); // "d"
+    command->undo();
+    EXPECT_TRUE(box);
 }
 
 TEST(ExceptionCantUndoText, IsFixed)
@@ -444,41 +549,58 @@ TEST_F(History, TheTextOfACallToAnEmptyFunctionIsFixed)
 
 // Commands within commands.
 
-TEST_F(History, ACommandWithinAnEditIsUndoneByItself)
+TEST_F(History, ACommandWithinAnEditIsUndoneWithTheEdit)
 {
-    std::shared_ptr<CommandDataModification> inner;
     const auto outer = makeCommand([&](auto& context) {
-        root(context).name().set("outer");
-        inner = makeCommand([&](auto& within) { root(within).uid().set(5); });
-        inner->execute();
-    });
-    outer->execute();
-    outer->undo();
-    EXPECT_EQ(library.root.name().get(), "root");
-    EXPECT_EQ(library.root.uid().get(), 5u);
-    inner->undo();
-    EXPECT_EQ(now(), before);
-}
-
-TEST_F(History, ACommandWithinADeliveryIsUndoneByItself)
-{
-    attach(library.root.name(), listener);
-    const auto inner = makeCommand([&](auto& context) { root(context).uid().set(5); });
-    listener.reaction = [&](const DataMessage&) { inner->execute(); };
-    edit([&](auto& context) { root(context).name().set("outer"); });
-    EXPECT_TRUE(inner->undo());
-    EXPECT_EQ(library.root.name().get(), "outer");
-    EXPECT_EQ(library.root.uid().get(), 0u);
-}
-
-TEST_F(History, ARefusedEditLeavesWhatCommandsWithinHaveDone)
-{
-    editAndRefuse([&](auto& context) {
         root(context).name().set("outer");
         edit([&](auto& within) { root(within).uid().set(5); });
     });
-    EXPECT_EQ(library.root.name().get(), "root");
+    outer->execute();
+    EXPECT_TRUE(outer->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_F(History, ACommandWithinAnEditIsRedoneWithTheEdit)
+{
+    const auto outer = makeCommand([&](auto& context) {
+        root(context).name().set("outer");
+        edit([&](auto& within) { editEverything(library, within); });
+    });
+    outer->execute();
+    const std::string done = now();
+    outer->undo();
+    EXPECT_TRUE(outer->redo());
+    EXPECT_EQ(now(), done);
+}
+
+TEST_F(History, ACommandWithinAnEditHasNothingToUndoByItself)
+{
+    const auto inner = makeCommand([&](auto& context) { root(context).uid().set(5); });
+    edit([&](auto&) { inner->execute(); });
+    EXPECT_FALSE(inner->undo());
     EXPECT_EQ(library.root.uid().get(), 5u);
+}
+
+TEST_F(History, ACommandWithinADeliveryIsUndoneWithTheEdit)
+{
+    attach(library.root.name(), listener);
+    listener.reaction = [&](const DataMessage&) {
+        listener.reaction = nullptr;
+        edit([&](auto& context) { root(context).uid().set(5); });
+    };
+    const auto outer = run([&](auto& context) { root(context).name().set("outer"); });
+    EXPECT_EQ(library.root.uid().get(), 5u);
+    EXPECT_TRUE(outer->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_F(History, ARefusedEditTakesWhatCommandsWithinHaveDoneAlong)
+{
+    editAndRefuse([&](auto& context) {
+        root(context).name().set("outer");
+        edit([&](auto& within) { editEverything(library, within); });
+    });
+    EXPECT_EQ(now(), before);
 }
 
 TEST_F(History, ARefusedCommandWithinLeavesTheOuterEdit)
@@ -488,6 +610,26 @@ TEST_F(History, ARefusedCommandWithinLeavesTheOuterEdit)
         editAndRefuse([&](auto& within) { root(within).name().set("inner"); });
     });
     EXPECT_EQ(library.root.name().get(), "outer");
+}
+
+TEST_F(History, ARefusedCommandWithinIsNoPartOfTheHistoryOfTheEdit)
+{
+    const auto outer = run([&](auto& context) {
+        root(context).name().set("outer");
+        editAndRefuse([&](auto& within) { editEverything(library, within); });
+    });
+    EXPECT_EQ(recorded, 1u);
+    EXPECT_TRUE(outer->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_F(History, NothingIsUndoneWithinAnEdit)
+{
+    const auto former = run([&](auto& context) { root(context).name().set("x"); });
+    bool isUndone = true;
+    edit([&](auto&) { isUndone = former->undo(); });
+    EXPECT_FALSE(isUndone);
+    EXPECT_TRUE(former->undo());
 }
 
 // Merging commands.
@@ -533,23 +675,53 @@ TEST_F(History, ACommandThatHasNotRunAddsNothing)
 
 TEST_F(History, AppendedItemsAreMergedAsLongAsTheyAreRedundant)
 {
-    HistoryScratch* history = nullptr;
-    HistoryScratch* later = nullptr;
-    const auto first = makeCommand([&](auto& context) {
-        history = &context.scratch();
-        root(context).name().set("x");
-    });
-    const auto second = makeCommand([&](auto& context) {
-        later = &context.scratch();
-        root(context).name().set("y");
-        root(context).uid().set(1);
-        root(context).name().set("z");
-    });
-    first->execute();
-    second->execute();
-    history->append(*later);
-    EXPECT_EQ(history->size(), 3u);
-    EXPECT_EQ(later->size(), 0u);
+    const auto first = run([&](auto& context) { root(context).name().set("x"); }, "key");
+    const auto second = run(
+        [&](auto& context) {
+            root(context).name().set("y");
+            root(context).uid().set(1);
+            root(context).name().set("z");
+        },
+        "key");
+    first->merge(second);
+    EXPECT_EQ(first->undoSize(), 3u);
+    EXPECT_EQ(second->undoSize(), 0u);
+}
+
+TEST_F(History, ACommandDoesNotMergeWithItself)
+{
+    const auto command = run([&](auto& context) { editEverything(library, context); }, "key");
+    EXPECT_FALSE(command->canMerge(command));
+    EXPECT_FALSE(command->merge(command));
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_F(History, AnUndoneCommandTakesNoOtherOver)
+{
+    const auto first = run([&](auto& context) { root(context).name().set("x"); }, "key");
+    first->undo();
+    const auto second = run([&](auto& context) { root(context).name().set("y"); }, "key");
+    EXPECT_FALSE(first->merge(second));
+    EXPECT_TRUE(second->undo());
+}
+
+TEST_F(History, ACommandRunAgainHasNothingToRedo)
+{
+    const auto command = run([&](auto& context) { root(context).name().set("x"); });
+    command->undo();
+    command->execute();
+    EXPECT_FALSE(command->redo());
+    EXPECT_EQ(library.root.name().get(), "x");
+}
+
+TEST_F(History, ACommandRunAgainIsUndone)
+{
+    const auto command = run([&](auto& context) { root(context).books().move(0, 1); });
+    command->undo();
+    command->execute();
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(now(), before);
 }
 
 namespace {

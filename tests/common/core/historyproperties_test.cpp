@@ -67,15 +67,13 @@ void eraseSome(std::mt19937& random, Orv::Core::ManipulatorListBase& list)
     list.erase(index, pick<std::size_t>(random, 0, list.list()->size() - index));
 }
 
-// Moves in a row are taken for steps of one item, hence the write behind each.
-void moveOne(std::mt19937& random, Orv::Core::ManipulatorListBase& list, ShelfEdit& shelf)
+void moveOne(std::mt19937& random, Orv::Core::ManipulatorListBase& list)
 {
     if (list.list()->isEmpty())
         return;
     const auto from = static_cast<std::ptrdiff_t>(below(random, list.list()->size()));
     const auto to = static_cast<std::ptrdiff_t>(below(random, list.list()->size()));
     list.move(static_cast<std::size_t>(from), to - from);
-    shelf.uid().set(pick(random, 0u, 9u));
 }
 
 using Edit = void (*)(std::mt19937&, ShelfEdit&);
@@ -96,7 +94,7 @@ const Edit Edits[] = {
     },
     [](std::mt19937& random, ShelfEdit& shelf) {
         auto books = shelf.books();
-        moveOne(random, books, shelf);
+        moveOne(random, books);
     },
     [](std::mt19937& random, ShelfEdit& shelf) {
         for (const auto& book : shelf.books())
@@ -116,7 +114,7 @@ const Edit Edits[] = {
     },
     [](std::mt19937& random, ShelfEdit& shelf) {
         auto shelves = shelf.shelves();
-        moveOne(random, shelves, shelf);
+        moveOne(random, shelves);
     },
     [](std::mt19937&, ShelfEdit& shelf) { shelf.lamp().set(std::make_unique<Candle>()); },
     [](std::mt19937&, ShelfEdit& shelf) { shelf.lamp().set(std::make_unique<Bulb>()); },

@@ -33,7 +33,7 @@ protected:
     void editRoot(Edit function)
     {
         edit([&](ManipulatorContext& context) {
-            const auto keepCount = [&] { recorded = context.scratch().size(); };
+            const auto keepCount = [&] { recorded = context.historySize(); };
             try {
                 function(ShelfEdit(library.root, context));
             } catch (...) {
@@ -239,7 +239,7 @@ TEST_F(ManipulatorLists, ClearOfAnEmptyListDoesNothing)
     attach(library.inner().books(), listener);
     edit([&](ManipulatorContext& context) {
         ShelfEdit(library.inner(), context).books().clear();
-        recorded = context.scratch().size();
+        recorded = context.historySize();
     });
     EXPECT_EQ(recorded, 0u);
     EXPECT_EQ(listener.told, Journal{});

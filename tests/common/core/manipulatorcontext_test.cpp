@@ -118,9 +118,11 @@ TEST_F(InsertedObjects, AreThoseThatAnUndoPutsBack)
     const auto command =
         makeCommand([&](auto& context) { ShelfEdit(library.root, context).books().erase(1, 1); });
     command->execute();
-    edit([&](auto& context) {
-        command->undo();
-        objects = taken(context);
-    });
+    RecordingListener listener;
+    attach(library.root.books(), listener);
+    listener.reaction = [&](const DataMessage& message) {
+        objects = taken(static_cast<ManipulatorContext&>(*message.context.access()));
+    };
+    command->undo();
     EXPECT_EQ(objects, Objects{&library.book(1)});
 }

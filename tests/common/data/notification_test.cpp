@@ -760,30 +760,40 @@ TEST_F(Notification, AnEditThatThrowsIsDelivered)
 
 // Commands within commands.
 
-TEST_F(Notification, ACommandWithinAnEditDeliversAtItsOwnEnd)
+TEST_F(Notification, ACommandWithinAnEditIsToldAtTheEndOfTheEdit)
 {
     attach(library.inner().name(), listener);
-    std::size_t toldWithin = 0;
+    std::size_t toldWithin = 99;
     edit([&](auto& context) {
         rename(context, "new");
         edit([&](auto& inner) { renameInner(inner, "new"); });
         toldWithin = listener.told.size();
     });
-    EXPECT_EQ(toldWithin, 1u);
+    EXPECT_EQ(toldWithin, 0u);
     EXPECT_EQ(listener.told, Journal{"2"});
 }
 
-TEST_F(Notification, WhatIsPendingInTheOuterContextIsDeliveredAtItsEnd)
+TEST_F(Notification, ACommandWithinAnEditAddsToTheMessageOfTheEdit)
 {
     attach(library.root.books(), listener);
-    std::size_t toldWithin = 99;
     edit([&](auto& context) {
         insert(context, 0, "new");
         edit([&](auto& inner) { erase(inner, 1); });
-        toldWithin = listener.told.size();
     });
-    EXPECT_EQ(toldWithin, 0u);
     EXPECT_EQ(listener.told, Journal{"24 I1 E1"});
+}
+
+TEST_F(Notification, CommandsWithinCommandsAddToTheMessageOfTheEdit)
+{
+    attach(library.root.books(), listener);
+    edit([&](auto& context) {
+        insert(context, 0, "new");
+        edit([&](auto& inner) {
+            erase(inner, 1);
+            edit([&](auto& innermost) { erase(innermost, 1); });
+        });
+    });
+    EXPECT_EQ(listener.told, Journal{"24 I1 E2"});
 }
 
 TEST_F(Notification, WhatACommandWithinAddedIsToldInTheOuterContext)
@@ -809,22 +819,91 @@ TEST_F(Notification, ARefusedCommandWithinAnEditDeliversNothing)
     EXPECT_EQ(listener.told, Journal{});
 }
 
-TEST_F(Notification, ACommandWithinADeliveryDeliversAtItsOwnEnd)
+TEST_F(Notification, ARefusedCommandWithinAnEditAddsNothingToTheMessageOfTheEdit)
+{
+    attach(library.root.books(), listener);
+    edit([&](auto& context) {
+        insert(context, 0, "new");
+        editAndRefuse([&](auto& inner) { erase(inner, 1); });
+    });
+    EXPECT_EQ(listener.told, Journal{"8 I1"});
+}
+
+TEST_F(Notification, ARefusedCommandWithinARefusedEditDeliversNothing)
+{
+    attach(library.root.books(), listener);
+    editAndRefuse([&](auto& context) {
+        insert(context, 0, "new");
+        editAndRefuse([&](auto& inner) { erase(inner, 1); });
+        edit([&](auto& inner) { erase(inner, 0); });
+    });
+    EXPECT_EQ(listener.told, Journal{});
+}
+
+TEST_F(Notification, ALiveObjectIsNotToldOfARemovalThatWasRefusedWithinTheEdit)
+{
+    attach(library.book(0).title(), listener);
+    edit([&](auto& context) {
+        retitle(context, 0, "new");
+        editAndRefuse([&](auto& inner) { erase(inner, 0); });
+    });
+    EXPECT_EQ(listener.told, Journal{"2"});
+}
+
+TEST_F(Notification, ALiveObjectIsToldOfLaterChangesAfterARefusalWithinTheEdit)
+{
+    attach(library.book(0).title(), listener);
+    edit([&](auto& context) {
+        editAndRefuse([&](auto& inner) { erase(inner, 0); });
+        retitle(context, 0, "new");
+    });
+    EXPECT_EQ(listener.told, Journal{"2"});
+}
+
+TEST_F(Notification, AListenerThatCameWithACommandWithinHearsOfWhatFollowsAlone)
+{
+    edit([&](auto& context) {
+        insert(context, 0, "new");
+        edit([&](auto& inner) {
+            inner.addListener(library.root.books(), listener);
+            erase(inner, 1);
+        });
+    });
+    EXPECT_EQ(listener.told, Journal{"16 K1 E1"});
+}
+
+TEST_F(Notification, AListenerThatCameWithARefusedCommandHearsOfWhatFollowsAlone)
+{
+    RecordingListener other;
+    attach(library.root.books(), other);
+    edit([&](auto& context) {
+        insert(context, 0, "new");
+        editAndRefuse([&](auto& inner) {
+            erase(inner, 1);
+            inner.addListener(library.root.books(), listener);
+        });
+        erase(context, 0);
+    });
+    EXPECT_EQ(listener.told, Journal{"16 E1"});
+    EXPECT_EQ(other.told, Journal{"24"});
+}
+
+TEST_F(Notification, ACommandWithinADeliveryIsToldInThatDelivery)
 {
     RecordingListener ofInner;
     attach(library.inner().name(), ofInner);
     attach(library.root.name(), listener);
-    std::size_t toldWithin = 0;
+    std::size_t toldWithin = 99;
     listener.reaction = [&](const DataMessage&) {
         edit([&](auto& inner) { renameInner(inner, "new"); });
         toldWithin = ofInner.told.size();
     };
     edit([&](auto& context) { rename(context, "new"); });
-    EXPECT_EQ(toldWithin, 1u);
+    EXPECT_EQ(toldWithin, 0u);
     EXPECT_EQ(ofInner.told, Journal{"2"});
 }
 
-TEST_F(Notification, ACommandWithinADeliveryAddsToTheMessageThatWaits)
+TEST_F(Notification, ACommandWithinADeliveryIsToldBehindTheMessageThatWaits)
 {
     RecordingListener later(AllTypes, AllMembers, 1);
     attach(library.root.books(), listener);
@@ -834,21 +913,8 @@ TEST_F(Notification, ACommandWithinADeliveryAddsToTheMessageThatWaits)
         edit([&](auto& inner) { erase(inner, 1); });
     };
     edit([&](auto& context) { insert(context, 0, "new"); });
-    EXPECT_EQ(later.told, Journal{"24 I1 E1"});
+    EXPECT_EQ(later.told, (Journal{"8 I1", "16 K1 E1"}));
     EXPECT_EQ(listener.told, (Journal{"8 I1", "16 K1 E1"}));
-}
-
-TEST_F(Notification, ARemovalWithinADeliveryOverridesTheMessageThatWaits)
-{
-    RecordingListener later(ChangeType::Value, AllMembers, 1);
-    attach(library.book(0).title(), listener);
-    attach(library.book(0).title(), later);
-    listener.reaction = [&](const DataMessage&) {
-        listener.reaction = nullptr;
-        edit([&](auto& inner) { erase(inner, 0); });
-    };
-    edit([&](auto& context) { retitle(context, 0, "new"); });
-    EXPECT_EQ(later.told, Journal{"4"});
 }
 
 // Listeners that are served at once.

@@ -57,11 +57,14 @@ public:
     void addUnion(const ManipulatorUnionBase& manipulator,
                   std::unique_ptr<Data::BaseObject> oldChild);
 
-    // Reverses all items in `context`, the last one first. Throws ExceptionCantUndo.
+    // Reverses all items in `context`, which has another history, and drops them, the last one
+    // first. Throws ExceptionCantUndo at the first item that cannot be reversed. That item and
+    // those before it stay, and have changed nothing.
     void undoAll(ManipulatorContext& context);
     // Cuts the listeners of all removed subtrees off, once the context has ended well.
     void settleAll(ManipulatorContext& context);
-    // Reverses what has been done in `context`, whose own history this is.
+    // Reverses what has been done in `context`, whose own history this is. What stays is the record
+    // of the reversing itself.
     void rollback(ManipulatorContext& context);
     // Takes over the items of a later history, which is empty afterwards.
     void append(HistoryScratch& other);

@@ -52,6 +52,7 @@ protected:
     ManipulatorBase(const ManipulatorBase&) = default;
     ManipulatorBase& operator=(const ManipulatorBase&) = default;
 
+    HistoryScratch& scratch() const { return m_context->scratch(); }
     // Being made in a context is the leave to write.
     Data::BaseObject& object() const { return const_cast<Data::BaseObject&>(*m_object); }
     void notify(std::uint32_t type, const Data::ChangeRuns& runs) const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/manipulatorcontextbase.h"
+#include <cstddef>
 #include <memory>
 
 namespace Orv::Core {
@@ -10,7 +11,9 @@ class HistoryScratch;
 
 // What manipulators work in: it records how to reverse their changes and collects the notices.
 // Made by the command layer alone, on the stack; a client that wants one runs a
-// CommandDataModification.
+// CommandDataModification. A context belongs to the thread that made it. The one of a command that
+// runs inside an edit or inside a delivery hands its history and its notices to the enclosing
+// context when it ends well, and leaves no trace when it is refused.
 class ManipulatorContext final : public Data::ManipulatorContextBase
 {
 public:
@@ -18,23 +21,28 @@ public:
     ManipulatorContext& operator=(const ManipulatorContext&) = delete;
     ~ManipulatorContext() override;
 
-    HistoryScratch& scratch() { return *m_scratch; }
-    // The edit has failed: its end reverses what it did and delivers nothing.
-    void setRollback() { m_rollback = true; }
+    // Has the edit been refused? Its end reverses what it did and delivers nothing.
     bool isRollback() const { return m_rollback; }
     // An undo or a redo: what is settled once comes back, and listeners must not edit on top of it.
-    void setReplay() { m_isReplay = true; }
     bool isReplay() const { return m_isReplay; }
-    // For history items: `object` has left the tree for good, so its listeners go with the context.
-    void settleObject(Data::BaseObject& object) { takeOut(object); }
+    // Returns the number of changes that the history has to reverse so far.
+    std::size_t historySize() const;
 
 private:
     friend class CommandHistory;
+    friend class HistoryScratch;
     friend class ManipulatorBase;
 
     explicit ManipulatorContext(std::shared_ptr<HistoryScratch> scratch);
-    // Delivers and settles, or rolls back. Passes on what a listener throws. The destructor does
-    // the same for a context that was not closed, except that an exception ends the program.
+    // The open context of this thread; null outside of all edits.
+    static ManipulatorContext* innermost();
+    // The context within which this one was made; null for an outermost one.
+    ManipulatorContext* enclosing() const;
+
+    HistoryScratch& scratch() { return *m_scratch; }
+    // Delivers and settles, or joins the enclosing context, or rolls back. Passes on what a
+    // listener throws. The destructor does the same for a context that was not closed, except that
+    // an exception ends the program.
     void close();
 
     std::shared_ptr<HistoryScratch> m_scratch;

@@ -5,6 +5,7 @@
 #include "core/manipulatorof.h"
 #include "data/containerlist.h"
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -39,33 +40,45 @@ public:
     using DataType = Data::ContainerList<T>;
     using ItemManipulator = typename ManipulatorOf<T>::type;
 
-    // A place in the list that survives insertions and erasures elsewhere: it goes by the item and
-    // looks again for its position when that has shifted. At the end it holds no item.
+    // A place in the list that survives insertions, moves and erasures elsewhere: it goes by the
+    // item and looks again for its position when that has shifted. At the end it holds no item, and
+    // it comes to the end when its item is erased. What it leads to is a manipulator, made anew at
+    // each access.
     class iterator
     {
     public:
+        using value_type = ItemManipulator;
+        using reference = ItemManipulator;
+        using pointer = void;
+        using difference_type = std::ptrdiff_t;
+        using iterator_category = std::forward_iterator_tag;
+
+        iterator() = default;
         iterator(const ManipulatorList& list, std::size_t index)
-            : m_list(list), m_hint(index), m_item(list.itemAt(index))
+            : m_list(list.get()), m_context(&list.context()), m_hint(index), m_item(itemAt(index))
         {}
-        // A manipulator on the item; the iterator must not be at the end.
-        ItemManipulator operator*() const
-        {
-            return ItemManipulator(*m_item.get(), m_list.context());
-        }
+        // The iterator must not be at the end.
+        ItemManipulator operator*() const { return ItemManipulator(*m_item.get(), *m_context); }
         iterator& operator++()
         {
             m_hint = index() + 1;
-            m_item.reset(m_list.itemAt(m_hint));
+            m_item.reset(itemAt(m_hint));
             return *this;
+        }
+        iterator operator++(int)
+        {
+            const iterator former = *this;
+            ++*this;
+            return former;
         }
         // The present position of the item, the size of the list at the end.
         std::size_t index() const
         {
             const T* item = m_item.get();
             if (item == nullptr)
-                return m_list.get()->size();
-            if (m_list.itemAt(m_hint) != item)
-                m_hint = m_list.get()->indexOf(*item);
+                return m_list->size();
+            if (itemAt(m_hint) != item)
+                m_hint = m_list->indexOf(*item);
             return m_hint;
         }
         friend bool operator==(const iterator& a, const iterator& b)
@@ -75,8 +88,14 @@ public:
         friend bool operator!=(const iterator& a, const iterator& b) { return !(a == b); }
 
     private:
-        ManipulatorList m_list;
-        mutable std::size_t m_hint;
+        const T* itemAt(std::size_t index) const
+        {
+            return index < m_list->size() ? &m_list->at(index) : nullptr;
+        }
+
+        Data::DataPointerBox<DataType> m_list;
+        ManipulatorContext* m_context = nullptr;
+        mutable std::size_t m_hint = 0;
         Data::DataPointerBox<T> m_item;
     };
 
@@ -127,12 +146,6 @@ public:
             const std::size_t target = forward ? to - 1 : to + i;
             move(source, static_cast<std::ptrdiff_t>(target) - static_cast<std::ptrdiff_t>(source));
         }
-    }
-
-private:
-    const T* itemAt(std::size_t index) const
-    {
-        return index < get()->size() ? &get()->at(index) : nullptr;
     }
 };
 

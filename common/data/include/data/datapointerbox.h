@@ -32,11 +32,13 @@ public:
     // Mutable access to a document object, for the command layer and the edits that it runs.
     T* get(const DataPointerBoxMasterKey&) const { return static_cast<T*>(m_link.target()); }
 
-    // Mutable access to a target that is no part of a document.
-    T* access() const
+    // Mutable access to a target that is no part of a document, and cannot be one. Documents change
+    // through manipulators.
+    template <class U = T>
+    std::enable_if_t<!std::is_base_of_v<BaseObject, U> && !std::is_same_v<U, SecuredObject>, U*>
+    access() const
     {
-        static_assert(!std::is_base_of_v<BaseObject, T>, "documents change through manipulators");
-        return static_cast<T*>(m_link.target());
+        return static_cast<U*>(m_link.target());
     }
 
     friend bool operator==(const DataPointerBox& a, const DataPointerBox& b)

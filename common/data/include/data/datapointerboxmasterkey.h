@@ -13,6 +13,12 @@ namespace Data {
 // that applies an edit; so a mutable document object can be reached from inside an edit only.
 class DataPointerBoxMasterKey
 {
+public:
+    // A copy would outlive the edit.
+    DataPointerBoxMasterKey(const DataPointerBoxMasterKey&) = delete;
+    DataPointerBoxMasterKey& operator=(const DataPointerBoxMasterKey&) = delete;
+
+private:
     friend class Orv::Core::CommandModification;
     DataPointerBoxMasterKey() {} // not "= default": an aggregate could be made by anyone
 };

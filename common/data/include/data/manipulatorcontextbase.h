@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,7 @@ class ListenerBase;
 class ShadowObject;
 struct DataMessage;
 struct ListenerEntry;
+struct PendingState;
 
 // Collects the events of one transaction and delivers them when it has ended well.
 class ManipulatorContextBase : public SecuredObject
@@ -51,8 +53,15 @@ protected:
     void dispatch();
     // Cuts the shadows of a subtree off, so that they are deleted at the end of the context.
     void takeOut(BaseObject& object);
-    // Drops what is pending and deletes the shadows that have lost their object.
+    // Drops what is pending and deletes the shadows that have lost their object. Notices of the
+    // enclosing context that were set aside are pending again.
     void finish();
+    // Hands what is pending over to the enclosing context, which delivers it.
+    void join();
+
+    // The open context of this thread, and the one within which this one was made; or null.
+    static ManipulatorContextBase* innermost();
+    ManipulatorContextBase* enclosing() const { return m_enclosing; }
 
 private:
     friend class ShadowObject;
@@ -61,6 +70,10 @@ private:
         std::vector<std::pair<DataPointerBox<ListenerBase>, std::shared_ptr<DataMessage>>>>;
 
     void touch(ShadowObject& shadow);
+    // Keeps the notices that the enclosing contexts have for a shadow apart from this one's.
+    void setAside(ShadowObject& shadow);
+    // Hands out what was set aside for a shadow; null if nothing was.
+    std::unique_ptr<PendingState> takeAside(const ShadowObject& shadow);
     void postOn(ShadowObject& shadow, ChangeEvent& event);
     void scheduleShadow(ShadowObject& shadow, Schedule& schedule);
     void deliverImmediately(ListenerEntry& entry, const DataMessage& pending,
@@ -70,6 +83,8 @@ private:
     // object and its shadow may die before the end.
     std::vector<DataPointerBox<ShadowObject>> m_touched;
     std::vector<DataPointerBox<BaseObject>> m_inserted;
+    // By shadow, whose box tells whether it is still the same.
+    std::unordered_map<const ShadowObject*, std::unique_ptr<PendingState>> m_aside;
     ManipulatorContextBase* m_enclosing;     // the one that was open when this one was made
     std::set<const ListenerBase*> m_skipSet; // have been served at once in this pass
     bool m_immediate = false;

@@ -12,6 +12,7 @@
 namespace Orv::Data {
 
 class ManipulatorContextBase;
+class ShadowObject;
 
 struct ListenerEntry
 {
@@ -23,6 +24,14 @@ struct ListenerEntry
     // it gets a message of its own, which is null until the first event after it came.
     bool hasOwnMessage = false;
     std::shared_ptr<DataMessage> ownMessage;
+};
+
+// What the listeners of one shadow have not been told yet, kept apart from the shadow.
+struct PendingState
+{
+    DataPointerBox<ShadowObject> shadow;
+    std::unique_ptr<DataMessage> pending;
+    std::vector<ListenerEntry> entries; // as they were
 };
 
 // Made by the first addListener() on an object and deleted with it, or alone at the end of the
@@ -39,7 +48,7 @@ public:
     static ShadowObject& of(BaseObject& object);
 
     // Null once the object has been taken out.
-    BaseObject* owner() const { return static_cast<BaseObject*>(m_owner.target()); }
+    const BaseObject* owner() const { return static_cast<BaseObject*>(m_owner.target()); }
     const std::vector<ListenerEntry>& listeners() const { return m_listeners; }
     bool hasPending() const { return m_pending != nullptr; }
 
@@ -68,6 +77,12 @@ private:
     bool post(ChangeEvent& event, ManipulatorContextBase& context);
     // Forgets what is pending, undelivered.
     void dropPending();
+    // Takes what is pending off the shadow, as if nothing had happened to its object.
+    std::unique_ptr<PendingState> takePending();
+    // Makes a taken state pending again. Nothing else must be pending.
+    void putBack(PendingState state);
+    // Adds what is pending behind a taken state, as if both had been posted here in turn.
+    void mergeBehind(const PendingState& state, ManipulatorContextBase& context);
     void removeDeadListeners();
 
     ShadowLink m_owner;
