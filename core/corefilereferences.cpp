@@ -21,16 +21,24 @@ TextAttribute* asText(Orv::Data::BaseObject& object)
 
 // Package files and resources are all that a file path stands in; a walk over the whole tree would
 // be a large part of the time of opening a package.
+std::vector<const TextAttribute*> fileReferencesOf(const Data::Content::Package& package)
+{
+    std::vector<const TextAttribute*> references;
+    for (const Data::Content::Dependency& dependency : package.dependencies())
+        references.push_back(&dependency.filename());
+    visitContent(package, [&](const Data::Content::ContentObjectBase& object) {
+        if (const auto* resource = dynamic_cast<const Data::Content::Resource*>(&object))
+            references.push_back(&resource->filepath());
+    });
+    return references;
+}
+
 std::vector<TextAttribute*> fileReferencesOf(Data::Content::Package& package)
 {
     std::vector<TextAttribute*> references;
-    auto& dependencies = package.dependencies();
-    for (std::size_t i = 0; i < dependencies.size(); ++i)
-        references.push_back(&dependencies.at(i).filename());
-    visitContent(package, [&](Data::Content::ContentObjectBase& object) {
-        if (auto* resource = dynamic_cast<Data::Content::Resource*>(&object))
-            references.push_back(&resource->filepath());
-    });
+    for (const TextAttribute* reference :
+         fileReferencesOf(static_cast<const Data::Content::Package&>(package)))
+        references.push_back(const_cast<TextAttribute*>(reference)); // the package is not const
     return references;
 }
 

@@ -15,6 +15,7 @@ using TextAttribute = Orv::Data::Attribute<Orv::Data::Text>;
 
 // Every text leaf that is declared a file path, in document order.
 std::vector<TextAttribute*> fileReferencesOf(Data::Content::Package& package);
+std::vector<const TextAttribute*> fileReferencesOf(const Data::Content::Package& package);
 
 // Calls `visit` for every text leaf of the package, in document order.
 void visitTexts(Data::Content::Package& package, const std::function<void(TextAttribute&)>& visit);
