@@ -1,18 +1,16 @@
 #include "ksx/core/packagewriter.h"
 
+#include "core/fileplace.h"
+#include "core/filesaver.h"
 #include "data/content/package.h"
 #include "data/content/packagemanipulators.h"
 #include "data/filename.h"
 #include "data/xmldatawriter.h"
+#include "data/xmlvalueconverter.h"
 #include "ksx/core/extensionregistry.h"
 #include "ksx/core/plainroute.h"
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-#include <QTemporaryFile>
 #include <QUrl>
-#include <filesystem>
-#include <system_error>
 
 namespace Ksx::Core {
 
@@ -22,7 +20,6 @@ using Data::Content::Package;
 using Orv::Core::Version;
 
 const QString PresetsScheme = QStringLiteral("obl://");
-constexpr qint64 CopyBlock = qint64{64} * 1024;
 
 void stamp(const Package& package, const QString& path)
 {
@@ -42,72 +39,65 @@ void stamp(const Package& package, const QString& path)
     });
 }
 
-bool writeDocument(QIODevice& device, const Package& package, const QString& path,
+bool isBelow(const QString& path, const QString& folder)
+{
+    return path.startsWith(folder.endsWith('/') ? folder : folder + '/');
+}
+
+// Behind a linked folder ".." leads elsewhere than the text of the path says.
+QString withoutFalseSteps(const QString& path)
+{
+    if (!path.contains(QLatin1String("..")) || Orv::Core::isSameFile(path, QDir::cleanPath(path)))
+        return path;
+    const QFileInfo file(path);
+    const QString folder = Orv::Core::canonicalPath(file.path());
+    return folder.isEmpty() ? path : folder + '/' + file.fileName();
+}
+
+// Turns the file references of a package into those that its file holds.
+class ReferenceConversion
+{
+public:
+    // `file` has no link in it, so that ".." leads where its text says.
+    ReferenceConversion(const QString& file, const QDir& presetsDir)
+        : m_file(file), m_fileDir(QFileInfo(file).absoluteDir()), m_namedPresets(presetsDir)
+    {
+        const QString real = Orv::Core::canonicalPath(presetsDir.absolutePath());
+        m_presets = real.isEmpty() ? presetsDir : QDir(real);
+    }
+
+    QString operator()(const QString& value) const
+    {
+        // The reader leaves these as they are. Qt takes a name that begins with ":" for absolute.
+        if (!value.startsWith('/') && (!Orv::Data::hasPath(value) || !QDir::isRelativePath(value)))
+            return value;
+        const QString path = withoutFalseSteps(withRealPresets(value));
+        const QString written =
+            relativeToPresets(m_fileDir, m_presets, relativeToFile(m_file, path));
+        // A name such as "?x" or "a:" would be read as something else.
+        const bool isReadable = Orv::Data::hasPath(written) || written.startsWith(PresetsScheme);
+        return isReadable ? written : QStringLiteral("./") + written;
+    }
+
+private:
+    QString withRealPresets(const QString& value) const
+    {
+        const QString named = m_namedPresets.absolutePath();
+        return isBelow(value, named) ? m_presets.absolutePath() + value.mid(named.size()) : value;
+    }
+
+    QString m_file;
+    QDir m_fileDir;
+    QDir m_namedPresets; // as the caller has it, perhaps by a link
+    QDir m_presets;
+};
+
+bool writeDocument(QIODevice& device, const Package& package, const QString& file,
                    const QDir& presetsDir)
 {
-    const QDir fileDir = QFileInfo(path).absoluteDir();
     Orv::Data::XmlDataWriter writer(&device);
-    writer.addValueConverter(Orv::Data::ValueFlag::FilePath,
-                             [&](const QString& value) { return relativeToFile(path, value); });
-    writer.addValueConverter(Orv::Data::ValueFlag::FilePath, [&](const QString& value) {
-        return relativeToPresets(fileDir, presetsDir, value);
-    });
+    writer.addValueConverter(Orv::Data::ValueFlag::FilePath, ReferenceConversion(file, presetsDir));
     return writer.write(package);
-}
-
-bool copyAll(QIODevice& from, QIODevice& to)
-{
-    while (!from.atEnd()) {
-        const QByteArray block = from.read(CopyBlock);
-        if (block.isEmpty() || to.write(block) != block.size())
-            return false;
-    }
-    return true;
-}
-
-// Overwrites a regular file in its place. The old bytes are kept aside until the new ones are on
-// disk: their blocks are the file's own already, so that they can be put back.
-bool overwrite(QFile& file, QIODevice& content)
-{
-    QTemporaryFile former;
-    if (!file.open(QIODevice::ReadWrite) || !former.open() || !copyAll(file, former))
-        return false;
-    const auto put = [&](QIODevice& source) {
-        return source.seek(0) && file.seek(0) && copyAll(source, file) && file.flush() &&
-               file.resize(source.size());
-    };
-    if (put(content))
-        return true;
-    static_cast<void>(put(former));
-    return false;
-}
-
-// Where no file can be made beside the target. The document is made whole elsewhere first.
-bool writeDirectly(const Package& package, const QString& path, const QDir& presetsDir)
-{
-    QFile file(path);
-    if (!QFileInfo(path).isFile()) { // a device, a pipe
-        return file.open(QIODevice::WriteOnly) && writeDocument(file, package, path, presetsDir) &&
-               file.flush();
-    }
-    QTemporaryFile content;
-    return content.open() && writeDocument(content, package, path, presetsDir) && content.flush() &&
-           overwrite(file, content);
-}
-
-// The file behind a chain of symbolic links, which need not exist; null if the links go round. No
-// path is cleaned on the way: where ".." leads from a linked directory is for the system to say.
-QString followLinks(const QString& path)
-{
-    constexpr int MaximumLinks = 40; // as many as the system follows
-    std::filesystem::path target(Orv::toBytes(path));
-    for (int i = 0; i < MaximumLinks; ++i) {
-        std::error_code error;
-        if (!std::filesystem::is_symlink(target, error))
-            return Orv::fromBytes(target.string());
-        target = target.parent_path() / std::filesystem::read_symlink(target, error);
-    }
-    return {};
 }
 
 } // namespace
@@ -120,28 +110,26 @@ QString relativeToFile(const QString& path, const QString& value)
 
 QString relativeToPresets(const QDir& fileDir, const QDir& presetsDir, const QString& value)
 {
-    const QString presets = presetsDir.absolutePath();
-    if (value.isEmpty() || fileDir.absolutePath().startsWith(presets))
+    const QString presets = QDir::cleanPath(presetsDir.absolutePath());
+    if (value.isEmpty() || isBelow(fileDir.absolutePath() + '/', presets))
         return value.isEmpty() ? value : fileDir.relativeFilePath(value);
     const QString absolute = fileDir.absoluteFilePath(value);
-    if (QDir::cleanPath(absolute).startsWith(presets))
+    if (isBelow(QDir::cleanPath(absolute), presets))
         return PresetsScheme + absolute.section('/', -1);
     return fileDir.relativeFilePath(value);
 }
 
-bool savePackage(const Package& package, const QString& path, const QDir& presetsDir)
+bool savePackage(const Package& package, const QString& path, const QDir& presetsDir,
+                 QString* keptCopy)
 {
     stamp(package, path);
-    const QString target = followLinks(path);
-    const QFileInfo info(target);
-    if (target.isEmpty() || info.isDir())
-        return false;
-    if (info.exists() && !info.isFile())
-        return writeDirectly(package, target, presetsDir);
-    QSaveFile file(target);
-    if (file.open(QIODevice::WriteOnly))
-        return writeDocument(file, package, path, presetsDir) && file.commit();
-    return info.isFile() && info.isWritable() && writeDirectly(package, target, presetsDir);
+    const QString file = Orv::Core::realPath(path);
+    Orv::Core::FileSaver saver(file);
+    const bool isSaved = saver.open(QIODevice::WriteOnly) &&
+                         writeDocument(saver, package, file, presetsDir) && saver.commit();
+    if (keptCopy != nullptr)
+        *keptCopy = saver.keptCopy();
+    return isSaved;
 }
 
 } // namespace Ksx::Core

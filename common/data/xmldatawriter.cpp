@@ -53,6 +53,21 @@ constexpr std::array<bool, 256> plainBytes()
 
 constexpr std::array<bool, 256> IsPlain = plainBytes();
 
+// False for a text with a character that XML has no way to hold, or with a byte that is no part of
+// any character.
+bool canBeHeld(const QString& text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate() || c.unicode() >= 0xFFFE ||
+                 (c.unicode() < 0x20 && c != '\t' && c != '\n' && c != '\r'))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 XmlDataWriter::XmlDataWriter(QIODevice* device) : m_device(device)
@@ -144,6 +159,8 @@ void XmlDataWriter::writeAttribute(const AttributeBase& attribute, const ObjectM
         for (const Converter& converter : m_converters)
             if (applies(converter))
                 text = converter.function(text);
+        // A name with a "?" in it would lead to another file, or to none.
+        m_failed = m_failed || (isFilePath && !canBeHeld(text));
         appendEscaped(text);
     } else {
         appendEscapedLatin1(m_text);

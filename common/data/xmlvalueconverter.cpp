@@ -7,6 +7,11 @@
 
 namespace Orv::Data {
 
+bool hasPath(const QString& reference)
+{
+    return !QUrl(reference).path().isEmpty();
+}
+
 XmlValueConverterURLRelativeToAbsolute::XmlValueConverterURLRelativeToAbsolute(
     const QString& documentPath)
     : m_directory(QFileInfo(documentPath).absoluteDir())
@@ -14,10 +19,8 @@ XmlValueConverterURLRelativeToAbsolute::XmlValueConverterURLRelativeToAbsolute(
 
 bool XmlValueConverterURLRelativeToAbsolute::convert(const std::string& in, std::string& out) const
 {
-    if (in.empty())
-        return false;
     const QString path = fromBytes(in);
-    if (QUrl(path).path().isEmpty())
+    if (!hasPath(path))
         return false;
     out = toBytes(m_directory.absoluteFilePath(path));
     return true;

@@ -2,6 +2,7 @@
 
 #include "data/content/package.h"
 #include "data/content/resource.h"
+#include "ksx/core/filereferences.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -181,12 +182,88 @@ TEST_F(SavedPackage, ReferencesInMemoryStayAsTheyAre)
     EXPECT_EQ(package->dependencies().at(0).filename().get(), directory.path("b.obl"));
 }
 
-TEST_F(SavedPackage, ReferencesAreRelativeToTheLinkAndNotToItsTarget)
+// The file is opened by its own name as well, and must lead to the same files then.
+TEST_F(SavedPackage, ReferencesAreRelativeToTheTargetAndNotToTheLink)
 {
     directory.write("x/b.obl", Former);
     directory.makeLink("a.obl", "x/b.obl");
 
-    EXPECT_EQ(written(directory.path("x.png"), "a.obl"), "x.png");
+    EXPECT_EQ(written(directory.path("x.png"), "a.obl"), "../x.png");
+}
+
+TEST_F(SavedPackage, ReferencesAreRelativeToTheRealDirectory)
+{
+    directory.makeDirectory("real/deep");
+    directory.makeLink("short", "real/deep");
+
+    EXPECT_EQ(written(directory.path("x.png"), "short/a.obl"), "../../x.png");
+}
+
+TEST_F(SavedPackage, ReferencesLeadWhereTheSystemGoesUpwardsFromALinkedDirectory)
+{
+    directory.makeDirectory("real/deep");
+    directory.write("real/x.png", "");
+    directory.makeLink("short", "real/deep");
+
+    EXPECT_EQ(written(directory.path("short/../x.png"), "a.obl"), "real/x.png");
+}
+
+TEST_F(SavedPackage, LiesInThePresetsByItsRealDirectory)
+{
+    directory.makeDirectory("presets/one");
+    directory.makeLink("short", "presets/one");
+    presets = QDir(at("presets"));
+
+    EXPECT_EQ(written(directory.path("presets/x.obl"), "short/a.obl"), "../x.obl");
+}
+
+TEST_F(SavedPackage, LiesInThePresetsThatALinkNames)
+{
+    directory.makeDirectory("presets/one");
+    directory.makeLink("short", "presets");
+    presets = QDir(at("short"));
+
+    EXPECT_EQ(written(directory.path("short/x.obl"), "presets/one/a.obl"), "../x.obl");
+}
+
+TEST_F(SavedPackage, NamesPresetsThatALinkNamesWithTheScheme)
+{
+    directory.makeDirectory("presets");
+    directory.makeLink("short", "presets");
+    presets = QDir(at("short"));
+
+    EXPECT_EQ(written(directory.path("presets/x.obl"), "a.obl"), "obl://x.obl");
+}
+
+TEST_F(SavedPackage, NamesASiblingOfThePresetsRelatively)
+{
+    presets = QDir(at("presets"));
+
+    EXPECT_EQ(written(directory.path("presets_old/x.obl"), "a.obl"), "presets_old/x.obl");
+}
+
+// References that are no paths, or that would not be read as one.
+
+TEST_F(SavedPackage, LeavesAReferenceWithoutAPath)
+{
+    EXPECT_EQ(written("some://host", "a.obl"), "some://host");
+}
+
+TEST_F(SavedPackage, NamesAnOddFileSoThatItIsReadAsAPath)
+{
+    EXPECT_EQ(written(directory.path("?x.png"), "a.obl"), "./?x.png");
+}
+
+TEST_F(SavedPackage, CannotNameAFileWhoseBytesAreNoText)
+{
+    package = packageFrom(aPackage().containing(aResource("r", "x")));
+    Ksx::Core::fileReferencesOf(*package).front()->assign(directory.path("\xff.png"));
+    directory.write("a.obl", Former);
+
+    EXPECT_FALSE(save("a.obl"));
+
+    EXPECT_EQ(directory.read("a.obl"), Former);
+    EXPECT_EQ(directory.files(), "a.obl");
 }
 
 // The file.
@@ -528,6 +605,17 @@ TEST_P(RelativeToPresets, GoesByTheTwoDirectories)
               GetParam().result);
 }
 
+TEST(RelativeToPresetsOf, ASlashAtTheEndOfThePresetsDoesNotCount)
+{
+    EXPECT_EQ(relativeToPresets(QDir("/y"), QDir("/x/presets/"), "/x/presets/a.obl"),
+              "obl://a.obl");
+}
+
+TEST(RelativeToPresetsOf, TheRootHoldsEverything)
+{
+    EXPECT_EQ(relativeToPresets(QDir("/y"), QDir("/"), "/x/a.obl"), "../x/a.obl");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Values, RelativeToPresets,
     testing::Values(
@@ -543,10 +631,9 @@ INSTANTIATE_TEST_SUITE_P(
         PresetsCase{"Elsewhere", "/y/z", "/y/a.obl", "../a.obl"},
         PresetsCase{"RelativeIsOnlyCleaned", "/y", "sub/../a.obl", "a.obl"},
         PresetsCase{"CaseCounts", "/y", "/x/Presets/a.obl", "../x/Presets/a.obl"},
-        // The comparison is that of texts.
-        PresetsCase{"LongerNameCountsAsInside", "/x/presets2", "/x/presets/a.obl",
-                    "../presets/a.obl"},
-        PresetsCase{"IntoALongerName", "/y", "/x/presets2/a.obl", "obl://a.obl"},
+        PresetsCase{"FromALongerName", "/x/presets2", "/x/presets/a.obl", "obl://a.obl"},
+        PresetsCase{"IntoALongerName", "/y", "/x/presets2/a.obl", "../x/presets2/a.obl"},
+        PresetsCase{"ThePresetsThemselves", "/y", "/x/presets", "../x/presets"},
         PresetsCase{"Himself", "/y", "?himself", "?himself"},
         PresetsCase{"HimselfInside", "/x/presets", "?himself", "?himself"},
         PresetsCase{"Empty", "/y", "", ""}, PresetsCase{"EmptyInside", "/x/presets", "", ""}),

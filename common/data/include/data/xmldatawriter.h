@@ -31,7 +31,8 @@ public:
     // leaf's declaration turns its text into another one, in the order of registration.
     void addValueConverter(std::uint32_t mask, ValueFunction function);
 
-    // False as soon as the device refuses bytes; what has been written by then is no document.
+    // Returns false as soon as the device refuses bytes, or if XML cannot hold a file path. What has
+    // been written by then is no document.
     bool write(const BaseObject& root);
 
 private:

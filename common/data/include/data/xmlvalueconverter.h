@@ -8,6 +8,10 @@
 
 namespace Orv::Data {
 
+// Returns false for a reference that has no path when it is read as a URL: the empty text,
+// "?himself", "obl://name". It leads to no file of that name.
+bool hasPath(const QString& reference);
+
 // Applied to the text of each leaf that is declared a file path. Texts are file names as bytes.
 class IXmlValueConverter
 {
@@ -17,8 +21,7 @@ public:
     virtual bool convert(const std::string& in, std::string& out) const = 0;
 };
 
-// Makes paths absolute against the directory of the document's file. Leaves alone what has no
-// path when read as a URL: the empty text, "?himself", "obl://name".
+// Makes paths absolute against the directory of the document's file. Leaves alone what has no path.
 class XmlValueConverterURLRelativeToAbsolute final : public IXmlValueConverter
 {
 public:
