@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <clocale>
 #include <memory>
+#include <new>
 #include <vector>
 
 namespace {
@@ -143,7 +144,9 @@ private:
 bool Pass::open()
 {
     archive* reader = m_archive.get();
-    return reader != nullptr && archive_read_support_format_7zip(reader) == ARCHIVE_OK &&
+    if (reader == nullptr)
+        throw std::bad_alloc();
+    return archive_read_support_format_7zip(reader) == ARCHIVE_OK &&
            archive_read_set_read_callback(reader, &readBlock) == ARCHIVE_OK &&
            archive_read_set_seek_callback(reader, &seekTo) == ARCHIVE_OK &&
            archive_read_set_callback_data(reader, &m_source) == ARCHIVE_OK &&

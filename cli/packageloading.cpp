@@ -1,11 +1,11 @@
 #include "packageloading.h"
 
 #include "console.h"
+#include "core/fileplace.h"
 #include "data/content/package.h"
 #include "data/xmlvalueconverter.h"
 #include "ksx/core/packagereader.h"
 #include <QDir>
-#include <QFileInfo>
 #include <QUrl>
 #include <algorithm>
 
@@ -68,7 +68,7 @@ int loadPackageEntry(Entry& entry, PackagesListManager& manager, const std::list
 {
     if (entry.package)
         return 0;
-    const QString canonical = QFileInfo(entry.filename).canonicalFilePath();
+    const QString canonical = Orv::Core::canonicalPath(entry.filename);
     if (!canonical.isEmpty())
         entry.filename = canonical;
     for (const Entry& other : loaded) {

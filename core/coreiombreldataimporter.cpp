@@ -1,7 +1,7 @@
 #include "ksx/core/iombreldataimporter.h"
 
+#include "core/regularfile.h"
 #include "ksx/core/extensionregistry.h"
-#include <QFile>
 
 namespace Ksx::Core {
 
@@ -14,7 +14,7 @@ std::unique_ptr<QIODevice> IOmbrelDataImporter::createDevice(const QUrl& url) co
 {
     if (url.scheme() != QLatin1String("file"))
         return nullptr;
-    return std::make_unique<QFile>(url.toLocalFile());
+    return std::make_unique<Orv::Core::RegularFile>(url.toLocalFile());
 }
 
 Orv::Core::Version IOmbrelDataImporter::version() const

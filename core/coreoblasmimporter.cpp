@@ -1,5 +1,6 @@
 #include "ksx/core/oblasmimporter.h"
 
+#include "core/regularfile.h"
 #include "data/content/package.h"
 #include "data/latin1.h"
 #include "ksx/core/domtext.h"
@@ -24,11 +25,11 @@ bool readAssembly(QFile& file, OBLASMAssembly& assembly, const ImporterReport& r
     assembly.header = file.read(OBLASMAssembly::HeaderSize);
     if (assembly.header.isEmpty())
         return report.fail("ERROR_INVALID_FILE_CONTENT_%1", {path});
-    QFile xml(xmlPath);
+    Orv::Core::RegularFile xml(xmlPath);
     if (!xml.open(QIODevice::ReadOnly))
         return report.fail("ERROR_OPEN_FILE_FAILED_%1", {xmlPath});
     const QByteArray text = xml.readAll();
-    if (text.isEmpty())
+    if (text.isEmpty() || xml.hasFailed())
         return report.fail("ERROR_INVALID_FILE_CONTENT_%1", {xmlPath});
     DomError error;
     if (!parseDom(text, assembly.description, error))

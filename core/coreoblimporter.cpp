@@ -6,6 +6,7 @@
 #include "data/xmldatareader.h"
 #include <QCoreApplication>
 #include <exception>
+#include <new>
 
 namespace Ksx::Core {
 
@@ -19,6 +20,8 @@ QString readPackage(QIODevice& device, Data::Content::Package& package,
     try {
         if (reader.read(package, progress) == 0)
             return {};
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the file
     } catch (const std::exception& exception) {
         return QString::fromLatin1(exception.what()); // a value that its type refuses
     }

@@ -1,5 +1,6 @@
 #include "ksx/core/packageentrytable.h"
 
+#include "core/fileplace.h"
 #include "data/changeevent.h"
 #include "data/content/package.h"
 #include <QDir>
@@ -12,9 +13,8 @@ namespace {
 // One text per file: its canonical path, or the cleaned absolute one while it does not exist.
 QString keyOf(const QString& path)
 {
-    const QFileInfo info(path);
-    const QString canonical = info.canonicalFilePath();
-    return canonical.isEmpty() ? QDir::cleanPath(info.absoluteFilePath()) : canonical;
+    const QString canonical = Orv::Core::canonicalPath(path);
+    return canonical.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : canonical;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "ksx/core/packagereader.h"
 
+#include "core/regularfile.h"
 #include "data/content/package.h"
 #include "data/filename.h"
 #include "data/treewalk.h"
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <exception>
+#include <new>
 
 namespace Ksx::Core {
 
@@ -137,6 +139,7 @@ public:
     bool isUpdated() const { return !m_updaters.empty(); }
 
 private:
+    bool isDeviceGood() const;
     bool fail(const QString& text) const
     {
         addMessage(m_log, MessageLevel::Error, text);
@@ -166,6 +169,14 @@ bool Opening::openDevice()
     if (!m_device->open(QIODevice::ReadOnly))
         return fail(readerText("ERROR_FAIL_TO_OPEN_URL_%1").arg(m_url.toString()));
     return true;
+}
+
+// A read error looks like an end to those who read a document.
+bool Opening::isDeviceGood() const
+{
+    const auto* file = dynamic_cast<const Orv::Core::RegularFile*>(m_device.get());
+    return file == nullptr || !file->hasFailed() ||
+           fail(readerText("ERROR_FAIL_TO_READ_URL_%1").arg(m_url.toString()));
 }
 
 bool Opening::readVersions()
@@ -225,6 +236,8 @@ bool Opening::updateFormat()
     if (m_formatUpdaters.empty())
         return true;
     auto memory = std::make_unique<DocumentDevice>(m_device->readAll());
+    if (!isDeviceGood())
+        return false;
     m_device.reset();
     if (!memory->open(QIODevice::ReadWrite))
         return fail(readerText("ERROR_FAIL_TO_OPEN_URL_%1").arg(m_url.toString()));
@@ -245,9 +258,13 @@ std::unique_ptr<Package> Opening::import()
     std::unique_ptr<Orv::Data::BaseObject> root;
     try {
         root = m_importer->import(*m_device, m_log, m_progress);
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the file
     } catch (const std::exception& exception) {
         fail(QString::fromLatin1(exception.what())); // whatever it was, the file is not read
     }
+    if (!isDeviceGood())
+        return nullptr;
     m_device.reset();
     if (root == nullptr) {
         fail(readerText("ERROR_FAIL_TO_CREATE_PACKAGE"));

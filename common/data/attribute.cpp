@@ -206,6 +206,7 @@ Vec<T, N> parse(std::string_view text, const Vec<T, N>*)
     if (parseWholePlain(text, value))
         return value;
     std::istringstream stream{std::string(text)};
+    stream.exceptions(std::ios::badbit); // a lack of memory is no fault of the text
     stream.imbue(std::locale::classic());
     stream.unsetf(std::ios::skipws);
     stream >> value;

@@ -49,7 +49,7 @@ int XmlDataReader::read(BaseObject& root, const ProgressFunction& progress)
 {
     startProgress(progress);
     m_depth = isStartElement() ? 1 : 0;
-    while (!isStartElement() && !atEnd())
+    while (!isStartElement() && !hasError() && !atEnd()) // at a read error there is no end
         skipWhitespace();
     if (isStartElement()) {
         if (!isSame(name(), root.getMeta().name))

@@ -9,7 +9,7 @@ class IOmbrelDataImporter : public Orv::Core::Extensions::IDataImporter
 {
 public:
     bool isCompatible(const Orv::Core::Version& applicationVersion) const override;
-    // A QFile for the scheme "file", nothing for any other.
+    // Returns a RegularFile for the scheme "file", nothing for any other.
     std::unique_ptr<QIODevice> createDevice(const QUrl& url) const override;
     Orv::Core::Version version() const override;
 };
