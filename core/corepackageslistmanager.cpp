@@ -13,6 +13,8 @@
 #include "ksx/core/filereferences.h"
 #include "ksx/core/plainroute.h"
 #include <QCoreApplication>
+#include <QDir>
+#include <QHash>
 #include <QSet>
 #include <QUuid>
 #include <map>
@@ -242,7 +244,7 @@ PackagesListManager::dependenciesOf(const DependencyEntry& entry)
                 wanted.filename = known->path;
                 wanted.package = known->package;
             }
-        } else if (wanted.filename == entry.filename) {
+        } else if (QDir::cleanPath(wanted.filename) == entry.filename) {
             trace(QStringLiteral("Removed bad himself dependency '%1'\n").arg(wanted.filename));
             removed.push_back(&dependency);
             continue;
@@ -320,6 +322,28 @@ PackageEntry& PackagesListManager::entryFor(const DependencyEntry& entry,
     return m_table.add(uid, entry.filename, nullptr);
 }
 
+// Elements that spell one file name in several ways are written alike, and a file with two such
+// elements would lose the second one when it is opened. Here all paths go by the first one's uid
+// already.
+void PackagesListManager::dropOtherSpellings(Package& package)
+{
+    QHash<QString, Uid> known;
+    std::vector<const Dependency*> removed;
+    for (const Dependency& dependency : package.dependencies()) {
+        const std::string& name = dependency.filename().get();
+        const Uid uid = dependency.uid().get();
+        if (name.empty() || name == Himself)
+            continue;
+        const QString cleaned = QDir::cleanPath(Orv::fromBytes(name));
+        if (known.contains(cleaned) && known.value(cleaned) == uid)
+            removed.push_back(&dependency);
+        else
+            known.insert(cleaned, uid);
+    }
+    for (const Dependency* dependency : removed)
+        removeDependency(package, *dependency);
+}
+
 bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded)
 {
     std::optional<std::unordered_set<Uid>> named; // collected when the first fresh uid is needed
@@ -343,6 +367,8 @@ bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded
         rewrites.add(entry, known.uid);
     }
     rewrites.apply();
+    for (const auto& package : added)
+        dropOtherSpellings(*package);
     return addPackages(std::move(added));
 }
 

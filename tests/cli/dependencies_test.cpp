@@ -171,7 +171,7 @@ TEST_F(LoadedPackages, TheSecondDependencyOnOneFileIsRemoved)
                   .text());
 }
 
-TEST_F(LoadedPackages, TwoSpellingsOfADependencyGetOneUid)
+TEST_F(LoadedPackages, TwoSpellingsOfADependencyBecomeTheFirstOne)
 {
     directory.write("a.obl", aPackage()
                                  .dependingOn("b.obl", 7)
@@ -186,7 +186,6 @@ TEST_F(LoadedPackages, TwoSpellingsOfADependencyGetOneUid)
     EXPECT_EQ(loadedPart(run), listOf({"a.obl", "b.obl"}));
     EXPECT_EQ(directory.read("a_updated.obl"),
               aPackage()
-                  .dependingOn("b.obl", 7)
                   .dependingOn("b.obl", 7)
                   .containing(aGroupSaying("g", "pkg://x?dependency=7"))
                   .text());
@@ -474,6 +473,16 @@ TEST_F(LoadedPackages, OfTwoElementsWithOneUidTheSecondIsMoved)
                   .dependingOn("c.obl", uid)
                   .containing(aGroupSaying("g", "pkg://x?dependency=7"))
                   .text());
+}
+
+TEST_F(LoadedPackages, APackageLosesADependencyOnAnotherSpellingOfItsOwnPath)
+{
+    directory.write("a.obl", aPackage().dependingOn(".//a.obl", 7).text());
+
+    const ToolRun run = update({"a.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("a_updated.obl"), aPackage().text());
 }
 
 TEST_F(LoadedPackages, TheGreatestUidIsNone)

@@ -78,13 +78,15 @@ public:
     // file, or a file a second time, are removed from it.
     std::list<DependencyEntry> dependenciesOf(const DependencyEntry& entry);
     // Attaches the packages of all entries that one load opened, in their order, and gives every
-    // dependency element the uid by which the table knows its package; data paths follow.
+    // dependency element the uid by which the table knows its package; data paths follow. Of the
+    // elements of a package that spell one file name in several ways the first one stays.
     bool finishLoading(const std::list<DependencyEntry>& loaded);
 
 private:
     struct Rewrites;
 
     PackageEntry& entryFor(const DependencyEntry& entry, const std::function<bool(Uid)>& isTaken);
+    void dropOtherSpellings(Data::Content::Package& package);
     std::unique_ptr<Data::Content::Package> release(const Data::Content::Package& package);
 
     std::unique_ptr<Data::Content::PackagesList> m_document;
