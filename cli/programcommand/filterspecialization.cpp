@@ -6,11 +6,10 @@
 #include "ksx/core/collectgraphs.h"
 #include "ksx/core/packagecontroller.h"
 #include "ksx/core/packagelistener.h"
-#include "ksx/core/packagewriter.h"
 #include "packageloading.h"
+#include "packagesaving.h"
 #include "programcommand/commandoptions.h"
 #include "services.h"
-#include <QDir>
 #include <QFileInfo>
 
 namespace ProgramCommand {
@@ -39,18 +38,6 @@ QString targetOf(const QFileInfo& input, const po::variables_map& variables)
     if (name.isEmpty())
         printError(QStringLiteral("Error! Output name empty"));
     return targetFile(variables, input.absolutePath(), name);
-}
-
-// Where the file really lies, behind links: the new references are looked for from there.
-QString realPath(const QString& path)
-{
-    const QFileInfo file(path);
-    const QString directory = QFileInfo(file.absolutePath()).canonicalFilePath();
-    const QString found = file.canonicalFilePath();
-    if (!found.isEmpty())
-        return found;
-    return directory.isEmpty() || file.isSymLink() ? path
-                                                   : QDir(directory).filePath(file.fileName());
 }
 
 } // namespace
@@ -123,14 +110,8 @@ int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& vari
     const auto package = Ksx::Core::PackageListener::of(*output).controller();
     if (!specialize(*package, filter, variables))
         return 1;
-    // Another open package stands there: the filter, or what it depends on. The new package would
-    // refer to the very file that it takes the place of.
-    const PackageBox lost = manager.packageForPath(target);
-    const bool isTaken = lost && lost != output;
-    if (isTaken || !Ksx::Core::savePackage(*output, realPath(target), QDir(presets.directory))) {
-        printError(QStringLiteral("Error! Cannot saved: ") + target);
+    if (!saveEditedPackageTo(target, *output, presets.directory, manager))
         return 1;
-    }
     printLine(QStringLiteral("Package Saved: ") + target);
     return 0;
 }

@@ -14,11 +14,10 @@
 #include "ksx/core/inputscontroller.h"
 #include "ksx/core/inputusers.h"
 #include "ksx/core/packageslistmanager.h"
-#include "ksx/core/packagewriter.h"
 #include "packageloading.h"
+#include "packagesaving.h"
 #include "programcommand/commandoptions.h"
 #include "services.h"
-#include <QDir>
 #include <QFileInfo>
 #include <boost/any.hpp>
 
@@ -248,17 +247,16 @@ bool InputEditor::save(const Ksx::Data::Content::Package& package, const Variabl
                        const QString& presetsPath) const
 {
     printLine(QStringLiteral("Package Saved:")); // before it is
-    const QFileInfo input(m_services->packagesListManager()->filePath(package));
+    auto& manager = *m_services->packagesListManager();
+    const QFileInfo input(manager.filePath(package));
     const QString name = outputName(variables, input.baseName());
     if (name.isEmpty()) {
         printError(QStringLiteral("Error! Output name empty"));
         return false;
     }
     const QString target = targetFile(variables, input.absolutePath(), name);
-    if (!Ksx::Core::savePackage(package, target, QDir(presetsPath))) {
-        printError(QStringLiteral("Error! Cannot saved: ") + target);
+    if (!saveEditedPackageTo(target, package, presetsPath, manager))
         return false;
-    }
     printLine(QStringLiteral("    ") + target);
     return true;
 }

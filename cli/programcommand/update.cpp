@@ -3,11 +3,10 @@
 #include "console.h"
 #include "data/content/package.h"
 #include "ksx/core/packageslistmanager.h"
-#include "ksx/core/packagewriter.h"
 #include "packageloading.h"
+#include "packagesaving.h"
 #include "programcommand/commandoptions.h"
 #include "services.h"
-#include <QDir>
 #include <QFileInfo>
 
 namespace ProgramCommand {
@@ -91,10 +90,9 @@ bool Update::savePackages(const VariablesMap& variables, const QString& presetsP
         if (target.isEmpty()) {
             printError(QStringLiteral("Error! Output name empty"));
             isSaved = false;
-        } else if (Ksx::Core::savePackage(*package, target, QDir(presetsPath))) {
+        } else if (savePackageTo(target, *package, presetsPath)) {
             printLine(Indent + target);
         } else {
-            printError(QStringLiteral("Error! Cannot saved: ") + target);
             isSaved = false;
         }
     }

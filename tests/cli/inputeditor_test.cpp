@@ -8,6 +8,7 @@
 #include "support/tool.h"
 #include "support/workspace.h"
 #include <gtest/gtest.h>
+#include <filesystem>
 
 using namespace TestSupport;
 
@@ -175,6 +176,58 @@ TEST_F(InputEditorCommand, ThePatternOfThePathIsTheDirectoryOfTheFileItself)
     const ToolRun run = edit({"link.obl", "--output-path", "{inputPath}"});
     EXPECT_EQ(run.out, savedAs("real/a_edited.obl"));
     EXPECT_EQ(directory.files(), "link.obl real/a.obl real/a_edited.obl");
+}
+
+// The result would depend on the very file that it takes the place of.
+class InputEditorInThePlaceOfADependency : public InputEditorCommand
+{
+protected:
+    InputEditorInThePlaceOfADependency()
+    {
+        directory.write("d.obl", aPackage().dependingOn("e.obl", 8).text());
+        directory.write("e.obl", aPackage().named("e").text());
+    }
+    void expectRefusedAt(const std::string& name) const
+    {
+        const std::string d = directory.read("d.obl");
+        const std::string e = directory.read("e.obl");
+        const ToolRun run =
+            edit(aGraphPackage({}).dependingOn("d.obl", 7), {"--output-name", name});
+        EXPECT_EQ(run.exitCode, 1) << run;
+        EXPECT_EQ(run.err, "Error! Cannot saved: " + at(name + ".obl") + "\n");
+        EXPECT_EQ(directory.read("d.obl"), d);
+        EXPECT_EQ(directory.read("e.obl"), e);
+    }
+};
+
+TEST_F(InputEditorInThePlaceOfADependency, IsRefused)
+{
+    expectRefusedAt("d");
+}
+
+TEST_F(InputEditorInThePlaceOfADependency, IsRefusedForOneOfADependency)
+{
+    expectRefusedAt("e");
+}
+
+TEST_F(InputEditorInThePlaceOfADependency, IsRefusedBehindASymbolicLink)
+{
+    directory.makeLink("link.obl", "d.obl");
+    expectRefusedAt("link");
+}
+
+TEST_F(InputEditorInThePlaceOfADependency, IsRefusedUnderAnotherNameOfTheFile)
+{
+    std::filesystem::create_hard_link(at("d.obl"), at("hard.obl"));
+    expectRefusedAt("hard");
+}
+
+TEST_F(InputEditorCommand, TakesThePlaceOfItsInput)
+{
+    const ToolRun run =
+        edit(aGraphPackage({}).dependingOn("a.obl", 7), {"--output-name", "{inputName}"});
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("a.obl"), aGraphPackage({}).text());
 }
 
 TEST_F(InputEditorCommand, WritesToTheCurrentDirectoryByDefault)

@@ -4,6 +4,7 @@
 #include "support/shelfcases.h"
 #include "support/specialization.h"
 #include <gtest/gtest.h>
+#include <filesystem>
 
 using TestSupport::aFilter;
 using TestSupport::aGroup;
@@ -257,6 +258,35 @@ TEST_F(RefusedSpecialization, InThePlaceOfWhatTheFilterDependsOn)
     expectRefused(specialize({"g.obl", "--output-path", "sub", "--output-name", "h"}),
                   "Error! Cannot saved: " + at("sub/h.obl") + "\n");
     EXPECT_EQ(directory.read("sub/h.obl"), other);
+}
+
+TEST_F(RefusedSpecialization, InThePlaceOfAConnectedPicture)
+{
+    const std::string picture = directory.read("a.png");
+    directory.write("f_specialized.obl", picture);
+
+    expectRefused(specialize({"f.obl", "--connect-image", "in@path@f_specialized.obl"}),
+                  "Error! Cannot saved: " + at("f_specialized.obl") + "\n");
+    EXPECT_EQ(directory.read("f_specialized.obl"), picture);
+}
+
+TEST_F(RefusedSpecialization, InThePlaceOfAConnectedPictureUnderAnotherName)
+{
+    const std::string picture = directory.read("a.png");
+    std::filesystem::create_hard_link(at("a.png"), at("f_specialized.obl"));
+
+    expectRefused(specialize({"f.obl", "--connect-image", "in@path@a.png"}),
+                  "Error! Cannot saved: " + at("f_specialized.obl") + "\n");
+    EXPECT_EQ(directory.read("a.png"), picture);
+}
+
+TEST_F(RefusedSpecialization, InThePlaceOfTheFilterUnderAnotherName)
+{
+    const std::string filter = directory.read("f.obl");
+    std::filesystem::create_hard_link(at("f.obl"), at("f_specialized.obl"));
+
+    expectRefused(specialize({"f.obl"}), "Error! Cannot saved: " + at("f_specialized.obl") + "\n");
+    EXPECT_EQ(directory.read("f.obl"), filter);
 }
 
 TEST_F(RefusedSpecialization, LeavesAFormerResult)

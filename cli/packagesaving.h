@@ -1,0 +1,22 @@
+// Saves packages; what all commands end with.
+#pragma once
+
+#include <QString>
+
+namespace Ksx::Core {
+class PackagesListManager;
+} // namespace Ksx::Core
+
+namespace Ksx::Data::Content {
+class Package;
+} // namespace Ksx::Data::Content
+
+// Writes the package to `target`. False after an error line.
+bool savePackageTo(const QString& target, const Ksx::Data::Content::Package& package,
+                   const QString& presetsDirectory);
+
+// Like savePackageTo(), for a package that was edited. Refuses a target that is the file of another
+// open package or a file that the package refers to, such as a picture, under whatever name: the
+// result would refer to the very file that it takes the place of.
+bool saveEditedPackageTo(const QString& target, const Ksx::Data::Content::Package& package,
+                         const QString& presetsDirectory, Ksx::Core::PackagesListManager& manager);
