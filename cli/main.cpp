@@ -1,12 +1,15 @@
 // Set-up, one command, tear-down.
+#include "console.h"
 #include "core/programoptions.h"
 #include "data/desc/descriptiontables.h"
 #include "data/filename.h"
 #include "imageformats/imagepluginregistration.h"
+#include "lastresort.h"
 #include "programcommand/filterspecialization.h"
 #include "programcommand/inputeditor.h"
 #include "programcommand/update.h"
 #include "services.h"
+#include "standardstreams.h"
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -39,11 +42,11 @@ void tuneAllocator()
 #endif
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
     tuneAllocator();
+    // The library behind Qt's other event loop ends the process when it has no memory.
+    qputenv("QT_NO_GLIB", "1");
     Orv::installFileNameCodec();
     Services services;
     const QCoreApplication application(argc, argv);
@@ -57,4 +60,22 @@ int main(int argc, char** argv)
     const int code = options.run(argc, argv);
     Ksx::Data::Desc::DescriptionTables::destroy();
     return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const StandardStreams streams;
+    installLastResort();
+    try {
+        makeThreadObject();
+        const int code = run(argc, argv);
+        if (code != 0 || streams.isOutputComplete())
+            return code;
+        printError(QStringLiteral("Error! Standard output cannot be written"));
+        return 1;
+    } catch (...) {
+        endWithException();
+    }
 }

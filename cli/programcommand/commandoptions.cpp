@@ -3,6 +3,7 @@
 #include "console.h"
 #include "data/filename.h"
 #include <QDir>
+#include <new>
 
 namespace ProgramCommand {
 
@@ -30,6 +31,9 @@ void addOption(po::options_description& group, const char* name, const po::value
                const QString& description)
 {
     group.add_options()(name, value, Orv::toBytes(description).c_str());
+    // The name goes through a stream, which loses it without a word when there is no memory.
+    if (group.options().back()->long_name() != name)
+        throw std::bad_alloc();
 }
 
 QString optionText(const po::variables_map& variables, const char* name)

@@ -1,8 +1,11 @@
 #include "core/programcommand.h"
 
+#include "optionstext.h"
+
 #include <boost/program_options.hpp>
 #include <exception>
 #include <iostream>
+#include <new>
 
 namespace Orv::Core {
 
@@ -22,7 +25,7 @@ ProgramCommand::~ProgramCommand() = default;
 
 void ProgramCommand::printHelp()
 {
-    std::cout << *m_options;
+    std::cout << optionsText(*m_options);
 }
 
 void ProgramCommand::declarePositional(PositionalDescription&) {}
@@ -40,6 +43,8 @@ int ProgramCommand::run(const std::vector<std::string>& arguments)
             po::command_line_parser(arguments).options(all).positional(positional).run();
         po::store(parsedOptions, variables);
         po::notify(variables);
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the arguments
     } catch (const std::exception& error) {
         std::cerr << "Parsing Error: " << error.what() << "\n\n";
         return 1;

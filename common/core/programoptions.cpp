@@ -1,11 +1,13 @@
 #include "core/programoptions.h"
 
+#include "core/fileplace.h"
 #include "data/filename.h"
-
+#include "optionstext.h"
 #include <boost/program_options.hpp>
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <utility>
 
 namespace Orv::Core {
@@ -108,6 +110,8 @@ bool ProgramOptions::parse(const std::vector<std::string>& arguments, ParsedOpti
         po::notify(variables);
         parsedOptions.description = m_globalOptions.get(); // `all` ends here
         return true;
+    } catch (const std::bad_alloc&) {
+        throw; // no fault of the arguments
     } catch (const std::exception& error) {
         std::cerr << "Parsing Error: " << error.what() << "\n\n";
         return false;
@@ -135,6 +139,10 @@ int ProgramOptions::run(int argc, const char* const* argv)
     ProgramCommand* command = chooseCommand(parsedOptions, variables);
     if (command == nullptr)
         return 1;
+    if (!hasCurrentFolder()) {
+        std::cerr << "Error! Current folder not found" << std::endl;
+        return 1;
+    }
     beforeCommand(*command);
     return command->run(arguments);
 }
@@ -200,7 +208,7 @@ void ProgramOptions::printHelp()
     } else {
         text = QStringLiteral("Usage: %1 [<args>]\n").arg(m_programName);
     }
-    std::cout << '\n' << toBytes(text) << std::endl << *m_globalOptions << std::endl;
+    std::cout << '\n' << toBytes(text) << std::endl << optionsText(*m_globalOptions) << std::endl;
 }
 
 } // namespace Orv::Core

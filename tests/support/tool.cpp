@@ -113,6 +113,43 @@ Tool& Tool::withoutRootRights()
     return *this;
 }
 
+Tool& Tool::withFaults(const std::string& plan)
+{
+    m_hasFaults = true;
+    return withEnvironment("FAULTS", plan);
+}
+
+Tool& Tool::withOutputTo(const std::string& path)
+{
+    m_output = path;
+    return *this;
+}
+
+Tool& Tool::withoutStream(int descriptor)
+{
+    m_closedStream = descriptor;
+    return *this;
+}
+
+Tool& Tool::inDeletedDirectory()
+{
+    m_deletesDirectory = true;
+    return *this;
+}
+
+// Runs in the child.
+bool Tool::prepare(int out, int err) const
+{
+    for (const auto& [name, value] : m_environment)
+        setenv(name.c_str(), value.c_str(), 1);
+    const int input = open("/dev/null", O_RDONLY);
+    const int output = m_output.empty() ? out : open(m_output.c_str(), O_WRONLY);
+    return dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
+           dup2(err, STDERR_FILENO) >= 0 && (m_closedStream < 0 || close(m_closedStream) == 0) &&
+           (!m_dropsRights || dropRights()) && chdir(m_directory.c_str()) == 0 &&
+           (!m_deletesDirectory || rmdir(m_directory.c_str()) == 0);
+}
+
 ToolRun Tool::run(const Arguments& arguments) const
 {
     std::vector<std::string> words{m_name};
@@ -120,26 +157,23 @@ ToolRun Tool::run(const Arguments& arguments) const
     const std::vector<char*> argv = pointersTo(words);
     Pipe out;
     Pipe err;
-    // The open documents live until the process ends, which is no leak.
-    std::map<std::string, std::string> environment = m_environment;
-    environment.emplace("ASAN_OPTIONS", "detect_leaks=0");
     // Opened with the rights of the test, so that another user can run it wherever it lies.
     const int program = open(m_executable.c_str(), O_RDONLY | O_CLOEXEC);
+    const int faults = m_hasFaults ? open(buildPath("kestrix_faults.so").c_str(), O_RDONLY) : -1;
 
     const pid_t child = fork();
     if (child == 0) {
-        for (const auto& [name, value] : environment)
-            setenv(name.c_str(), value.c_str(), 1);
-        const int input = open("/dev/null", O_RDONLY);
-        const bool isReady = dup2(input, STDIN_FILENO) >= 0 &&
-                             dup2(out.ends[1], STDOUT_FILENO) >= 0 &&
-                             dup2(err.ends[1], STDERR_FILENO) >= 0 &&
-                             (!m_dropsRights || dropRights()) && chdir(m_directory.c_str()) == 0;
-        if (isReady)
+        // The open documents live until the process ends, which is no leak.
+        setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
+        if (faults >= 0)
+            setenv("LD_PRELOAD", ("/proc/self/fd/" + std::to_string(faults)).c_str(), 1);
+        if (prepare(out.ends[1], err.ends[1]))
             fexecve(program, argv.data(), environ);
         _exit(CannotStart);
     }
     close(program);
+    if (faults >= 0)
+        close(faults);
     if (child < 0)
         throw std::system_error(errno, std::generic_category(), "fork");
 

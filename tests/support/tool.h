@@ -34,6 +34,14 @@ public:
     Tool& withEnvironment(const std::string& name, const std::string& value);
     // As a user without rights, if the test itself has those of root.
     Tool& withoutRootRights();
+    // Its calls of the system fail as tests/support/faults/faults.cpp says.
+    Tool& withFaults(const std::string& plan);
+    // Standard output goes to that file, which is there, and is none of the run's texts.
+    Tool& withOutputTo(const std::string& path);
+    // 0, 1 or 2 is closed when the program starts.
+    Tool& withoutStream(int descriptor);
+    // The directory is gone when the program starts, and was empty.
+    Tool& inDeletedDirectory();
 
     ToolRun run(const Arguments& arguments) const;
 
@@ -41,11 +49,17 @@ public:
     static bool isRoot();
 
 private:
+    bool prepare(int out, int err) const;
+
     std::string m_directory;
     std::string m_name = "tool";
     std::string m_executable = executable();
     std::map<std::string, std::string> m_environment;
+    std::string m_output;
+    int m_closedStream = -1;
     bool m_dropsRights = false;
+    bool m_hasFaults = false;
+    bool m_deletesDirectory = false;
 };
 
 // A user and group that own nothing.

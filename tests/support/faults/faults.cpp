@@ -1,0 +1,256 @@
+// A library to be loaded before all others, which makes calls of the system fail.
+//
+// FAULTS names the calls that fail, with commas between them: "fsync:1:EIO" for the first fsync,
+// "alloc:70" for the seventieth allocation, "read:3+:EIO" for the third read and every later one.
+// Without an error it is EIO, and ENOMEM for an allocation. A word stands for several calls:
+//
+//   alloc   malloc, calloc, realloc and the aligned ones     open    open, openat
+//   sync    fsync, fdatasync, syncfs                         read    read
+//   rename  rename, renameat, renameat2                      write   write, writev
+//   mode    chmod, fchmod          owner   chown, fchown     close   close
+//   link    link, linkat           trunc   ftruncate
+//
+// FAULT_COUNTS names a file to which the number of calls of each word is written at the end.
+// The calls that the C library makes inside of itself are its own: neither counted nor failed. So are
+// the calls of libraries that set themselves up, before anything of the program runs.
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace {
+
+enum Call
+{
+    Alloc,
+    Open,
+    Read,
+    Write,
+    Sync,
+    Close,
+    Rename,
+    Link,
+    Mode,
+    Owner,
+    Truncate,
+    CallCount,
+};
+
+constexpr std::array<std::string_view, CallCount> Words = {
+    "alloc", "open", "read", "write", "sync", "close", "rename", "link", "mode", "owner", "trunc"};
+
+struct ErrorName
+{
+    std::string_view name;
+    int number;
+};
+constexpr ErrorName Errors[] = {{"EIO", EIO},       {"ENOSPC", ENOSPC}, {"EDQUOT", EDQUOT},
+                                {"ENOMEM", ENOMEM}, {"EINTR", EINTR},   {"EACCES", EACCES},
+                                {"EPERM", EPERM},   {"EINVAL", EINVAL}, {"EROFS", EROFS},
+                                {"EMFILE", EMFILE}, {"EXDEV", EXDEV},   {"ENOENT", ENOENT}};
+
+// Nothing here may allocate: the allocator calls it.
+struct Plan
+{
+    unsigned long first = 0; // the number of the call that fails; 0 for none
+    bool isLasting = false;  // all later calls fail as well
+    int error = EIO;
+};
+
+std::array<Plan, CallCount> plans;
+std::array<std::atomic<unsigned long>, CallCount> counts;
+bool hasStarted = false; // libraries are set up, and the program's own objects are next
+
+std::string_view takeUntil(std::string_view& text, char end)
+{
+    const std::size_t place = text.find(end);
+    const std::string_view part = text.substr(0, place);
+    text.remove_prefix(place == std::string_view::npos ? text.size() : place + 1);
+    return part;
+}
+
+void planOne(std::string_view text)
+{
+    const std::string_view word = takeUntil(text, ':');
+    std::string_view number = takeUntil(text, ':');
+    for (std::size_t call = 0; call < CallCount; ++call) {
+        if (Words[call] != word)
+            continue;
+        Plan& plan = plans[call];
+        plan.isLasting = !number.empty() && number.back() == '+';
+        for (const char digit : number)
+            if (digit >= '0' && digit <= '9')
+                plan.first = plan.first * 10 + static_cast<unsigned long>(digit - '0');
+        plan.error = call == Alloc ? ENOMEM : EIO;
+        for (const ErrorName& error : Errors)
+            if (error.name == text)
+                plan.error = error.number;
+    }
+}
+
+void readPlans()
+{
+    hasStarted = true;
+    const char* const text = std::getenv("FAULTS");
+    std::string_view rest = text == nullptr ? "" : text;
+    while (!rest.empty())
+        planOne(takeUntil(rest, ','));
+}
+
+// Counts the call. Returns true, with errno set, if it is to fail.
+bool fails(Call call)
+{
+    if (!hasStarted)
+        return false;
+    const unsigned long number = ++counts[call];
+    const Plan& plan = plans[call];
+    if (plan.first == 0 || (plan.isLasting ? number < plan.first : number != plan.first))
+        return false;
+    errno = plan.error;
+    return true;
+}
+
+// The function that the name has without this library. Calls from before it is found are those of
+// dlsym() itself.
+template <class Function>
+Function* next(Function*& found, const char* name)
+{
+    if (found == nullptr)
+        found = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+    return found;
+}
+
+__attribute__((destructor)) void writeCounts()
+{
+    const char* const path = std::getenv("FAULT_COUNTS");
+    if (path == nullptr)
+        return;
+    std::array<unsigned long, CallCount> numbers{};
+    for (std::size_t call = 0; call < CallCount; ++call)
+        numbers[call] = counts[call];
+    plans = {};
+    FILE* const file = std::fopen(path, "w");
+    if (file == nullptr)
+        return;
+    for (std::size_t call = 0; call < CallCount; ++call)
+        std::fprintf(file, "%s %lu\n", Words[call].data(), numbers[call]);
+    std::fclose(file);
+}
+
+} // namespace
+
+// The C library's own names for its allocator: dlsym() allocates, so it cannot be asked for these.
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+
+void* malloc(std::size_t size)
+{
+    return fails(Alloc) ? nullptr : __libc_malloc(size);
+}
+void* calloc(std::size_t count, std::size_t size)
+{
+    return fails(Alloc) ? nullptr : __libc_calloc(count, size);
+}
+void* realloc(void* block, std::size_t size)
+{
+    return fails(Alloc) ? nullptr : __libc_realloc(block, size);
+}
+void* memalign(std::size_t alignment, std::size_t size)
+{
+    return fails(Alloc) ? nullptr : __libc_memalign(alignment, size);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size)
+{
+    return fails(Alloc) ? nullptr : __libc_memalign(alignment, size);
+}
+int posix_memalign(void** block, std::size_t alignment, std::size_t size)
+{
+    *block = fails(Alloc) ? nullptr : __libc_memalign(alignment, size);
+    return *block == nullptr ? ENOMEM : 0;
+}
+
+#define ORV_FAULT(call, result, name, parameters, arguments)                                       \
+    result name parameters                                                                         \
+    {                                                                                              \
+        static result(*found) parameters = nullptr;                                                \
+        return fails(call) ? -1 : next(found, #name) arguments;                                    \
+    }
+
+ORV_FAULT(Read, ssize_t, read, (int file, void* data, std::size_t size), (file, data, size))
+ORV_FAULT(Write, ssize_t, write, (int file, const void* data, std::size_t size), (file, data, size))
+ORV_FAULT(Write, ssize_t, writev, (int file, const iovec* parts, int count), (file, parts, count))
+ORV_FAULT(Sync, int, fsync, (int file), (file))
+ORV_FAULT(Sync, int, fdatasync, (int file), (file))
+ORV_FAULT(Sync, int, syncfs, (int file) noexcept, (file))
+ORV_FAULT(Rename, int, rename, (const char* from, const char* to) noexcept, (from, to))
+ORV_FAULT(Rename, int, renameat, (int a, const char* from, int b, const char* to) noexcept,
+          (a, from, b, to))
+ORV_FAULT(Rename, int, renameat2,
+          (int a, const char* from, int b, const char* to, unsigned flags) noexcept,
+          (a, from, b, to, flags))
+ORV_FAULT(Link, int, link, (const char* from, const char* to) noexcept, (from, to))
+ORV_FAULT(Link, int, linkat, (int a, const char* from, int b, const char* to, int flags) noexcept,
+          (a, from, b, to, flags))
+ORV_FAULT(Mode, int, chmod, (const char* path, mode_t mode) noexcept, (path, mode))
+ORV_FAULT(Mode, int, fchmod, (int file, mode_t mode) noexcept, (file, mode))
+ORV_FAULT(Owner, int, chown, (const char* path, uid_t user, gid_t group) noexcept,
+          (path, user, group))
+ORV_FAULT(Owner, int, fchown, (int file, uid_t user, gid_t group) noexcept, (file, user, group))
+ORV_FAULT(Truncate, int, ftruncate, (int file, off_t size) noexcept, (file, size))
+ORV_FAULT(Truncate, int, ftruncate64, (int file, off64_t size) noexcept, (file, size))
+
+#undef ORV_FAULT
+
+int __libc_start_main(int (*main)(int, char**, char**), int argc, char** argv, void (*init)(),
+                      void (*fini)(), void (*end)(), void* stack)
+{
+    readPlans();
+    static int (*found)(int (*)(int, char**, char**), int, char**, void (*)(), void (*)(),
+                        void (*)(), void*) = nullptr;
+    return next(found, "__libc_start_main")(main, argc, argv, init, fini, end, stack);
+}
+
+// The descriptor is closed whatever the answer is, as the system does it.
+int close(int file)
+{
+    static int (*found)(int) = nullptr;
+    const bool isFailing = fails(Close);
+    const int error = errno;
+    const int result = next(found, "close")(file);
+    if (!isFailing)
+        return result;
+    errno = error;
+    return -1;
+}
+
+#define ORV_FAULT_OPEN(name, parameters, arguments)                                                \
+    int name parameters                                                                            \
+    {                                                                                              \
+        va_list list;                                                                              \
+        va_start(list, flags);                                                                     \
+        const mode_t mode = (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(list, mode_t) : 0;     \
+        va_end(list);                                                                              \
+        static int(*found) parameters = nullptr;                                                   \
+        return fails(Open) ? -1 : next(found, #name) arguments;                                    \
+    }
+
+ORV_FAULT_OPEN(open, (const char* path, int flags, ...), (path, flags, mode))
+ORV_FAULT_OPEN(open64, (const char* path, int flags, ...), (path, flags, mode))
+ORV_FAULT_OPEN(openat, (int folder, const char* path, int flags, ...), (folder, path, flags, mode))
+ORV_FAULT_OPEN(openat64, (int folder, const char* path, int flags, ...),
+               (folder, path, flags, mode))
+
+#undef ORV_FAULT_OPEN
+}
