@@ -117,7 +117,8 @@ class Pass
 {
 public:
     Pass(Source& source, const ArchiveVisitor& visitor, qint64 maximumSize, QString& detail)
-        : m_source(source), m_archive(archive_read_new(), &archive_read_free), m_visitor(visitor),
+        : m_source(source), m_archive(archive_read_new(), &archive_read_free),
+          m_entry(archive_entry_new(), &archive_entry_free), m_visitor(visitor),
           m_left(maximumSize), m_detail(detail)
     {}
 
@@ -136,6 +137,7 @@ private:
 
     Source& m_source;
     std::unique_ptr<archive, int (*)(archive*)> m_archive;
+    std::unique_ptr<archive_entry, void (*)(archive_entry*)> m_entry; // the one at hand
     const ArchiveVisitor& m_visitor;
     qint64 m_left; // bytes that may still be unpacked
     QString& m_detail;
@@ -144,7 +146,7 @@ private:
 bool Pass::open()
 {
     archive* reader = m_archive.get();
-    if (reader == nullptr)
+    if (reader == nullptr || m_entry == nullptr) // the library's functions do not look
         throw std::bad_alloc();
     return archive_read_support_format_7zip(reader) == ARCHIVE_OK &&
            archive_read_set_read_callback(reader, &readBlock) == ARCHIVE_OK &&
@@ -158,8 +160,8 @@ ArchiveResult Pass::run()
     if (!open())
         return fail(ArchiveResult::NotOpened);
     for (bool isFirst = true;; isFirst = false) {
-        archive_entry* entry = nullptr;
-        const int status = archive_read_next_header(m_archive.get(), &entry);
+        archive_entry* entry = m_entry.get();
+        const int status = archive_read_next_header2(m_archive.get(), entry);
         if (status == ARCHIVE_EOF)
             return ArchiveResult::Success;
         if (status != ARCHIVE_OK && status != ARCHIVE_WARN)

@@ -2,34 +2,33 @@
 
 #include <QThread>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <new>
-#include <unistd.h>
 
 namespace {
 
-// The first line of the text. The stream is not used: it may have to allocate.
+// The first line of the text. C++ streams may have to allocate; this one has no buffer.
 void print(const char* text) noexcept
 {
-    const auto write = [](const char* part, std::size_t size) {
-        return ::write(STDERR_FILENO, part, size) == static_cast<ssize_t>(size);
-    };
-    static_cast<void>(write("Error! ", 7) && write(text, std::strcspn(text, "\n")) &&
-                      write("\n", 1));
+    std::fputs("Error! ", stderr);
+    std::fwrite(text, 1, std::strcspn(text, "\n"), stderr);
+    std::fputc('\n', stderr);
 }
 
 [[noreturn]] void endProcess() noexcept
 {
     if (std::current_exception() != nullptr)
         endWithException();
-    _exit(1);
+    std::_Exit(1);
 }
 
 void endWithoutMemory(int)
 {
     print("Out of memory");
-    _exit(1);
+    std::_Exit(1);
 }
 
 } // namespace
@@ -57,5 +56,5 @@ void endWithException() noexcept
     } catch (...) {
         print("Unknown failure");
     }
-    _exit(1);
+    std::_Exit(1);
 }

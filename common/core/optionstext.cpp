@@ -5,16 +5,24 @@
 
 namespace Orv::Core {
 
-std::string optionsText(const boost::program_options::options_description& options)
+namespace {
+
+std::string textOf(const boost::program_options::options_description& options)
 {
     std::ostringstream stream;
     stream.exceptions(std::ios::badbit); // which passes std::bad_alloc on
     stream << options;
-    std::string text = stream.str();
-    for (const auto& option : options.options())
-        if (text.find("  " + option->format_name() + ' ' + option->format_parameter()) ==
-            std::string::npos)
-            throw std::bad_alloc();
+    return stream.str();
+}
+
+} // namespace
+
+std::string optionsText(const boost::program_options::options_description& options)
+{
+    // Streams inside of the operator keep a lack of memory to themselves.
+    std::string text = textOf(options);
+    if (textOf(options) != text)
+        throw std::bad_alloc();
     return text;
 }
 

@@ -6,8 +6,8 @@
 
 namespace Orv::Core {
 
-// Returns what the stream operator of the options writes. That one passes over lines for which it has
-// no memory; here the answer is std::bad_alloc.
+// Returns what the stream operator of the options writes. Where that one leaves out or misplaces
+// lines for lack of memory, here the answer is std::bad_alloc.
 std::string optionsText(const boost::program_options::options_description& options);
 
 } // namespace Orv::Core
