@@ -11,7 +11,7 @@ namespace Ksx::Data::Content {
 class Package;
 } // namespace Ksx::Data::Content
 
-// Writes the package to `target`. False after an error line.
+// Writes the package to `target`. Returns false after an error line.
 bool savePackageTo(const QString& target, const Ksx::Data::Content::Package& package,
                    const QString& presetsDirectory);
 

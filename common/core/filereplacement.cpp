@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace Orv::Core {
 
@@ -75,9 +76,10 @@ bool FileReplacement::takePlace(bool replaces)
     if (!replaces) {
         remove(m_name);
     } else if (!m_temporary.empty()) {
-        if (!rename(m_temporary, m_name))
-            m_keptCopy = fromBytes(m_folderPath + m_temporary);
-        m_temporary.clear();
+        // The former file has that name, and is not to be removed whatever happens next.
+        const std::string former = std::exchange(m_temporary, {});
+        if (!rename(former, m_name))
+            m_keptCopy = fromBytes(m_folderPath + former);
     }
     return false;
 }

@@ -61,6 +61,17 @@ TEST_F(SavingTool, WritesAFileDirectlyWhereItsDirectoryAllowsNoOther)
     EXPECT_EQ(directory.files(), "in/a.obl out/a_updated.obl");
 }
 
+TEST_F(SavingTool, WritesIntoADirectoryThatMayNotBeListed)
+{
+    directory.setMode("out", 0333);
+
+    const ToolRun run = update();
+
+    directory.setMode("out", 0777);
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("out/a_updated.obl"), aPackage().text());
+}
+
 TEST_F(SavingTool, CannotMakeAFileWhereItsDirectoryAllowsNone)
 {
     directory.setMode("out", 0555);

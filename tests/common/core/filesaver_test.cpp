@@ -3,6 +3,8 @@
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include <gtest/gtest.h>
+#include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -120,7 +122,8 @@ TEST_F(FileSaving, KeepsExtendedAttributes)
 {
     directory.write("a", Former);
     const std::string path = directory.path("a");
-    ASSERT_EQ(setxattr(path.c_str(), "user.note", "kept", 4, 0), 0);
+    if (setxattr(path.c_str(), "user.note", "kept", 4, 0) != 0)
+        GTEST_SKIP() << "no attributes here: " << std::strerror(errno);
 
     EXPECT_TRUE(save("a"));
 
@@ -139,9 +142,9 @@ TEST_F(FileSaving, GivesAReplacedFileNoAccessListOfItsFolder)
                                       255, 255, 255, 32,  0,   5,   0,  255, 255, 255, 255};
     directory.write("x/a", Former);
     directory.setMode("x/a", 0644);
-    ASSERT_EQ(
-        setxattr(directory.path("x").c_str(), "system.posix_acl_default", List, sizeof(List), 0),
-        0);
+    if (setxattr(directory.path("x").c_str(), "system.posix_acl_default", List, sizeof(List), 0) !=
+        0)
+        GTEST_SKIP() << "no access lists here: " << std::strerror(errno);
 
     EXPECT_TRUE(save("x/a"));
 
