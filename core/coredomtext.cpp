@@ -5,7 +5,6 @@
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QDomDocument>
-#include <QXmlStreamReader>
 #include <algorithm>
 #include <string_view>
 #include <unordered_map>
@@ -49,7 +48,7 @@ private:
 class DomBuilder
 {
 public:
-    DomBuilder(QXmlStreamReader& reader, QDomDocument& document, DomIndex* index)
+    DomBuilder(Orv::Data::BoundedXmlReader& reader, QDomDocument& document, DomIndex* index)
         : m_reader(reader), m_document(document), m_index(index)
     {}
 
@@ -67,7 +66,7 @@ private:
             m_open.back().appendChild(node);
     }
 
-    QXmlStreamReader& m_reader;
+    Orv::Data::BoundedXmlReader& m_reader;
     QDomDocument& m_document;
     DomIndex* m_index;
     NamePool m_names;
@@ -76,14 +75,14 @@ private:
 
 bool DomBuilder::build(DomError& error)
 {
-    while (!m_reader.atEnd()) {
-        m_reader.readNext();
+    while (!m_reader.atEnd() && !m_reader.hasError()) {
+        m_reader.advance();
         take();
         if (m_open.size() > MaximumDepth)
             break;
     }
     error = {m_reader.errorString(), m_reader.lineNumber(), m_reader.columnNumber()};
-    if (!m_reader.atEnd()) {
+    if (m_open.size() > MaximumDepth) {
         error.message =
             QCoreApplication::translate("QObject", DepthError).arg(error.line).arg(error.column);
         error.isTooDeep = true;
@@ -321,7 +320,7 @@ bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error, 
     buffer.setData(bytes);
     // Not the bytes themselves: the reader would decode all of them at once.
     buffer.open(QIODevice::ReadOnly);
-    QXmlStreamReader reader(&buffer);
+    Orv::Data::BoundedXmlReader reader(&buffer);
     reader.setNamespaceProcessing(false);
     document = QDomDocument();
     return DomBuilder(reader, document, index).build(error);

@@ -43,7 +43,7 @@ std::size_t lowestBit(std::uint64_t bits)
 
 } // namespace
 
-XmlDataReader::XmlDataReader(QIODevice* device) : QXmlStreamReader(device) {}
+XmlDataReader::XmlDataReader(QIODevice* device) : BoundedXmlReader(device) {}
 
 int XmlDataReader::read(BaseObject& root, const ProgressFunction& progress)
 {
@@ -79,9 +79,9 @@ int XmlDataReader::failForDepth()
                     .arg(columnNumber()));
 }
 
-XmlDataReader::TokenType XmlDataReader::advance()
+XmlDataReader::TokenType XmlDataReader::step()
 {
-    const TokenType token = readNext();
+    const TokenType token = advance();
     if (token == StartElement)
         ++m_depth;
     else if (token == EndElement)
@@ -92,7 +92,7 @@ XmlDataReader::TokenType XmlDataReader::advance()
 void XmlDataReader::skipWhitespace()
 {
     do
-        advance();
+        step();
     while (isWhitespace());
 }
 
@@ -138,7 +138,7 @@ int XmlDataReader::skipElement()
     while (m_depth >= depth) {
         if (m_depth > MaximumDepth)
             return failForDepth();
-        if (advance() == Invalid)
+        if (step() == Invalid)
             return error();
     }
     return 0;

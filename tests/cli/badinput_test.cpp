@@ -14,12 +14,15 @@ using TestSupport::caseName;
 using TestSupport::DamageCase;
 using TestSupport::entityBomb;
 using TestSupport::entityOfItself;
+using TestSupport::inUtf16;
 using TestSupport::longEntity;
+using TestSupport::manyAttributes;
 using TestSupport::nestedElements;
 using TestSupport::nestedGroups;
 using TestSupport::repeated;
 using TestSupport::replaced;
 using TestSupport::runTool;
+using TestSupport::shortEntity;
 using TestSupport::TemporaryDirectory;
 using TestSupport::Tool;
 using TestSupport::ToolRun;
@@ -70,6 +73,19 @@ std::string withBehindDeclaration(const std::string& text, const std::string& do
 std::string withAuthor(const std::string& author, const std::string& doctype)
 {
     return withBehindDeclaration(doctype, replaced(current(), "v=\"me\"", "v=\"" + author + "\""));
+}
+
+std::string old(const std::string& document)
+{
+    return replaced(document, "1.1.0.7049", "1.0.1.3000");
+}
+
+// The document in UTF-16, behind a comment whose bytes read as a version.
+std::string wide(const std::string& document)
+{
+    const std::size_t mark = inUtf16("").size();
+    return inUtf16("<!--") + "<formatVersion v=\"1.1.0.7049\"/> " +
+           inUtf16("-->" + document.substr(Declaration.size())).substr(mark);
 }
 
 std::string nestedUnknowns(int count)
@@ -149,6 +165,26 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"EntityBomb", [] { return withAuthor("&e;", entityBomb("package")); }},
         DamageCase{"FlatEntityBomb",
                    [] { return withAuthor(repeated("&e;", 100000), longEntity("package")); }},
+        DamageCase{"ShortEntityNamedOften",
+                   [] { return withAuthor(repeated("&e;", 300000), shortEntity("package")); }},
+        DamageCase{"ShortEntityNamedOftenInAnOldFile",
+                   [] { return old(withAuthor(repeated("&e;", 300000), shortEntity("package"))); }},
+        DamageCase{"ShortEntityNamedOftenInATextOfAnOldFile",
+                   [] {
+                       return old(replaced(withAuthor("me", shortEntity("package")), "<author",
+                                           "<x>" + repeated("&e;", 300000) + "</x><author"));
+                   }},
+        DamageCase{
+            "ShortEntityNamedOftenInUtf16",
+            [] { return wide(withAuthor(repeated("&e;", 300000), shortEntity("package"))); }},
+        DamageCase{
+            "TooManyAttributes",
+            [] { return replaced(current(), "<author ", "<author " + manyAttributes(80000)); }},
+        DamageCase{"TooManyAttributesOfAnUnknownInAnOldFile",
+                   [] {
+                       return old(replaced(current(), "<author",
+                                           "<x " + manyAttributes(80000) + "/><author"));
+                   }},
         DamageCase{"FalseEncoding",
                    [] { return replaced(current(), "\"me\"", "\"\xff\xfe\xc3\""); }},
         DamageCase{"UnknownEncoding", [] { return replaced(current(), "UTF-8", "folly"); }},
@@ -475,6 +511,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         DamageCase{"ManyLines", [] { return replaced(plain(), "><", ">\n\t <"); }},
         DamageCase{"ByteOrderMark", [] { return "\xef\xbb\xbf" + plain(); }},
+        DamageCase{"Utf16", [] { return wide(plain()); }},
         DamageCase{"NoDeclaration", [] { return plain().substr(Declaration.size()); }},
         DamageCase{
             "UnknownElements",

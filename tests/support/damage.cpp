@@ -58,6 +58,22 @@ std::string nestedElements(const std::string& name, int count)
     return repeated("<" + name + ">", count) + repeated("</" + name + ">", count);
 }
 
+std::string manyAttributes(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += "a" + std::to_string(i) + "=\"\" ";
+    return text;
+}
+
+std::string inUtf16(const std::string& ascii)
+{
+    std::string bytes = "\xFF\xFE";
+    for (const char c : ascii)
+        bytes += {c, '\0'};
+    return bytes;
+}
+
 std::string withFlippedBit(std::string bytes, std::size_t bit)
 {
     bytes[bit / 8] = static_cast<char>(bytes[bit / 8] ^ (1 << (bit % 8)));
@@ -76,6 +92,11 @@ std::string entityBomb(const std::string& root)
 std::string longEntity(const std::string& root)
 {
     return doctype(root, "<!ENTITY e \"" + std::string(100000, 'x') + "\">");
+}
+
+std::string shortEntity(const std::string& root)
+{
+    return doctype(root, "<!ENTITY e \"" + std::string(4000, 'x') + "\">");
 }
 
 std::string entityOfItself(const std::string& root)
@@ -100,6 +121,12 @@ std::vector<DamageCase> brokenDescriptions()
         {"EntityBombInText", [] { return entityBomb(Root) + aDescription("&e;"); }},
         {"FlatEntityBomb",
          [] { return replaced(describedWith(longEntity(Root)), "&e;", repeated("&e;", 100000)); }},
+        {"ShortEntityNamedOften",
+         [] { return replaced(describedWith(shortEntity(Root)), "&e;", repeated("&e;", 300000)); }},
+        {"ShortEntityNamedOftenInText",
+         [] { return shortEntity(Root) + aDescription(repeated("&e;", 300000)); }},
+        {"TooManyAttributes",
+         [] { return aDescription("<graph " + manyAttributes(80000) + "/>"); }},
         {"EntityOfItself", [] { return describedWith(entityOfItself(Root)); }},
         {"FalseEncoding", [] { return aDescription("<graph label=\"\xff\xc3\"/>"); }},
         {"NestedTooDeep", [] { return aDescription(nestedElements("graph", 200000)); }},

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "data/baseobject.h"
-#include <QXmlStreamReader>
+#include "data/boundedxmlreader.h"
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -33,7 +33,7 @@ enum class XmlReadStatus : int
 // what follows is read one level too high, and files depend on that.
 // Elements may nest MaximumDepth deep; no depth costs stack. Serves one read, of a document into a
 // tree that nobody listens to.
-class XmlDataReader : public QXmlStreamReader
+class XmlDataReader : public BoundedXmlReader
 {
 public:
     static constexpr int MaximumDepth = 5000;
@@ -59,7 +59,7 @@ private:
 
     int fail(XmlReadStatus status, const QString& text);
     int failForDepth();
-    TokenType advance();
+    TokenType step();
     void skipWhitespace();
     int expectEnd();
     int skipElement();
