@@ -6,8 +6,10 @@
 #include "data/xmlvalueconverter.h"
 #include "ksx/core/packagereader.h"
 #include <QDir>
+#include <QPair>
+#include <QSet>
 #include <QUrl>
-#include <algorithm>
+#include <boost/functional/hash.hpp>
 
 namespace {
 
@@ -23,47 +25,99 @@ std::list<QDir> presetsDirectories(const QStringList& paths)
     return {paths.begin(), paths.end()};
 }
 
-// Keeps an entry that is new, and what its package depends on.
-void noteLoaded(const Entry& entry, PackagesListManager& manager, bool followDependencies,
-                std::list<Entry>& loaded, std::list<Entry>& pending)
+// One call of loadPackages().
+class Load
 {
-    if (std::find(loaded.rbegin(), loaded.rend(), entry) != loaded.rend())
-        return;
-    loaded.push_back(entry);
-    if (followDependencies)
-        pending.splice(pending.end(), manager.dependenciesOf(entry));
+public:
+    Load(PackagesListManager& manager, const QStringList& presetsPaths, bool followDependencies)
+        : m_manager(manager), m_presetsPaths(presetsPaths),
+          m_followsDependencies(followDependencies)
+    {}
+
+    // False, after an error line, if the file of the entry cannot be opened.
+    bool open(Entry entry, const QString& failure);
+    bool openPending();
+    void finish() { m_manager.finishLoading(m_loaded.all()); }
+
+private:
+    PackagesListManager& m_manager;
+    const QStringList& m_presetsPaths;
+    bool m_followsDependencies;
+    LoadedEntries m_loaded;
+    std::list<Entry> m_pending;
+    // A package depends on the same files whoever asks, unless it is known by another file name.
+    QSet<QPair<const Ksx::Data::Content::Package*, QString>> m_followed;
+};
+
+bool Load::open(Entry entry, const QString& failure)
+{
+    if (loadPackageEntry(entry, m_manager, m_loaded, m_presetsPaths) != 0) {
+        printError(failure + entry.filename);
+        return false;
+    }
+    const QPair<const Ksx::Data::Content::Package*, QString> place(entry.package.get(),
+                                                                   entry.filename);
+    if (m_loaded.add(entry) && m_followsDependencies && !m_followed.contains(place)) {
+        m_followed.insert(place);
+        m_pending.splice(m_pending.end(), m_manager.dependenciesOf(entry));
+    }
+    return true;
+}
+
+bool Load::openPending()
+{
+    for (; !m_pending.empty(); m_pending.pop_front())
+        if (!open(m_pending.front(), QStringLiteral("Cannot load dependency: ")))
+            return false;
+    return true;
 }
 
 } // namespace
 
+std::size_t LoadedEntries::Hash::operator()(const Entry* entry) const
+{
+    std::size_t seed = qHash(entry->filename);
+    boost::hash_combine(seed, entry->uid);
+    boost::hash_combine(seed, entry->package.get());
+    boost::hash_combine(seed, entry->owner.get());
+    return seed;
+}
+
+LoadedEntries::LoadedEntries(std::initializer_list<Entry> entries)
+{
+    for (const Entry& entry : entries)
+        add(entry);
+}
+
+bool LoadedEntries::add(const Entry& entry)
+{
+    m_entries.push_back(entry);
+    if (!m_known.insert(&m_entries.back()).second) {
+        m_entries.pop_back();
+        return false;
+    }
+    if (!m_byFile.contains(entry.filename))
+        m_byFile.insert(entry.filename, &m_entries.back());
+    return true;
+}
+
 int loadPackages(PackagesListManager& manager, const QStringList& paths,
                  const QStringList& presetsPaths, bool followDependencies)
 {
-    std::list<Entry> loaded;
-    std::list<Entry> pending;
+    Load load(manager, presetsPaths, followDependencies);
     for (const QString& path : paths) {
         Entry entry;
         entry.filename = path;
-        if (const int error = loadPackageEntry(entry, manager, loaded, presetsPaths)) {
-            printError(QStringLiteral("Cannot load: ") + entry.filename);
-            return error;
-        }
-        noteLoaded(entry, manager, followDependencies, loaded, pending);
+        if (!load.open(entry, QStringLiteral("Cannot load: ")))
+            return 1;
     }
-    while (!pending.empty()) {
-        Entry entry = pending.front();
-        pending.pop_front();
-        if (const int error = loadPackageEntry(entry, manager, loaded, presetsPaths)) {
-            printError(QStringLiteral("Cannot load dependency: ") + entry.filename);
-            return error;
-        }
-        noteLoaded(entry, manager, followDependencies, loaded, pending);
-    }
-    manager.finishLoading(loaded);
+    if (!load.openPending())
+        return 1;
+    load.finish();
     return 0;
 }
 
-int loadPackageEntry(Entry& entry, PackagesListManager& manager, const std::list<Entry>& loaded,
+int loadPackageEntry(Entry& entry, PackagesListManager& manager, const LoadedEntries& loaded,
                      const QStringList& presetsPaths)
 {
     if (entry.package)
@@ -71,11 +125,9 @@ int loadPackageEntry(Entry& entry, PackagesListManager& manager, const std::list
     const QString canonical = Orv::Core::canonicalPath(entry.filename);
     if (!canonical.isEmpty())
         entry.filename = canonical;
-    for (const Entry& other : loaded) {
-        if (other.filename == entry.filename) {
-            entry.package = other.package;
-            return 0;
-        }
+    if (const Entry* other = loaded.findByFile(entry.filename)) {
+        entry.package = other->package;
+        return 0;
     }
     const Orv::Data::XmlValueConverterURLPrefixReplacement presets(
         PresetsPrefix, presetsDirectories(presetsPaths));

@@ -53,7 +53,9 @@ PackageEntry& PackageEntryTable::add(Uid uid, const QString& path,
 
 PackageEntry* PackageEntryTable::findByPath(const QString& path)
 {
-    return path.isEmpty() ? nullptr : m_byPath.value(keyOf(path), nullptr);
+    if (path.isEmpty() || m_byPath.isEmpty()) // a key costs a look at the disk
+        return nullptr;
+    return m_byPath.value(keyOf(path), nullptr);
 }
 
 PackageEntry* PackageEntryTable::findByUid(Uid uid)

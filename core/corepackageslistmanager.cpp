@@ -18,7 +18,6 @@
 #include <QSet>
 #include <QUuid>
 #include <map>
-#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -104,15 +103,60 @@ bool execute(std::unique_ptr<Orv::Core::DataModificationBase> modification)
     return manager != nullptr ? manager->execute(command) : command->execute();
 }
 
-// The uids of all dependency elements of one load.
-std::unordered_set<Uid> uidsNamedBy(const std::list<PackagesListManager::DependencyEntry>& loaded)
+// The uid of the element by which a package names itself. NoUid without one.
+Uid ownUid(const Package& package)
 {
-    std::unordered_set<Uid> uids;
-    for (const PackagesListManager::DependencyEntry& entry : loaded)
-        if (entry.package)
-            for (const Dependency& dependency : entry.package->dependencies())
-                uids.insert(dependency.uid().get());
-    return uids;
+    for (const Dependency& dependency : package.dependencies())
+        if (dependency.filename().get() == Himself)
+            return dependency.uid().get();
+    return NoUid;
+}
+
+// The uids by which the packages of one load name each other, collected when they are needed first.
+class NamedUids
+{
+public:
+    explicit NamedUids(const std::list<PackagesListManager::DependencyEntry>& loaded)
+        : m_loaded(loaded)
+    {}
+
+    // True for the uid of any dependency element, also of one that nobody followed.
+    bool contains(Uid uid)
+    {
+        collect();
+        return m_uids.count(uid) != 0;
+    }
+    // The first uid that an element has for the file. NoUid if there is none.
+    Uid ofFile(const QString& filename)
+    {
+        collect();
+        return m_byFile.value(filename, NoUid);
+    }
+
+private:
+    void collect();
+
+    const std::list<PackagesListManager::DependencyEntry>& m_loaded;
+    bool m_isCollected = false;
+    std::unordered_set<Uid> m_uids;
+    QHash<QString, Uid> m_byFile;
+};
+
+void NamedUids::collect()
+{
+    if (m_isCollected)
+        return;
+    m_isCollected = true;
+    std::unordered_set<const Package*> packages;
+    for (const PackagesListManager::DependencyEntry& entry : m_loaded) {
+        const auto uid = static_cast<Uid>(entry.uid);
+        if (uid != NoUid && !m_byFile.contains(entry.filename))
+            m_byFile.insert(entry.filename, uid);
+        if (!entry.package || !packages.insert(entry.package.get()).second)
+            continue;
+        for (const Dependency& dependency : entry.package->dependencies())
+            m_uids.insert(dependency.uid().get());
+    }
 }
 
 void trace(const QString& text)
@@ -200,26 +244,25 @@ std::unique_ptr<Package> PackagesListManager::newPackage(const QString& identifi
                              : identifier;
     auto package = std::make_unique<Package>();
     package->identifier().assign(Orv::toLatin1(name));
-    package->fileUID().assign(QUuid::createUuid().toString().toStdString());
+    package->fileUID().assign(UidSource::uuid().toString().toStdString());
     return package;
 }
 
 PackagesListManager::PackageBox PackagesListManager::keep(std::unique_ptr<Package> package)
 {
-    m_kept.push_back(std::move(package));
-    return PackageBox(m_kept.back().get());
+    const PackageBox box(package.get());
+    m_kept.emplace(package.get(), std::move(package));
+    return box;
 }
 
 std::unique_ptr<Package> PackagesListManager::release(const Package& package)
 {
-    for (auto place = m_kept.begin(); place != m_kept.end(); ++place) {
-        if (place->get() != &package)
-            continue;
-        auto released = std::move(*place);
-        m_kept.erase(place);
-        return released;
-    }
-    return nullptr;
+    const auto place = m_kept.find(&package);
+    if (place == m_kept.end())
+        return nullptr;
+    auto released = std::move(place->second);
+    m_kept.erase(place);
+    return released;
 }
 
 std::list<PackagesListManager::DependencyEntry>
@@ -311,16 +354,49 @@ struct PackagesListManager::Rewrites
     }
 };
 
-PackageEntry& PackagesListManager::entryFor(const DependencyEntry& entry,
-                                            const std::function<bool(Uid)>& isTaken)
+// The uids of one load: each file gets one, by which the table knows its package from then on.
+class PackagesListManager::Settling
 {
-    if (PackageEntry* known = m_table.findByPath(entry.filename))
+public:
+    Settling(PackageEntryTable& table, const std::list<DependencyEntry>& loaded)
+        : m_table(table), m_named(loaded)
+    {}
+
+    PackageEntry& entryFor(const DependencyEntry& entry)
+    {
+        if (entry.filename.isEmpty()) // a package that has never been saved
+            return m_table.add(uidFor(entry), {}, nullptr);
+        PackageEntry*& known = m_byFile[entry.filename];
+        if (known == nullptr)
+            known = m_table.findByPath(entry.filename);
+        if (known == nullptr)
+            known = &m_table.add(uidFor(entry), entry.filename, nullptr);
         return *known;
-    const auto wanted = static_cast<Uid>(entry.uid);
-    const bool isFree = wanted != NoUid && m_table.findByUid(wanted) == nullptr;
-    const Uid uid = isFree ? wanted : UidSource::shared().next(isTaken);
-    return m_table.add(uid, entry.filename, nullptr);
-}
+    }
+
+private:
+    // Files tell the uids, where they can, so that a package that is saved again has the same
+    // bytes. The clock tells the others.
+    Uid uidFor(const DependencyEntry& entry)
+    {
+        const auto wanted = static_cast<Uid>(entry.uid);
+        if (isFree(wanted))
+            return wanted;
+        const Uid own = entry.package ? ownUid(*entry.package) : NoUid;
+        if (isFree(own))
+            return own;
+        const Uid named = m_named.ofFile(entry.filename);
+        if (isFree(named))
+            return named;
+        return UidSource::shared().next(
+            [this](Uid uid) { return m_table.findByUid(uid) != nullptr || m_named.contains(uid); });
+    }
+    bool isFree(Uid uid) { return uid != NoUid && m_table.findByUid(uid) == nullptr; }
+
+    PackageEntryTable& m_table;
+    NamedUids m_named;
+    QHash<QString, PackageEntry*> m_byFile; // of this load
+};
 
 // Elements that spell one file name in several ways are written alike, and a file with two such
 // elements would lose the second one when it is opened. Here all paths go by the first one's uid
@@ -346,17 +422,11 @@ void PackagesListManager::dropOtherSpellings(Package& package)
 
 bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded)
 {
-    std::optional<std::unordered_set<Uid>> named; // collected when the first fresh uid is needed
-    const auto isTaken = [&](Uid uid) {
-        if (!named)
-            named = uidsNamedBy(loaded);
-        return m_table.findByUid(uid) != nullptr || named->count(uid) != 0;
-    };
-
+    Settling settling(m_table, loaded);
     Rewrites rewrites;
     std::vector<std::unique_ptr<Package>> added;
     for (const DependencyEntry& entry : loaded) {
-        PackageEntry& known = entryFor(entry, isTaken);
+        PackageEntry& known = settling.entryFor(entry);
         if (entry.package) {
             // A package that is neither attached nor collected yet is still kept here.
             if (auto package = release(*entry.package)) {

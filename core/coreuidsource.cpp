@@ -1,5 +1,7 @@
 #include "ksx/core/uidsource.h"
 
+#include <QRandomGenerator>
+#include <QUuid>
 #include <utility>
 
 namespace Ksx::Core {
@@ -13,6 +15,23 @@ UidSource::Clock& clockSeam()
 {
     static UidSource::Clock clock;
     return clock;
+}
+
+UidSource::Random& randomSeam()
+{
+    static UidSource::Random random;
+    return random;
+}
+
+std::uint32_t randomNumber()
+{
+    return randomSeam() ? randomSeam()() : QRandomGenerator::system()->generate();
+}
+
+// One byte of a number, counted from its lowest.
+uchar byteOf(std::uint32_t number, int index)
+{
+    return static_cast<uchar>(number >> (8 * index));
 }
 
 } // namespace
@@ -32,6 +51,32 @@ UidSource& UidSource::ofUpdater()
 void UidSource::setClock(Clock clock)
 {
     clockSeam() = std::move(clock);
+}
+
+void UidSource::setRandom(Random random)
+{
+    randomSeam() = std::move(random);
+}
+
+QUuid UidSource::uuid()
+{
+    const std::uint32_t a = randomNumber();
+    const std::uint32_t b = randomNumber();
+    const std::uint32_t c = randomNumber();
+    const std::uint32_t d = randomNumber();
+    const auto version = static_cast<ushort>((b & 0x0FFFu) | 0x4000u); // random
+    const auto variant = static_cast<uchar>((c & 0x3Fu) | 0x80u);      // of RFC 4122
+    return {a,
+            static_cast<ushort>(b >> 16),
+            version,
+            variant,
+            byteOf(c, 1),
+            byteOf(c, 2),
+            byteOf(c, 3),
+            byteOf(d, 0),
+            byteOf(d, 1),
+            byteOf(d, 2),
+            byteOf(d, 3)};
 }
 
 Uid UidSource::draw()

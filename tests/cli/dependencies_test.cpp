@@ -10,6 +10,7 @@ using TestSupport::aPackage;
 using TestSupport::aResource;
 using TestSupport::Arguments;
 using TestSupport::dependencyUidIn;
+using TestSupport::PackageText;
 using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::TemporaryDirectory;
@@ -219,6 +220,49 @@ TEST_F(LoadedPackages, ManyInALineAreAllOpened)
     EXPECT_EQ(loadedPart(run), expected);
 }
 
+// Costs that grow with the square of a number show in memory.
+
+constexpr long MaximumKilobytes = 200L * 1024;
+
+TEST_F(LoadedPackages, OneThatNamesItselfOftenIsFollowedOnce)
+{
+    PackageText package = aPackage();
+    PackageText expected = aPackage();
+    for (unsigned uid = 1; uid <= 4000; ++uid) {
+        package.dependingOnItself(uid);
+        expected.dependingOnItself(1);
+    }
+    directory.write("a.obl", package.text());
+
+    const ToolRun run = update({"a.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(loadedPart(run), listOf({"a.obl"}));
+    EXPECT_EQ(directory.read("a_updated.obl"), expected.text());
+    EXPECT_LT(run.peakKilobytes, MaximumKilobytes);
+}
+
+TEST_F(LoadedPackages, ManyThatNameEachOtherAreFollowedOnce)
+{
+    const int count = 150;
+    std::vector<std::string> names;
+    for (int i = 0; i < count; ++i) {
+        PackageText package = aPackage();
+        for (int j = 0; j < count; ++j)
+            if (j != i)
+                package.dependingOn("p" + std::to_string(j) + ".obl",
+                                    static_cast<unsigned>(1000 * i + j));
+        names.push_back("p" + std::to_string(i) + ".obl");
+        directory.write(names.back(), package.text());
+    }
+
+    const ToolRun run = update({"p0.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(loadedPart(run), listOf(names));
+    EXPECT_LT(run.peakKilobytes, MaximumKilobytes);
+}
+
 // The two lines of a failed load.
 
 TEST_F(LoadedPackages, AMissingInputIsShownAsGiven)
@@ -415,7 +459,7 @@ TEST_F(LoadedPackages, TheOwnUidOfADependencyFollowsTheOneThatOthersHaveForIt)
                   .text());
 }
 
-TEST_F(LoadedPackages, TheOwnUidOfAnInputIsNewAndItsPathsFollow)
+TEST_F(LoadedPackages, AnInputKeepsItsOwnUid)
 {
     const std::string text = aPackage()
                                  .dependingOnItself(5)
@@ -426,9 +470,45 @@ TEST_F(LoadedPackages, TheOwnUidOfAnInputIsNewAndItsPathsFollow)
     const ToolRun run = update({"a.obl"});
 
     EXPECT_EQ(run.exitCode, 0) << run;
-    const std::string written = directory.read("a_updated.obl");
+    EXPECT_EQ(directory.read("a_updated.obl"), text);
+}
+
+TEST_F(LoadedPackages, AnOwnUidThatAnotherInputHasIsNewAndItsPathsFollow)
+{
+    const std::string text = aPackage()
+                                 .dependingOnItself(5)
+                                 .containing(aGroupSaying("g", "pkg://x?dependency=5"))
+                                 .text();
+    directory.write("a.obl", aPackage().dependingOnItself(5).text());
+    directory.write("b.obl", text);
+
+    const ToolRun run = update({"a.obl", "b.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    const std::string written = directory.read("b_updated.obl");
     EXPECT_NE(dependencyUidIn(written, "?himself"), 5u);
     EXPECT_EQ(withOwnUidHidden(written), withOwnUidHidden(text));
+}
+
+TEST_F(LoadedPackages, CurrentPackagesHaveTheSameBytesAfterwards)
+{
+    const std::string a = aPackage()
+                              .dependingOn("b.obl", 7)
+                              .dependingOn("c.obl", 8)
+                              .dependingOnItself(5)
+                              .containing(aGroupSaying("g", "pkg://x?dependency=5"))
+                              .text();
+    const std::string b = aPackage().dependingOn("a.obl", 5).text();
+    directory.write("in/a.obl", a);
+    directory.write("in/b.obl", b);
+    directory.write("in/c.obl", aPackage().text());
+
+    const ToolRun run =
+        update({"in/c.obl", "in/b.obl", "in/a.obl", "--output-path", "{inputPath}"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("in/a_updated.obl"), a);
+    EXPECT_EQ(directory.read("in/b_updated.obl"), b);
 }
 
 TEST_F(LoadedPackages, TheUidOfAnInputIsTheSameForAllThatDependOnIt)

@@ -326,4 +326,24 @@ TEST_F(LoadPackages, AnEntryTakesOverThePackageOfItsFile)
     EXPECT_TRUE(entry.package == package.get());
 }
 
+TEST_F(LoadPackages, EntriesThatAreEqualAreKeptOnce)
+{
+    const auto package = TestSupport::packageFrom(aPackage());
+    LoadedEntries::Entry entry;
+    entry.uid = 1;
+    entry.filename = "a.obl";
+    entry.package.reset(package.get());
+    LoadedEntries::Entry other = entry;
+    other.uid = 2;
+    LoadedEntries loaded;
+
+    EXPECT_TRUE(loaded.add(entry));
+    EXPECT_TRUE(loaded.add(other));
+    EXPECT_FALSE(loaded.add(entry));
+
+    EXPECT_EQ(loaded.all().size(), 2u);
+    EXPECT_EQ(loaded.findByFile("a.obl"), &loaded.all().front());
+    EXPECT_EQ(loaded.findByFile("b.obl"), nullptr);
+}
+
 } // namespace

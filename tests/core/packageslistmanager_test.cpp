@@ -211,6 +211,16 @@ TEST_F(PackagesManager, ANewPackageHasItsIdentifierAndAFreshFileUid)
     EXPECT_EQ(one->getParent(), nullptr);
 }
 
+TEST_F(PackagesManager, ANewPackageHasAFileUidOfTheRandomSource)
+{
+    UidSource::setRandom([] { return 0u; });
+
+    const auto package = PackagesListManager::newPackage("wood");
+
+    UidSource::setRandom({});
+    EXPECT_EQ(package->fileUID().get(), "{00000000-0000-4000-8000-000000000000}");
+}
+
 TEST_F(PackagesManager, ANewPackageHasADefaultIdentifier)
 {
     EXPECT_EQ(PackagesListManager::newPackage("")->identifier().get(),
@@ -403,12 +413,50 @@ TEST_F(SettledUids, AFreeUidIsKept)
     EXPECT_TRUE(manager.table().findByUid(7)->package == openAt(1));
 }
 
-TEST_F(SettledUids, TheUidOfThePackageItselfIsThatOfTheTable)
+TEST_F(SettledUids, APackageThatWasAskedForKeepsItsOwnUid)
 {
     load(aPackage().dependingOnItself(7).containing(aGroupSaying("g", "pkg://x?dependency=7")));
 
+    EXPECT_EQ(dependenciesOf(openAt(0)), Lines({"?himself: 7"}));
+    EXPECT_EQ(pathOf(openAt(0)), "pkg://x?dependency=7");
+    EXPECT_TRUE(manager.table().findByUid(7)->package == openAt(0));
+}
+
+TEST_F(SettledUids, TheFirstOfManyOwnUidsHoldsForAll)
+{
+    load(aPackage().dependingOnItself(7).dependingOnItself(8).dependingOnItself(9));
+
+    EXPECT_EQ(dependenciesOf(openAt(0)), Lines({"?himself: 7", "?himself: 7", "?himself: 7"}));
+}
+
+TEST_F(SettledUids, AnOwnUidThatIsTakenIsThatOfTheClock)
+{
+    manager.finishLoading({asked("x.obl", aPackage().dependingOnItself(7))});
+
+    load(aPackage().dependingOnItself(7).containing(aGroupSaying("g", "pkg://x?dependency=7")));
+
+    EXPECT_EQ(dependenciesOf(openAt(1)), Lines({"?himself: 1000"}));
+    EXPECT_EQ(pathOf(openAt(1)), "pkg://x?dependency=1000");
+}
+
+TEST_F(SettledUids, AnOwnUidThatStandsForNoneIsThatOfTheClock)
+{
+    load(aPackage().dependingOnItself(NoUid));
+
     EXPECT_EQ(dependenciesOf(openAt(0)), Lines({"?himself: 1000"}));
-    EXPECT_EQ(pathOf(openAt(0)), "pkg://x?dependency=1000");
+}
+
+TEST_F(SettledUids, APackageWithoutAnOwnUidGetsTheFirstThatAnotherHasForIt)
+{
+    const Entry b = asked("b.obl", aPackage());
+    const Entry a = asked("a.obl", aPackage().dependingOn(directory.path("b.obl"), 77));
+    Entries entries{b, a};
+    entries.splice(entries.end(), manager.dependenciesOf(a));
+
+    manager.finishLoading(entries);
+
+    EXPECT_TRUE(manager.table().findByUid(77)->package == openAt(0));
+    EXPECT_EQ(dependenciesOf(openAt(1)), Lines({directory.path("b.obl") + ": 77"}));
 }
 
 TEST_F(SettledUids, AFreshUidIsNoneOfTheCallsDependencies)

@@ -1,5 +1,6 @@
 #include "ksx/core/uidsource.h"
 
+#include <QUuid>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -130,6 +131,54 @@ TEST(UidSourceClock, IsTheSystemsWithoutAnother)
 
     EXPECT_GE(uid - before, 0u);
     EXPECT_LE(uid, static_cast<Uid>(std::time(nullptr)));
+}
+
+// UUIDs.
+
+class FixedRandom : public testing::Test
+{
+protected:
+    FixedRandom()
+    {
+        UidSource::setRandom([this] { return next++; });
+    }
+    ~FixedRandom() override { UidSource::setRandom({}); }
+
+    std::uint32_t next = 0;
+};
+
+TEST_F(FixedRandom, GivesTheSameUuidsEachTime)
+{
+    const QUuid first = UidSource::uuid();
+    const QUuid second = UidSource::uuid();
+    next = 0;
+
+    EXPECT_EQ(UidSource::uuid(), first);
+    EXPECT_EQ(UidSource::uuid(), second);
+    EXPECT_NE(first, second);
+}
+
+TEST_F(FixedRandom, GivesUuidsThatSayThatTheyAreRandom)
+{
+    const QUuid uuid = UidSource::uuid();
+
+    EXPECT_EQ(uuid.version(), QUuid::Random);
+    EXPECT_EQ(uuid.variant(), QUuid::DCE);
+}
+
+TEST_F(FixedRandom, AllBitsOfFourNumbersAreInTheUuid)
+{
+    UidSource::setRandom([] { return 0xFFFFFFFFu; });
+
+    EXPECT_EQ(UidSource::uuid().toString(), "{ffffffff-ffff-4fff-bfff-ffffffffffff}");
+}
+
+TEST(UidSourceRandom, IsTheSystemsWithoutAnother)
+{
+    UidSource::setRandom({});
+
+    EXPECT_NE(UidSource::uuid(), UidSource::uuid());
+    EXPECT_EQ(UidSource::uuid().version(), QUuid::Random);
 }
 
 } // namespace

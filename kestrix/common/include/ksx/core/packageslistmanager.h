@@ -6,9 +6,9 @@
 #include "ksx/core/uidsource.h"
 #include <QString>
 #include <QStringList>
-#include <functional>
 #include <list>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace Ksx::Data::Content {
@@ -84,14 +84,16 @@ public:
 
 private:
     struct Rewrites;
+    class Settling;
 
-    PackageEntry& entryFor(const DependencyEntry& entry, const std::function<bool(Uid)>& isTaken);
     void dropOtherSpellings(Data::Content::Package& package);
     std::unique_ptr<Data::Content::Package> release(const Data::Content::Package& package);
 
     std::unique_ptr<Data::Content::PackagesList> m_document;
     PackageEntryTable m_table;
-    std::list<std::unique_ptr<Data::Content::Package>> m_kept; // not attached
+    // Not attached.
+    std::unordered_map<const Data::Content::Package*, std::unique_ptr<Data::Content::Package>>
+        m_kept;
 };
 
 } // namespace Ksx::Core

@@ -1,9 +1,11 @@
-// Where new uids come from.
+// Where new uids come from: the one place that reads the clock or random numbers.
 #pragma once
 
 #include <cstdint>
 #include <ctime>
 #include <functional>
+
+class QUuid;
 
 namespace Ksx::Core {
 
@@ -18,6 +20,7 @@ class UidSource
 {
 public:
     using Clock = std::function<std::time_t()>;
+    using Random = std::function<std::uint32_t()>;
     using IsTaken = std::function<bool(Uid)>;
 
     explicit UidSource(Uid firstCount) : m_counter(firstCount) {}
@@ -28,6 +31,12 @@ public:
     static UidSource& ofUpdater();
     // Replaces the clock of all sources; an empty function brings the system's back.
     static void setClock(Clock clock);
+    // Replaces the random numbers of uuid(), of which all bits count; an empty function brings the
+    // system's back.
+    static void setRandom(Random random);
+
+    // A random UUID.
+    static QUuid uuid();
 
     // A uid that `isTaken` (may be empty) does not know, and that is not NoUid.
     Uid next(const IsTaken& isTaken);
