@@ -10,6 +10,7 @@ using TestSupport::aPackage;
 using TestSupport::aResource;
 using TestSupport::Arguments;
 using TestSupport::caseName;
+using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::TemporaryDirectory;
 using TestSupport::ToolRun;
@@ -44,6 +45,25 @@ TEST_F(UpdateCommand, WritesAPackageThatIsCurrentAsItWas)
 
     EXPECT_EQ(run.exitCode, 0) << run;
     EXPECT_EQ(withOwnUidHidden(directory.read("a_updated.obl")), withOwnUidHidden(text));
+}
+
+TEST_F(UpdateCommand, ReadsTheConfigurationsInsideOthersOfAnOldPackage)
+{
+    const std::string current = "<configurations><name v=\"a\"/><uid v=\"1\"/><configuration>"
+                                "<configurations><name v=\"b\"/><uid v=\"2\"/><configuration/>"
+                                "</configurations></configuration></configurations>";
+    const std::string old = "<configuration><name v=\"a\"/><uid v=\"1\"/><configurations>"
+                            "<configuration><name v=\"b\"/><uid v=\"2\"/><configurations/>"
+                            "</configuration></configurations></configuration>";
+    const std::string none =
+        "<configurations><name v=\"default\"/><uid v=\"1\"/><configuration/></configurations>";
+    const std::string text = aPackage().text();
+    directory.write("a.obl", replaced(replaced(text, none, old), "1.1.0.7049", "1.0.1.3000"));
+
+    const ToolRun run = update({"a.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("a_updated.obl"), replaced(text, none, current));
 }
 
 TEST_F(UpdateCommand, WritesOneLineThatEndsWithALineFeed)

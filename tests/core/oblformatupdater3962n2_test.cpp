@@ -33,6 +33,26 @@ TEST(OBLFormatUpdater3962n2, RenamesInnerElementsInsideEachOther)
               "</configuration></configurations></package>");
 }
 
+TEST(OBLFormatUpdater3962n2, RenamesTheItemsOfInnerElements)
+{
+    EXPECT_EQ(rewritten(Updater, "<package><configuration><configurations>"
+                                 "<configuration><configurations><configuration/></configurations>"
+                                 "</configuration><configuration/></configurations>"
+                                 "<x><configuration/></x></configuration></package>"),
+              "<package><configurations><configuration>"
+              "<configurations><configuration><configurations/></configuration>"
+              "</configurations><configurations/></configuration>"
+              "<x><configuration/></x></configurations></package>");
+}
+
+TEST(OBLFormatUpdater3962n2, CountsTheItemsOfInnerElements)
+{
+    EXPECT_EQ(updateBuffer(Updater, "<package><configuration><configurations><configuration/>"
+                                    "<configuration/></configurations></configuration></package>")
+                  .log,
+              "ENTRY_CHANGED_4\n");
+}
+
 TEST(OBLFormatUpdater3962n2, CountsOuterAndInnerElements)
 {
     EXPECT_EQ(updateBuffer(Updater, "<package><configuration><configurations><configurations/>"
