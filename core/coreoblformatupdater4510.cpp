@@ -1,5 +1,6 @@
 #include "ksx/core/oblformatupdater4510.h"
 
+#include "data/desc/outputusage.h"
 #include "ksx/core/dompath.h"
 #include <QDomDocument>
 #include <algorithm>
@@ -8,18 +9,6 @@
 namespace Ksx::Core {
 
 namespace {
-
-// What the numbers of old files mean, by their index.
-constexpr const char* UsageNames[] = {
-    "diffuse",          "opacity",      "emissive",    "ambient",
-    "ambientOcclusion", "mask",         "normal",      "bump",
-    "height",           "displacement", "specular",    "specularLevel",
-    "specularColor",    "glossiness",   "roughness",   "anisotropyLevel",
-    "anisotropyAngle",  "transmissive", "reflection",  "refraction",
-    "environment",      "IOR",          "scattering0", "scattering1",
-    "scattering2",      "scattering3",  "$matte",      "$any",
-    "$userInput",
-};
 
 constexpr const char* UsageOfOutputsWithoutOne = "diffuse";
 
@@ -31,7 +20,8 @@ const char* usageName(const QString& text)
     });
     bool isNumber = false;
     const uint index = text.toUInt(&isNumber);
-    return isDecimal && isNumber && index < std::size(UsageNames) ? UsageNames[index] : nullptr;
+    const auto& names = Data::Desc::OutputUsage::BuiltIn;
+    return isDecimal && isNumber && index < std::size(names) ? names[index] : nullptr;
 }
 
 QDomElement leaf(QDomDocument& document, const QString& name, const char* value)
@@ -65,7 +55,8 @@ void insertUsages(QDomDocument& document, QDomElement output, const char* name)
 //     <usages><usage><components v="RGBA"/><name v="normal"/></usage></usages>
 //   </graphoutput>
 // The list stands behind `desc`, if there is one. An output without `usage` becomes "diffuse"; one
-// with a number that is none of the list is left without usages.
+// with a number that is none of the list is left without usages. The list is that of the built-in
+// usages, which keep their places.
 OBLFormatUpdater::Elements OBLFormatUpdater4510::find(const QDomDocument& document,
                                                       const DomIndex& index) const
 {

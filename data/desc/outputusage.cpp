@@ -1,19 +1,10 @@
 #include "data/desc/outputusage.h"
 
+#include <iterator>
+
 namespace Ksx::Data::Desc {
 
-OutputUsage::OutputUsage()
-    : m_entries{
-          "diffuse",          "opacity",      "emissive",    "ambient",
-          "ambientOcclusion", "mask",         "normal",      "bump",
-          "height",           "displacement", "specular",    "specularLevel",
-          "specularColor",    "glossiness",   "roughness",   "anisotropyLevel",
-          "anisotropyAngle",  "transmissive", "reflection",  "refraction",
-          "environment",      "IOR",          "scattering0", "scattering1",
-          "scattering2",      "scattering3",  "$matte",      "$any",
-          "$userInput",
-      }
-{}
+OutputUsage::OutputUsage() : m_entries(std::begin(BuiltIn), std::end(BuiltIn)) {}
 
 void OutputUsage::addEntry(const std::string& usage)
 {

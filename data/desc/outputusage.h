@@ -15,6 +15,18 @@ class OutputUsage final : public QObject, public Orv::Core::Singleton<OutputUsag
     Q_OBJECT
 
 public:
+    // Old files name a usage by its index here.
+    static constexpr const char* BuiltIn[] = {
+        "diffuse",          "opacity",      "emissive",    "ambient",
+        "ambientOcclusion", "mask",         "normal",      "bump",
+        "height",           "displacement", "specular",    "specularLevel",
+        "specularColor",    "glossiness",   "roughness",   "anisotropyLevel",
+        "anisotropyAngle",  "transmissive", "reflection",  "refraction",
+        "environment",      "IOR",          "scattering0", "scattering1",
+        "scattering2",      "scattering3",  "$matte",      "$any",
+        "$userInput",
+    };
+
     // In the order in which they are offered: the built-in ones first. Those that begin with "$"
     // are markers for the consumers and no usages.
     const std::vector<std::string>& usages() const { return m_entries; }
