@@ -4,6 +4,7 @@
 #include "data/latin1.h"
 #include <QDomElement>
 #include <QStringList>
+#include <algorithm>
 #include <optional>
 
 namespace Ksx::Core {
@@ -31,6 +32,8 @@ std::optional<bool> truthOf(const QString& text)
         return false;
     return std::nullopt;
 }
+
+const QString LabelName = QStringLiteral("label");
 
 // The value types of inputs.
 constexpr unsigned NoType = 0;
@@ -163,23 +166,46 @@ void addOption(DefaultWidget& widget, const QString& name, const QString& value)
     widget.options().pushBack(std::move(option));
 }
 
+enum class Widgets
+{
+    All,
+    Numbers, // sliders and angles
+};
+
 struct OptionRow
 {
     const char* attribute;
     const char* option;
+    Widgets widgets;
 };
 
-constexpr OptionRow NumberOptions[] = {
-    {"min", "min"},   {"max", "max"},       {"clamp", "clamp"},
-    {"step", "step"}, {"suffix", "suffix"}, {"valuescale", "valueScale"},
-    {"unit", "unit"},
+constexpr OptionRow Options[] = {
+    {"min", "min", Widgets::Numbers},     {"max", "max", Widgets::Numbers},
+    {"clamp", "clamp", Widgets::Numbers}, {"step", "step", Widgets::All},
+    {"suffix", "suffix", Widgets::All},   {"valuescale", "valueScale", Widgets::All},
+    {"unit", "unit", Widgets::Numbers},
 };
 
-// The options of a slider or an angle.
-void readNumberOptions(const QDomElement& gui, DefaultWidget& widget)
+// The lowest number behind "label" in the names of attributes. None without such a name.
+std::optional<unsigned> firstLabelOf(const QDomElement& gui)
 {
-    for (const OptionRow& row : NumberOptions) {
-        if (!gui.hasAttribute(QLatin1String(row.attribute)))
+    std::optional<unsigned> first;
+    const QDomNamedNodeMap attributes = gui.attributes();
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QString name = attributes.item(i).nodeName();
+        bool isNumber = false;
+        const unsigned number = name.mid(LabelName.size()).toUInt(&isNumber);
+        if (isNumber && name == LabelName + QString::number(number))
+            first = std::min(first.value_or(number), number);
+    }
+    return first;
+}
+
+void readOptions(const QDomElement& gui, Widgets widgets, DefaultWidget& widget)
+{
+    for (const OptionRow& row : Options) {
+        const bool isOfWidget = row.widgets == Widgets::All || row.widgets == widgets;
+        if (!isOfWidget || !gui.hasAttribute(QLatin1String(row.attribute)))
             continue;
         QString value = attributeOf(gui, row.attribute);
         if (row.attribute == QLatin1String("clamp"))
@@ -187,12 +213,19 @@ void readNumberOptions(const QDomElement& gui, DefaultWidget& widget)
                 value = *truth ? QStringLiteral("1") : QStringLiteral("0");
         addOption(widget, QLatin1String(row.option), value);
     }
-    for (int i = 0;; ++i) {
-        const QString label = QStringLiteral("label%1").arg(i);
+    const auto first = firstLabelOf(gui);
+    for (unsigned number = first.value_or(0); first.has_value(); ++number) {
+        const QString label = LabelName + QString::number(number);
         if (!gui.hasAttribute(label))
             return;
         addOption(widget, label, gui.attribute(label));
     }
+}
+
+// The marks between values, texts and entries must not stand in a text.
+QString entryText(QString text)
+{
+    return text.replace('|', ' ').replace(';', ' ');
 }
 
 // The entries of a combo box as one text: "value;text | value;text".
@@ -202,7 +235,7 @@ void readComboBoxOptions(const QDomElement& gui, DefaultWidget& widget)
     const QString name = QStringLiteral("guicomboboxitem");
     for (QDomElement item = gui.firstChildElement(name); !item.isNull();
          item = item.nextSiblingElement(name))
-        entries.append(attributeOf(item, "value") + ';' + attributeOf(item, "text"));
+        entries.append(attributeOf(item, "value") + ';' + entryText(attributeOf(item, "text")));
     addOption(widget, QStringLiteral("editorID"), QStringLiteral("dropdownlist"));
     addOption(widget, QStringLiteral("parameters"), entries.join(QStringLiteral(" | ")));
 }
@@ -215,13 +248,16 @@ void readWidget(const QString& name, const QDomElement& gui, DefaultWidget& widg
     QString widgetName = name;
     if (!slider.isNull()) {
         widgetName = QStringLiteral("slider");
-        readNumberOptions(slider, widget);
+        readOptions(slider, Widgets::Numbers, widget);
     } else if (!angle.isNull()) {
         widgetName = QStringLiteral("angle");
-        readNumberOptions(angle, widget);
+        readOptions(angle, Widgets::Numbers, widget);
     } else if (!comboBox.isNull()) {
         widgetName = QStringLiteral("dropdownlist");
         readComboBoxOptions(comboBox, widget);
+        readOptions(comboBox, Widgets::All, widget);
+    } else {
+        readOptions(childOf(gui, "guiimage"), Widgets::All, widget);
     }
     widget.name().assign(Orv::toLatin1(widgetName));
 }

@@ -15,14 +15,14 @@ QString attributeOf(const QDomElement& element, const char* name)
     return element.attribute(QLatin1String(name));
 }
 
-// Leaves `attribute` as it is when the element says nothing; false for a text that is no number.
+// Leaves `attribute` as it is, and answers false, unless the element gives a number.
 template <class Attribute>
 bool readNumber(const QDomElement& element, const char* name, Attribute& attribute)
 {
-    if (!element.hasAttribute(QLatin1String(name)))
-        return true;
     bool isNumber = false;
-    attribute.assign(attributeOf(element, name).toUInt(&isNumber));
+    const unsigned number = attributeOf(element, name).toUInt(&isNumber);
+    if (isNumber)
+        attribute.assign(number);
     return isNumber;
 }
 
@@ -42,19 +42,19 @@ void readUsages(const QDomElement& channels, GraphOutput& output)
 
 bool addOblasmOutput(const QDomElement& element, Graph& graph)
 {
-    const bool isNamed = element.hasAttribute(QStringLiteral("identifier")) &&
-                         element.hasAttribute(QStringLiteral("uid"));
     auto output = std::make_unique<GraphOutput>();
     auto rootOutput = std::make_unique<RootOutput>();
-    if (!isNamed || !readNumber(element, "uid", output->uid()) ||
-        !readNumber(element, "format", rootOutput->format().value()) ||
-        !readNumber(element, "mipmaps", rootOutput->mipmaps().value()))
+    if (!element.hasAttribute(QStringLiteral("identifier")) ||
+        !readNumber(element, "uid", output->uid()))
         return false;
+    readNumber(element, "format", rootOutput->format().value());
+    readNumber(element, "mipmaps", rootOutput->mipmaps().value());
     output->identifier().assign(Orv::toLatin1(attributeOf(element, "identifier")));
     const QDomElement gui = element.firstChildElement(QStringLiteral("outputgui"));
     output->attributes().label().assign(Orv::toLatin1(attributeOf(gui, "label")));
     output->attributes().description().assign(Orv::toLatin1(attributeOf(gui, "description")));
     output->attributes().usertags().assign(Orv::toLatin1(attributeOf(gui, "usertag")));
+    output->disabled().value().assign(attributeOf(gui, "state") == QLatin1String("disabled"));
     readUsages(element.firstChildElement(QStringLiteral("channels")), *output);
     rootOutput->output().assign(output->uid().get());
     graph.graphOutputs().pushBack(std::move(output));

@@ -478,6 +478,14 @@ INSTANTIATE_TEST_SUITE_P(
                    aWidget("slider", anOption("clamp", "0"))},
         WidgetCase{"ClampNo", R"(<inputgui><guislider clamp="no"/></inputgui>)",
                    aWidget("slider", anOption("clamp", "0"))},
+        WidgetCase{"LabelsFromAnyNumber",
+                   R"(<inputgui><guislider label11="c" label9="a" label10="b"/></inputgui>)",
+                   aWidget("slider", anOption("label9", "a") + anOption("label10", "b") +
+                                         anOption("label11", "c"))},
+        WidgetCase{"NamesThatAreNoLabels",
+                   R"(<inputgui><guislider label="a" label01="b" labels="c" label-1="d")"
+                   R"( label2="e"/></inputgui>)",
+                   aWidget("slider", anOption("label2", "e"))},
         WidgetCase{"LabelsEndAtAGap", R"(<inputgui><guislider label0="a" label2="c"/></inputgui>)",
                    aWidget("slider", anOption("label0", "a"))},
         WidgetCase{"ScaleInOtherCase", R"(<inputgui><guislider valueScale="2"/></inputgui>)",
@@ -492,6 +500,23 @@ INSTANTIATE_TEST_SUITE_P(
                    "</inputgui>",
                    aWidget("dropdownlist",
                            anOption("editorID", "dropdownlist") + anOption("parameters", "1;a"))},
+        WidgetCase{"NumbersOfAnImage",
+                   R"(<inputgui widget="x"><guiimage step="2" suffix="px" valuescale="3")"
+                   R"( label1="a"/></inputgui>)",
+                   aWidget("x", anOption("step", "2") + anOption("suffix", "px") +
+                                    anOption("valueScale", "3") + anOption("label1", "a"))},
+        WidgetCase{"NumbersOfAComboBox",
+                   R"(<inputgui><guicombobox step="2" suffix="px" valuescale="3" label0="a"/>)"
+                   "</inputgui>",
+                   aWidget("dropdownlist",
+                           anOption("editorID", "dropdownlist") + anOption("parameters", "") +
+                               anOption("step", "2") + anOption("suffix", "px") +
+                               anOption("valueScale", "3") + anOption("label0", "a"))},
+        WidgetCase{"ComboBoxOfTextsWithMarks",
+                   R"(<inputgui><guicombobox><guicomboboxitem value="1" text="a|b;c"/>)"
+                   R"(<guicomboboxitem value="2" text=";|"/></guicombobox></inputgui>)",
+                   aWidget("dropdownlist", anOption("editorID", "dropdownlist") +
+                                               anOption("parameters", "1;a b c | 2;  "))},
         WidgetCase{"EmptyComboBox", "<inputgui><guicombobox/></inputgui>",
                    aWidget("dropdownlist",
                            anOption("editorID", "dropdownlist") + anOption("parameters", ""))}),

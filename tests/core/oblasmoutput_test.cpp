@@ -111,10 +111,59 @@ INSTANTIATE_TEST_SUITE_P(
                     TextCase{"WithoutUid", R"(<output identifier="o"/>)"},
                     TextCase{"UidIsNoNumber", R"(<output identifier="o" uid="x"/>)"},
                     TextCase{"UidIsNegative", R"(<output identifier="o" uid="-1"/>)"},
-                    TextCase{"UidIsEmpty", R"(<output identifier="o" uid=""/>)"},
-                    TextCase{"FormatIsNoNumber", R"(<output identifier="o" uid="6" format="x"/>)"},
-                    TextCase{"MipmapsAreNoNumber",
-                             R"(<output identifier="o" uid="6" mipmaps="x"/>)"}),
+                    TextCase{"UidIsEmpty", R"(<output identifier="o" uid=""/>)"}),
     caseName<TextCase>);
+
+class OblasmOutputNumber : public testing::TestWithParam<TextCase>
+{};
+
+TEST_P(OblasmOutputNumber, ThatIsNoneIsPassedOver)
+{
+    Graph graph;
+
+    ASSERT_TRUE(add("<output identifier=\"o\" uid=\"6\" " + GetParam().text + "/>", graph));
+
+    EXPECT_EQ(writtenAs(graph.root().rootOutputs()),
+              R"(<rootOutputs><rootOutput><output v="6"/><format><value v="0"/></format>)"
+              R"(<usertag v=""/></rootOutput></rootOutputs>)");
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, OblasmOutputNumber,
+                         testing::Values(TextCase{"FormatOfLetters", R"(format="x")"},
+                                         TextCase{"FormatIsEmpty", R"(format="")"},
+                                         TextCase{"FormatIsNegative", R"(format="-1")"},
+                                         TextCase{"MipmapsOfLetters", R"(mipmaps="x")"},
+                                         TextCase{"Both", R"(format="1.5" mipmaps="many")"}),
+                         caseName<TextCase>);
+
+class OblasmOutputState : public testing::TestWithParam<TextCase>
+{};
+
+TEST_P(OblasmOutputState, LeavesTheOutputOn)
+{
+    Graph graph;
+
+    ASSERT_TRUE(add(
+        R"(<output identifier="o" uid="6"><outputgui )" + GetParam().text + "/></output>", graph));
+
+    EXPECT_FALSE(graph.graphOutputs().at(0).disabled().value().get());
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, OblasmOutputState,
+                         testing::Values(TextCase{"Missing", ""},
+                                         TextCase{"Visible", R"(state="visible")"},
+                                         TextCase{"Hidden", R"(state="hidden")"},
+                                         TextCase{"Other", R"(state="Disabled")"}),
+                         caseName<TextCase>);
+
+TEST(OblasmOutput, IsDisabledByItsState)
+{
+    Graph graph;
+
+    ASSERT_TRUE(
+        add(R"(<output identifier="o" uid="6"><outputgui state="disabled"/></output>)", graph));
+
+    EXPECT_TRUE(graph.graphOutputs().at(0).disabled().value().get());
+}
 
 } // namespace

@@ -10,7 +10,8 @@ class Graph;
 namespace Ksx::Core {
 
 // Adds the graph output and the root output that an `output` element of a description tells of.
-// False if it lacks identifier or uid, or has a number that cannot be read.
+// False if it lacks an identifier or has no number as uid. Other numbers that cannot be read count as
+// missing.
 bool addOblasmOutput(const QDomElement& element, Data::Content::Graph& graph);
 
 } // namespace Ksx::Core
