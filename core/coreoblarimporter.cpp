@@ -13,6 +13,8 @@
 #include <QSet>
 #include <QStringList>
 #include <algorithm>
+#include <optional>
+#include <unordered_map>
 
 namespace Ksx::Core {
 
@@ -23,8 +25,9 @@ using Orv::Core::MessageNode;
 
 const QString AssembliesPrefix = QStringLiteral("assemblies/content/");
 const QString AuthoringPrefix = QStringLiteral("authoring/content/");
-// What the descriptions of one archive may come to, in bytes: a document of them takes a multiple.
-constexpr qint64 MaximumDescriptionsSize = qint64{64} << 20;
+// What one description may come to, in bytes: a document of it takes a multiple.
+constexpr qint64 MaximumDescriptionSize = qint64{64} << 20;
+constexpr int FastCompression = 1; // of zlib
 
 const QString BodyEnding = QStringLiteral(".oblasm");
 const QString DescriptionEnding = QStringLiteral(".xml");
@@ -48,35 +51,52 @@ QString entryOf(const QString& name)
     return {};
 }
 
+// For a body or a description.
+QString withoutEnding(const QString& name)
+{
+    return name.left(name.lastIndexOf('.'));
+}
+
 bool leadsOut(const QString& name)
 {
     return name.startsWith('/') || name.split('/').contains(QStringLiteral(".."));
 }
 
-// The files of an archive as far as they matter: what one pass over it brings.
+// An assembly, as far as the archive has given it out.
+struct ArchivedAssembly
+{
+    QString body; // its name in the archive
+    std::optional<QByteArray> header;
+    QByteArray description; // compressed, while it waits for the body
+    bool hasDescription = false;
+    OBLASMContent content;
+};
+
+// The assemblies of an archive: what one pass over it brings. Each is read when both of its files
+// have come, so that one description is held at a time. A description that comes before its body
+// waits compressed. Archivers put the bodies first.
 class Listing
 {
 public:
-    // `library` is what readArchive() takes.
-    bool read(QIODevice& device, const QString& library, const ImporterReport& report);
+    explicit Listing(const ImporterReport& report) : m_report(report) {}
 
-    const QStringList& entries() const { return m_entries; }
-    const QStringList& bodiesOf(const QString& entry) { return m_bodies[entry]; }
-    const QByteArray& header(const QString& body) { return m_files[body]; }
-    bool hasFile(const QString& name) const { return m_files.contains(name); }
-    // Takes the bytes off the listing: they are needed once.
-    QByteArray takeFile(const QString& name) { return m_files.take(name); }
+    // `library` is what readArchive() takes.
+    bool read(QIODevice& device, const QString& library);
+    // Moves all assemblies into the package, in the order of their entries.
+    bool moveTo(Package& package);
 
 private:
     qint64 note(const QString& name);
-    void take(const QString& name, const QByteArray& bytes);
+    bool take(const QString& name, const QByteArray& bytes);
+    bool complete(ArchivedAssembly& assembly, const QByteArray& description);
 
-    QStringList m_entries; // ids, in the order of the archive
-    QHash<QString, QStringList> m_bodies;
-    QHash<QString, QByteArray> m_files; // descriptions, and the headers of bodies
+    const ImporterReport& m_report;
+    QStringList m_entries;                    // ids, in the order of the archive
+    QHash<QString, QStringList> m_assemblies; // names without ending, by entry
+    std::unordered_map<QString, ArchivedAssembly> m_byName;
     QSet<QString> m_names;
-    qint64 m_descriptionsLeft = MaximumDescriptionsSize;
-    QString m_badName; // the first that no archive should have
+    QString m_badName;        // the first that no archive should have
+    bool m_hasFailed = false; // and been reported
 };
 
 // Answers how much of the file is wanted.
@@ -86,69 +106,95 @@ qint64 Listing::note(const QString& name)
         m_badName = name;
     m_names.insert(name);
     const QString entry = entryOf(name);
-    if (entry.isNull() || !m_badName.isNull())
+    if (entry.isNull() || !m_badName.isNull() || m_hasFailed)
         return 0;
-    if (!m_bodies.contains(entry)) {
+    if (!m_assemblies.contains(entry)) {
         m_entries.append(entry);
-        m_bodies.insert(entry, {});
+        m_assemblies.insert(entry, {});
     }
     if (!name.startsWith(AssembliesPrefix))
         return 0;
     if (name.endsWith(BodyEnding)) {
-        m_bodies[entry].append(name);
+        m_assemblies[entry].append(withoutEnding(name));
         return OBLASMAssembly::HeaderSize;
     }
     // One byte more than there may be, by which too large a file is told.
-    return name.endsWith(DescriptionEnding) ? std::max<qint64>(m_descriptionsLeft, 0) + 1 : 0;
+    return name.endsWith(DescriptionEnding) ? MaximumDescriptionSize + 1 : 0;
 }
 
-void Listing::take(const QString& name, const QByteArray& bytes)
+bool Listing::take(const QString& name, const QByteArray& bytes)
 {
-    if (name.endsWith(DescriptionEnding))
-        m_descriptionsLeft -= bytes.size();
-    if (m_descriptionsLeft >= 0)
-        m_files.insert(name, bytes);
+    ArchivedAssembly& assembly = m_byName[withoutEnding(name)];
+    if (name.endsWith(BodyEnding)) {
+        assembly.body = name;
+        assembly.header = bytes;
+        if (!assembly.hasDescription)
+            return true;
+        const QByteArray description = qUncompress(assembly.description);
+        assembly.description.clear();
+        return complete(assembly, description);
+    }
+    if (bytes.size() > MaximumDescriptionSize)
+        return m_report.fail("ERROR_ARCHIVE_TOO_LARGE_%1", {name});
+    assembly.hasDescription = true;
+    if (assembly.header)
+        return complete(assembly, bytes);
+    assembly.description = qCompress(bytes, FastCompression);
+    return true;
 }
 
-bool Listing::read(QIODevice& device, const QString& library, const ImporterReport& report)
+bool Listing::complete(ArchivedAssembly& assembly, const QByteArray& description)
+{
+    OBLASMAssembly pair;
+    pair.header = *assembly.header;
+    DomError error;
+    if (!parseDom(description, pair.description, error))
+        return m_report.fail(error);
+    if (!pair.isValid())
+        return m_report.fail("ERROR_INVALID_OBLASM_%1", {assembly.body});
+    return OBLASMDocumentReader(pair, m_report.log()).read(assembly.content);
+}
+
+bool Listing::read(QIODevice& device, const QString& library)
 {
     QString detail;
-    const ArchiveVisitor visitor{
-        [this](const QString& name) { return note(name); },
-        [this](const QString& name, const QByteArray& bytes) { take(name, bytes); }};
-    switch (readArchive(device, visitor, detail, library)) {
+    const ArchiveVisitor visitor{[this](const QString& name) { return note(name); },
+                                 [this](const QString& name, const QByteArray& bytes) {
+                                     m_hasFailed = m_hasFailed || !take(name, bytes);
+                                 }};
+    const ArchiveResult result = readArchive(device, visitor, detail, library);
+    if (m_hasFailed)
+        return false;
+    switch (result) {
     case ArchiveResult::Success:
-        if (m_descriptionsLeft < 0)
-            break;
-        return m_badName.isNull() || report.fail("ERROR_INVALID_FILE_NAME_%1", {m_badName});
+        return m_badName.isNull() || m_report.fail("ERROR_INVALID_FILE_NAME_%1", {m_badName});
     case ArchiveResult::NoReader:
-        return report.fail("ERROR_UNABLE_TO_LOAD_ARCHIVE_READER_%1", {detail});
+        return m_report.fail("ERROR_UNABLE_TO_LOAD_ARCHIVE_READER_%1", {detail});
     case ArchiveResult::NotOpened:
-        return report.fail("ERROR_UNABLE_TO_OPEN_FILE");
+        return m_report.fail("ERROR_UNABLE_TO_OPEN_FILE");
     case ArchiveResult::ListTooLarge:
-        return report.fail("ERROR_ARCHIVE_FILE_LIST_TOO_LARGE_%1", {detail});
+        return m_report.fail("ERROR_ARCHIVE_FILE_LIST_TOO_LARGE_%1", {detail});
     case ArchiveResult::BadFile:
-        return report.fail("ERROR_FAIL_TO_EXTRACT_FILE_%1", {detail});
+        return m_report.fail("ERROR_FAIL_TO_EXTRACT_FILE_%1", {detail});
     case ArchiveResult::TooLarge:
         break;
     }
-    return report.fail("ERROR_ARCHIVE_TOO_LARGE_%1", {detail});
+    return m_report.fail("ERROR_ARCHIVE_TOO_LARGE_%1", {detail});
 }
 
-bool readAssembly(Listing& listing, const QString& body, Package& package,
-                  OBLASMGraphPlaces& places, const ImporterReport& report)
+bool Listing::moveTo(Package& package)
 {
-    const QString xml = body.left(body.size() - BodyEnding.size()) + DescriptionEnding;
-    if (!listing.hasFile(xml))
-        return report.fail("ERROR_DESCRIPTION_NOT_FOUND_%1", {xml});
-    OBLASMAssembly assembly;
-    assembly.header = listing.header(body);
-    DomError error;
-    if (!parseDom(listing.takeFile(xml), assembly.description, error))
-        return report.fail(error);
-    if (!assembly.isValid())
-        return report.fail("ERROR_INVALID_OBLASM_%1", {body});
-    return OBLASMDocumentReader(assembly, report.log()).read(package, places);
+    OBLASMGraphPlaces places(package);
+    for (const QString& entry : m_entries) {
+        for (const QString& name : m_assemblies[entry]) {
+            ArchivedAssembly& assembly = m_byName[name];
+            if (!assembly.hasDescription)
+                return m_report.fail("ERROR_DESCRIPTION_NOT_FOUND_%1", {name + DescriptionEnding});
+            if (!assembly.content.moveTo(package, places, m_report.log()))
+                return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -163,17 +209,14 @@ OBLARImporter::import(QIODevice& device, MessageNode* log,
                       const Orv::Core::Extensions::ProgressFunction&) const
 {
     const ImporterReport report(log, "Ksx::Core::OBLARImporter", "core\\coreoblarimporter");
-    Listing listing;
-    if (!listing.read(device, m_archiveLibrary, report))
+    Listing listing(report);
+    if (!listing.read(device, m_archiveLibrary))
         return nullptr;
     auto package = std::make_unique<Package>();
     if (const auto* file = dynamic_cast<const QFile*>(&device))
         package->identifier().assign(Orv::toLatin1(QFileInfo(file->fileName()).completeBaseName()));
-    OBLASMGraphPlaces places(*package);
-    for (const QString& entry : listing.entries())
-        for (const QString& body : listing.bodiesOf(entry))
-            if (!readAssembly(listing, body, *package, places, report))
-                return nullptr;
+    if (!listing.moveTo(*package))
+        return nullptr;
     return package;
 }
 

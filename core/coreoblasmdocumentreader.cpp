@@ -11,6 +11,7 @@
 #include <QUuid>
 #include <QtEndian>
 #include <cstring>
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -34,25 +35,63 @@ void readAttributes(const QDomElement& element, Attributes& attributes)
     read("usertag", attributes.usertags());
 }
 
-bool fillGraph(const QDomElement& element, Graph& graph)
+QString importerText(const char* key)
+{
+    return QCoreApplication::translate("Ksx::Core::OBLASMImporter", key);
+}
+
+// Says which graph failed, and what of it, unless `log` is null. `part` may be empty.
+bool failGraph(Orv::Core::MessageNode* log, const QString& pkgUrl, const QString& part)
+{
+    if (log == nullptr)
+        return false;
+    auto& message =
+        log->add(Orv::Core::MessageLevel::Error, importerText("ERROR_FAIL_TO_CREATE_GRAPH"));
+    message.add(Orv::Core::MessageLevel::Error,
+                part.isEmpty() ? pkgUrl : pkgUrl + QStringLiteral(": ") + part);
+    return false;
+}
+
+// The name of an input or output for a message, which is its number in the list if it has none.
+QString nameOf(const QDomElement& element, int number)
+{
+    const QString identifier = element.attribute(QStringLiteral("identifier"));
+    return element.tagName() + ' ' +
+           (identifier.isEmpty() ? '#' + QString::number(number) : identifier);
+}
+
+// Calls `read` for each element of that name in a list. Answers the name of the first for which it
+// is false. Null without one.
+template <class Read>
+QString firstFailure(const QDomElement& list, const QString& name, Read read)
+{
+    int number = 0;
+    for (QDomElement one = list.firstChildElement(name); !one.isNull();
+         one = one.nextSiblingElement(name)) {
+        ++number;
+        if (!read(one))
+            return nameOf(one, number);
+    }
+    return {};
+}
+
+// Answers the name of the input or output that failed. Null without one.
+QString fillGraph(const QDomElement& element, Graph& graph)
 {
     readAttributes(element, graph.attributes());
-    const QString inputName = QStringLiteral("input");
-    const QDomElement inputs = element.firstChildElement(QStringLiteral("inputs"));
-    for (QDomElement one = inputs.firstChildElement(inputName); !one.isNull();
-         one = one.nextSiblingElement(inputName)) {
-        auto input = readOblasmInput(one);
-        if (input == nullptr)
-            return false;
-        graph.paraminputs().pushBack(std::move(input));
-    }
-    const QString outputName = QStringLiteral("output");
-    const QDomElement outputs = element.firstChildElement(QStringLiteral("outputs"));
-    for (QDomElement one = outputs.firstChildElement(outputName); !one.isNull();
-         one = one.nextSiblingElement(outputName))
-        if (!addOblasmOutput(one, graph))
-            return false;
-    return true;
+    const QString failure = firstFailure(element.firstChildElement(QStringLiteral("inputs")),
+                                         QStringLiteral("input"), [&](const QDomElement& one) {
+                                             auto input = readOblasmInput(one);
+                                             if (input == nullptr)
+                                                 return false;
+                                             graph.paraminputs().pushBack(std::move(input));
+                                             return true;
+                                         });
+    if (!failure.isNull())
+        return failure;
+    return firstFailure(element.firstChildElement(QStringLiteral("outputs")),
+                        QStringLiteral("output"),
+                        [&](const QDomElement& one) { return addOblasmOutput(one, graph); });
 }
 
 } // namespace
@@ -76,18 +115,19 @@ OBLASMDocumentReader::OBLASMDocumentReader(const OBLASMAssembly& assembly,
 
 bool OBLASMDocumentReader::fail(const char* key) const
 {
-    addMessage(m_log, Orv::Core::MessageLevel::Error,
-               QCoreApplication::translate("Ksx::Core::OBLASMImporter", key));
+    addMessage(m_log, Orv::Core::MessageLevel::Error, importerText(key));
     return false;
 }
 
 bool OBLASMDocumentReader::read(Package& package) const
 {
+    OBLASMContent content;
+    const bool isRead = read(content);
     OBLASMGraphPlaces places(package);
-    return read(package, places);
+    return content.moveTo(package, places, m_log) && isRead;
 }
 
-bool OBLASMDocumentReader::read(Package& package, OBLASMGraphPlaces& places) const
+bool OBLASMDocumentReader::read(OBLASMContent& content) const
 {
     const QDomElement root = m_assembly.description.documentElement();
     if (root.isNull())
@@ -95,15 +135,32 @@ bool OBLASMDocumentReader::read(Package& package, OBLASMGraphPlaces& places) con
     const QDomElement graphs = root.firstChildElement(QStringLiteral("graphs"));
     if (graphs.isNull())
         return fail("ERROR_NO_GRAPH_ARRAY_ELEMENT_FOUND");
-    const QUuid fileUid(root.attribute(QStringLiteral("fileUid")));
-    package.fileUID().assign(fileUid.toString().toStdString());
+    content.fileUid = QUuid(root.attribute(QStringLiteral("fileUid"))).toString().toStdString();
     const QString graphName = QStringLiteral("graph");
     for (QDomElement one = graphs.firstChildElement(graphName); !one.isNull();
          one = one.nextSiblingElement(graphName)) {
-        Graph* graph = places.add(one.attribute(QStringLiteral("pkgurl")));
-        if (graph == nullptr || !fillGraph(one, *graph))
-            return fail("ERROR_FAIL_TO_CREATE_GRAPH");
+        const QString pkgUrl = one.attribute(QStringLiteral("pkgurl"));
+        content.graphs.push_back({pkgUrl, std::make_unique<Graph>()});
+        const QString failure = fillGraph(one, *content.graphs.back().graph);
+        if (!failure.isNull())
+            return failGraph(m_log, pkgUrl, failure);
     }
+    return true;
+}
+
+OBLASMContent::OBLASMContent() = default;
+OBLASMContent::OBLASMContent(OBLASMContent&&) noexcept = default;
+OBLASMContent& OBLASMContent::operator=(OBLASMContent&&) noexcept = default;
+OBLASMContent::~OBLASMContent() = default;
+
+bool OBLASMContent::moveTo(Package& package, OBLASMGraphPlaces& places, Orv::Core::MessageNode* log)
+{
+    if (!fileUid.empty())
+        package.fileUID().assign(fileUid);
+    for (PlacedGraph& one : graphs)
+        if (!places.add(one.pkgUrl, std::move(one.graph)))
+            return failGraph(log, one.pkgUrl, {});
+    graphs.clear();
     return true;
 }
 

@@ -5,11 +5,13 @@
 #include "data/content/package.h"
 #include "data/latin1.h"
 #include "ksx/core/uidsource.h"
+#include "ksx/core/uniqueidentifier.h"
 #include <QCoreApplication>
 #include <QStringList>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -29,6 +31,28 @@ QStringList segmentsOf(const QString& pkgUrl)
     return segments;
 }
 
+// The numbers that are not known to be used.
+class FreeNumbers
+{
+public:
+    // The first one from there on.
+    long long from(long long number);
+    void use(long long number) { m_next[number] = number + 1; }
+
+private:
+    std::unordered_map<long long, long long> m_next; // of those that are used, a number behind
+};
+
+long long FreeNumbers::from(long long number)
+{
+    long long free = number;
+    for (auto next = m_next.find(free); next != m_next.end(); next = m_next.find(free))
+        free = next->second;
+    while (number != free) // the next search leaps
+        number = std::exchange(m_next[number], free);
+    return free;
+}
+
 } // namespace
 
 // The content of the package or of one of its groups.
@@ -40,7 +64,7 @@ public:
     // The group that the URLs name so. Its identifier may differ, if it was taken.
     Level& group(const std::string& wanted);
     template <class Item>
-    Item& add(const std::string& wanted);
+    Item& add(const std::string& wanted, std::unique_ptr<Item> item);
 
 private:
     std::string freeIdentifier(const std::string& wanted);
@@ -50,7 +74,7 @@ private:
     std::unordered_set<Uid> m_uids;
     // By identifier, and by the name that was wanted.
     std::unordered_map<std::string, std::shared_ptr<Level>> m_groups;
-    std::unordered_map<std::string, unsigned> m_lastNumbers; // of names that were made unique
+    std::unordered_map<std::string, FreeNumbers> m_numbers; // by the base of the names
 };
 
 OBLASMGraphPlaces::Level::Level(ContentList& content) : m_content(content)
@@ -65,20 +89,25 @@ OBLASMGraphPlaces::Level::Level(ContentList& content) : m_content(content)
     }
 }
 
-// The wanted identifier, or the first one of the form "wanted_1" that is free.
+// The wanted identifier, or the first one that is free behind it.
 std::string OBLASMGraphPlaces::Level::freeIdentifier(const std::string& wanted)
 {
-    std::string identifier = wanted;
-    // No identifier becomes free again, so the search goes on where it ended.
-    while (!m_identifiers.insert(identifier).second)
-        identifier = wanted + '_' + std::to_string(++m_lastNumbers[wanted]);
-    return identifier;
+    if (m_identifiers.insert(wanted).second)
+        return wanted;
+    NumberedName name(wanted);
+    FreeNumbers& numbers = m_numbers[name.base];
+    for (;;) {
+        name.number = numbers.from(name.number);
+        numbers.use(name.number); // no identifier becomes free again
+        const std::string identifier = name.next();
+        if (m_identifiers.insert(identifier).second)
+            return identifier;
+    }
 }
 
 template <class Item>
-Item& OBLASMGraphPlaces::Level::add(const std::string& wanted)
+Item& OBLASMGraphPlaces::Level::add(const std::string& wanted, std::unique_ptr<Item> item)
 {
-    auto item = std::make_unique<Item>();
     Item& added = *item;
     added.identifier().assign(freeIdentifier(wanted));
     const auto isTaken = [this](Uid uid) { return m_uids.count(uid) != 0; };
@@ -92,7 +121,7 @@ OBLASMGraphPlaces::Level& OBLASMGraphPlaces::Level::group(const std::string& wan
 {
     std::shared_ptr<Level>& level = m_groups[wanted];
     if (level == nullptr) {
-        auto& made = add<Group>(wanted);
+        Group& made = add(wanted, std::make_unique<Group>());
         level = std::make_shared<Level>(made.content());
         m_groups.emplace(made.identifier().get(), level);
     }
@@ -105,7 +134,7 @@ OBLASMGraphPlaces::OBLASMGraphPlaces(Package& package)
 
 OBLASMGraphPlaces::~OBLASMGraphPlaces() = default;
 
-Graph* OBLASMGraphPlaces::add(const QString& pkgUrl)
+bool OBLASMGraphPlaces::add(const QString& pkgUrl, std::unique_ptr<Graph> graph)
 {
     QStringList segments = segmentsOf(pkgUrl);
     const QString identifier = segments.isEmpty()
@@ -113,11 +142,12 @@ Graph* OBLASMGraphPlaces::add(const QString& pkgUrl)
                                                                  "DEFAULT_NEW_GRAPH_IDENTIFIER")
                                    : segments.takeLast();
     if (segments.size() > MaximumDepth)
-        return nullptr;
+        return false;
     Level* level = m_top.get();
     for (const QString& segment : segments)
         level = &level->group(Orv::toLatin1(segment));
-    return &level->add<Graph>(Orv::toLatin1(identifier));
+    level->add(Orv::toLatin1(identifier), std::move(graph));
+    return true;
 }
 
 } // namespace Ksx::Core

@@ -12,27 +12,6 @@ namespace {
 using Data::Content::ContentInterface;
 using Orv::Data::BaseObject;
 
-// A text and the number behind its last "_", if there is one.
-struct NumberedName
-{
-    explicit NumberedName(const std::string& text) : base(text)
-    {
-        const std::size_t last = text.rfind('_');
-        if (last == std::string::npos)
-            return;
-        bool isNumber = false;
-        const int found = QString::fromLatin1(text.data() + last + 1).toInt(&isNumber);
-        if (!isNumber)
-            return;
-        base.resize(last);
-        number = found;
-    }
-    std::string next() { return base + '_' + std::to_string(number++); }
-
-    std::string base;
-    long long number = 1; // beyond all that QString::toInt gives, so that it can count on
-};
-
 // To what the identifiers that begin with `base` lead, in the content of an object. Found in one
 // walk: a container may have many objects of similar names.
 std::unordered_map<std::string, const BaseObject*> resolved(const BaseObject& container,
@@ -54,6 +33,19 @@ std::unordered_map<std::string, const BaseObject*> resolved(const BaseObject& co
 }
 
 } // namespace
+
+NumberedName::NumberedName(const std::string& text) : base(text)
+{
+    const std::size_t last = text.rfind('_');
+    if (last == std::string::npos)
+        return;
+    bool isNumber = false;
+    const int found = QString::fromLatin1(text.data() + last + 1).toInt(&isNumber);
+    if (!isNumber)
+        return;
+    base.resize(last);
+    number = found;
+}
 
 std::string uniqueIdentifier(const BaseObject& container, const std::string& wanted,
                              const BaseObject* ignored)

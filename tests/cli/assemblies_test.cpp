@@ -6,6 +6,7 @@
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <regex>
 
 using TestSupport::aDescribedGraph;
@@ -219,6 +220,44 @@ TEST_F(Assemblies, AThousandAssembliesBecomeOnePackage)
     EXPECT_EQ(run.exitCode, 0) << run;
     EXPECT_NE(directory.read("a_updated.obl").find(R"(<identifier v="g999"/>)"), std::string::npos);
 }
+
+// Far more in all than one description may be.
+ArchiveFiles largeAssemblies()
+{
+    ArchiveFiles files = manyAssemblies(3);
+    for (std::size_t i = 1; i < files.size(); i += 2)
+        files[i].bytes += std::string(std::size_t{30} << 20, ' ');
+    return files;
+}
+
+class LargeArchive : public Assemblies, public testing::WithParamInterface<bool>
+{
+protected:
+    static ArchiveFiles files()
+    {
+        ArchiveFiles all = largeAssemblies();
+        std::stable_partition(all.begin(), all.end(), [](const TestSupport::ArchiveFile& file) {
+            return (file.name.back() == 'l') == GetParam(); // of "xml"
+        });
+        return all;
+    }
+};
+
+TEST_P(LargeArchive, TakesTheMemoryOfOneDescription)
+{
+    directory.write("a.oblar", storedArchive(files()));
+
+    const ToolRun run = update("a.oblar");
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_NE(directory.read("a_updated.obl").find(R"(<identifier v="g2"/>)"), std::string::npos);
+    EXPECT_LT(run.peakKilobytes, 200L * 1024);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, LargeArchive, testing::Bool(),
+                         [](const testing::TestParamInfo<bool>& isFirst) {
+                             return isFirst.param ? "DescriptionsFirst" : "BodiesFirst";
+                         });
 
 class AssemblyDependency : public Assemblies, public testing::WithParamInterface<const char*>
 {};

@@ -170,6 +170,10 @@ INSTANTIATE_TEST_SUITE_P(
                   anAssemblyInArchive("1", "a", "a") + anAssemblyInArchive("2", "b", "b") +
                       anAssemblyInArchive("1", "c", "c"),
                   "a c b"},
+        FilesCase{"AllDescriptionsFirst",
+                  {anAssemblyInArchive("1", "a", "a")[1], anAssemblyInArchive("2", "b", "b")[1],
+                   anAssemblyInArchive("2", "b", "b")[0], anAssemblyInArchive("1", "a", "a")[0]},
+                  "a b"},
         FilesCase{"IdsAreTexts",
                   anAssemblyInArchive("7", "a", "a") + anAssemblyInArchive("007", "b", "b") +
                       anAssemblyInArchive("7", "c", "c"),

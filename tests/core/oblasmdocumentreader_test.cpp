@@ -288,14 +288,24 @@ TEST_F(OblasmReading, AnInputWithoutUidFailsTheGraph)
     EXPECT_FALSE(
         read(aDescription(aDescribedGraph("wood", R"(<input identifier="a" type="0"/>)"))));
 
-    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n");
+    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n  Error: wood: input a\n");
 }
 
 TEST_F(OblasmReading, AnOutputWithoutUidFailsTheGraph)
 {
     EXPECT_FALSE(read(aDescription(aDescribedGraph("wood", "", R"(<output identifier="a"/>)"))));
 
-    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n");
+    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n  Error: wood: output a\n");
+}
+
+TEST_F(OblasmReading, AnInputWithoutANameIsToldByItsNumber)
+{
+    EXPECT_FALSE(
+        read(aDescription(aDescribedGraph("a") +
+                          aDescribedGraph("pkg://g/b", R"(<input identifier="a" uid="1" type="0"/>)"
+                                                       R"(<x/><input identifier="" type="0"/>)"))));
+
+    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n  Error: pkg://g/b: input #2\n");
 }
 
 TEST_F(OblasmReading, ABadGraphEndsTheReading)
@@ -346,7 +356,12 @@ INSTANTIATE_TEST_SUITE_P(
             "TwoEmpty", {"", ""}, "DEFAULT_NEW_GRAPH_IDENTIFIER DEFAULT_NEW_GRAPH_IDENTIFIER_1"},
         PlaceCase{"SameName", {"a", "a", "a"}, "a a_1 a_2"},
         PlaceCase{"MadeNameIsTaken", {"a_1", "a", "a"}, "a_1 a a_2"},
-        PlaceCase{"MadeNameIsWantedLater", {"a", "a", "a_1"}, "a a_1 a_1_1"},
+        PlaceCase{"MadeNameIsWantedLater", {"a", "a", "a_1"}, "a a_1 a_2"},
+        PlaceCase{"NumberCountsOn", {"Graph_7", "Graph_7", "Graph_7"}, "Graph_7 Graph_8 Graph_9"},
+        PlaceCase{"NumberThatIsTaken", {"a_8", "a_7", "a_7", "a_7"}, "a_8 a_7 a_9 a_10"},
+        PlaceCase{"NumberBelowTheOthers", {"a_9", "a_9", "a_2", "a_2"}, "a_9 a_10 a_2 a_3"},
+        PlaceCase{"NumberIsWrittenAnew", {"a_07", "a_07", "a_07"}, "a_07 a_7 a_8"},
+        PlaceCase{"NoNumberBehindTheLastMark", {"a_7_b", "a_7_b"}, "a_7_b a_7_b_1"},
         PlaceCase{"SameNameInAGroup", {"g/a", "a", "g/a"}, "g(a a_1) a"},
         PlaceCase{"GraphLikeAGroup", {"a/b", "a"}, "a(b) a_1"},
         PlaceCase{"GroupLikeAGraph", {"a", "a/b", "a/c"}, "a a_1(b c)"},
@@ -405,6 +420,21 @@ TEST_F(OblasmReading, ManyGraphsOfOneName)
               "a_19999");
 }
 
+// In less than the time of a test only because no graph tries the numbers of those before it.
+TEST_F(OblasmReading, ManyGraphsOfNumberedNames)
+{
+    constexpr unsigned Count = 20000;
+    std::vector<std::string> urls;
+    for (unsigned i = 0; i < 2 * Count; ++i)
+        urls.push_back("a_" + std::to_string(i % Count + 1));
+
+    contentOf(urls);
+
+    ASSERT_EQ(package.content().size(), 2 * Count);
+    EXPECT_EQ(dynamic_cast<const Graph&>(package.content().at(2 * Count - 1)).identifier().get(),
+              "a_40000");
+}
+
 std::string inGroups(int count)
 {
     std::string url = "pkg://";
@@ -418,7 +448,8 @@ TEST_F(OblasmReading, GroupsThatNestTooDeepFail)
     EXPECT_FALSE(
         read(aDescription(aDescribedGraph(inGroups(OBLASMGraphPlaces::MaximumDepth + 1)))));
 
-    EXPECT_EQ(log.toText(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n");
+    EXPECT_EQ(log.toText().toStdString(), "Error: ERROR_FAIL_TO_CREATE_GRAPH\n  Error: " +
+                                              inGroups(OBLASMGraphPlaces::MaximumDepth + 1) + "\n");
     EXPECT_EQ(package.content().size(), 0u);
 }
 

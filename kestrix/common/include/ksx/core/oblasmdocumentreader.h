@@ -4,6 +4,10 @@
 #include "core/messagenode.h"
 #include <QByteArray>
 #include <QDomDocument>
+#include <QString>
+#include <memory>
+#include <string>
+#include <vector>
 
 class QDomElement;
 
@@ -30,6 +34,29 @@ struct OBLASMAssembly
     bool isValid() const;
 };
 
+// What a description tells, apart from any package.
+struct OBLASMContent
+{
+    struct PlacedGraph
+    {
+        QString pkgUrl; // where the graph belongs
+        std::unique_ptr<Data::Content::Graph> graph;
+    };
+
+    OBLASMContent();
+    OBLASMContent(OBLASMContent&&) noexcept;
+    OBLASMContent& operator=(OBLASMContent&&) noexcept;
+    ~OBLASMContent();
+
+    // Moves all of it into the package that `places` are of. False, reported in the log, when a
+    // graph belongs into too many groups. `log` may be null.
+    bool moveTo(Data::Content::Package& package, OBLASMGraphPlaces& places,
+                Orv::Core::MessageNode* log);
+
+    std::string fileUid; // empty while nothing is read
+    std::vector<PlacedGraph> graphs;
+};
+
 // Makes one graph, with inputs and outputs and without a body, for each graph that the description
 // tells of, so that it can be instantiated like one of a source package. Bodies are not read.
 class OBLASMDocumentReader
@@ -41,8 +68,8 @@ public:
     // Adds to a detached package. False on failure, reported in the log; the package is then
     // incomplete.
     bool read(Data::Content::Package& package) const;
-    // The same for one of many assemblies: `places` are those of the package.
-    bool read(Data::Content::Package& package, OBLASMGraphPlaces& places) const;
+    // The same without a package. On failure the last graph is incomplete.
+    bool read(OBLASMContent& content) const;
 
 private:
     bool fail(const char* key) const;

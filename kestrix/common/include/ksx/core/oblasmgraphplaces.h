@@ -23,9 +23,10 @@ public:
     explicit OBLASMGraphPlaces(Data::Content::Package& package);
     ~OBLASMGraphPlaces();
 
-    // A new graph at the place that the URL names: the last segment is its identifier, made unique,
-    // those before it are groups, found or made. Null if there are too many of them.
-    Data::Content::Graph* add(const QString& pkgUrl);
+    // Puts the graph at the place that the URL names: the last segment is its identifier, made
+    // unique, those before it are groups, found or made. The graph gets a fresh uid. False, and the
+    // graph is gone, if there are too many groups.
+    bool add(const QString& pkgUrl, std::unique_ptr<Data::Content::Graph> graph);
 
 private:
     class Level;
