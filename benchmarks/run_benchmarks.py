@@ -31,6 +31,14 @@ HEAD_SIZE = 2000  # bytes of a package in which its versions stand
 MAX_STARTUP_RATIO = 1.5
 EDITED_NODES = 10000
 MAX_TENFOLD_RATIO = 12.0 # of an edit of ten times the graph
+OWN_NAMES = 4000           # elements by which one package names itself
+MAX_OWN_NAMES_CPU = 0.2    # seconds
+MAX_OWN_NAMES_MEMORY = 30  # megabytes
+LIBRARY_PACKAGES = 400     # of a library, and twice as many of a larger one
+LIBRARY_DEPENDENCIES = 10  # of each package
+MAX_DOUBLE_RATIO = 2.3     # of a library of twice the packages
+MESH_PACKAGES = 200        # that all name each other
+MAX_MESH_CPU = 1.0         # seconds
 GOAL_CPU_RATIO = 1.0
 GOAL_MEMORY_PER_BYTE = 3.0
 
@@ -274,6 +282,44 @@ class Benchmarks:
         self.bar("start-up / (d), wall", used.wall / reference.wall, MAX_STARTUP_RATIO)
         self.bar("start-up / (d), cpu", used.cpu / reference.cpu, MAX_STARTUP_RATIO)
 
+    def library(self, folder, count, dependencies):
+        """Writes packages that name others of the same folder; answers the first.
+
+        `dependencies` gives the numbers of the packages that package `i` names.
+        """
+        os.mkdir(os.path.join(self.folder, folder))
+        paths = [self.generate(os.path.join(folder, f"p{i}"), 0, "--seed", str(i), *(
+            word for j in dependencies(i) for word in ("--dependency", f"p{j}.obl")))
+                 for i in range(count)]
+        return paths[0]
+
+    def time_update(self, source):
+        usages = []
+        for _ in range(self.runs):
+            self.empty_output()
+            usages.append(run(self.update_command(source), self.log))
+        return median(usages)
+
+    def dependencies(self):
+        own = self.generate("own", 0, *["--dependency", "?himself"] * OWN_NAMES)
+        sources = {f"one package, {OWN_NAMES} times itself": own}
+        for count in (LIBRARY_PACKAGES, 2 * LIBRARY_PACKAGES):
+            sources[f"{count} packages, {LIBRARY_DEPENDENCIES} dependencies each"] = self.library(
+                f"library{count}", count,
+                lambda i, count=count: [(i + 1 + 7 * j) % count
+                                        for j in range(LIBRARY_DEPENDENCIES)])
+        sources[f"{MESH_PACKAGES} packages that name each other"] = self.library(
+            "mesh", MESH_PACKAGES, lambda i: [j for j in range(MESH_PACKAGES) if j != i])
+        medians = {label: self.time_update(source) for label, source in sources.items()}
+        table(f"Dependencies, {self.runs} runs", ["Input", "wall s", "cpu s", "peak MiB"],
+              [[label, f"{used.wall:.3f}", f"{used.cpu:.3f}", f"{used.memory / 2**20:.1f}"]
+               for label, used in medians.items()])
+        itself, small, large, mesh = medians.values()
+        self.bar("one package that names itself, cpu s", itself.cpu, MAX_OWN_NAMES_CPU)
+        self.bar("the same, peak MB", megabytes(itself.memory), MAX_OWN_NAMES_MEMORY)
+        self.bar("a library of twice the packages, cpu", large.cpu / small.cpu, MAX_DOUBLE_RATIO)
+        self.bar("packages that name each other, cpu s", mesh.cpu, MAX_MESH_CPU)
+
     def edit(self, kind, count):
         """Cpu seconds of an edit, as the program that runs it has measured them."""
         return statistics.median(
@@ -320,6 +366,7 @@ def main():
             benchmarks.many_packages()
             benchmarks.startup()
             benchmarks.edits()
+            benchmarks.dependencies()
             benchmarks.report_bars()
     except Failure as failure:
         print(f"Error! {failure}", file=sys.stderr)
