@@ -58,16 +58,6 @@ std::vector<Data::Desc::ParameterGroupPointer> groupsOf(const Data::Desc::Filter
     return groups;
 }
 
-bool isVariant(unsigned type)
-{
-    return type == ValueType::Image || type == ValueType::ColorOrImage;
-}
-
-bool isImage(unsigned type)
-{
-    return type == ValueType::ColorImage || type == ValueType::GrayscaleImage;
-}
-
 } // namespace
 
 class CompFilterNodeController::ParametersWatch final
@@ -149,7 +139,7 @@ unsigned CompFilterNodeController::connectorType(const std::string& identifier) 
     const DescParameter* connector = input(identifier);
     if (connector == nullptr)
         return 0;
-    if (!isVariant(connector->type))
+    if (!ValueType::isVariant(connector->type))
         return connector->type;
     for (std::size_t i = 0; i < inputConnectorCount(); ++i) {
         const InputConnectorController& other = *inputConnector(i);
@@ -157,7 +147,7 @@ unsigned CompFilterNodeController::connectorType(const std::string& identifier) 
             continue;
         for (const ConnectorController* source : other.targets()) {
             const unsigned type = static_cast<const OutputConnectorController*>(source)->type();
-            if (isImage(type))
+            if (ValueType::isKnownImage(type))
                 return type;
         }
     }
@@ -171,7 +161,7 @@ bool CompFilterNodeController::isVariantConnector(const std::string& identifier)
     if (identifier == UniqueOutput)
         return m_description->outputTypes == ValueType::Image;
     const DescParameter* connector = input(identifier);
-    return connector != nullptr && isVariant(connector->type);
+    return connector != nullptr && ValueType::isVariant(connector->type);
 }
 
 bool CompFilterNodeController::isOptionalVariantConnector(const std::string& identifier) const

@@ -39,11 +39,6 @@ using DescParameter = Data::Desc::Parameter;
 
 namespace {
 
-bool isVariant(unsigned type)
-{
-    return type == ValueType::Image || type == ValueType::ColorOrImage;
-}
-
 std::shared_ptr<ParameterGroup> mainGroup()
 {
     return std::make_shared<ParameterGroup>(GroupRole::Main, "Instance_parameters",
@@ -141,8 +136,7 @@ void CompInstanceNodeController::describeGraph(const Graph& graph)
             group = groups.emplace_back(
                 std::make_shared<ParameterGroup>(GroupRole::Named, name, name, name));
         DescParameter parameter = parameterOfInput(input);
-        const bool isImage =
-            (parameter.type & ValueType::Image) == parameter.type && parameter.type != 0;
+        const bool isImage = ValueType::isImage(parameter.type);
         if (isImage && input.uid().get() == primary)
             parameter.flags |= ParameterFlag::Primary;
         const DescParameter& kept = group->add(std::move(parameter));
@@ -186,7 +180,7 @@ CompInstanceNodeController::valueInputs() const
         return result;
     for (const ParamInput& input : m_referenced->paraminputs()) {
         const unsigned type = input.type().value().get();
-        if (type == ValueType::Unknown || (type & ValueType::Image) != 0)
+        if (type == ValueType::Unknown || ValueType::isImage(type))
             continue;
         if (const DescParameter* found = m_description.parameter(input.identifier().get()))
             result.push_back({&input, found});
@@ -209,7 +203,7 @@ bool CompInstanceNodeController::isVariantConnector(const std::string& identifie
 {
     for (const DescParameter* input : m_description.inputs)
         if (input->identifier == identifier)
-            return isVariant(input->type);
+            return ValueType::isVariant(input->type);
     return false;
 }
 
@@ -306,7 +300,8 @@ bool CompInstanceNodeController::isInheritable(const DescParameter& description)
 bool CompInstanceNodeController::hasRelativeType(const DescParameter& description) const
 {
     return description.type == ValueType::Float4OrColorImage ||
-           description.type == ValueType::Float1OrGrayscaleImage || isVariant(description.type);
+           description.type == ValueType::Float1OrGrayscaleImage ||
+           ValueType::isVariant(description.type);
 }
 
 } // namespace Ksx::Core

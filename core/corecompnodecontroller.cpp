@@ -84,9 +84,8 @@ bool CompNodeController::onInputTypeChanged(InputConnectorController& connector,
                                             ManipulatorContext* context)
 {
     const unsigned type = source.type();
-    const bool isKnown = type == ValueType::ColorImage || type == ValueType::GrayscaleImage;
-    if (context == nullptr || !isKnown || !isVariantConnector(connector.identifier()) ||
-        !isVariantConnector(outputIdentifier()))
+    if (context == nullptr || !ValueType::isKnownImage(type) ||
+        !isVariantConnector(connector.identifier()) || !isVariantConnector(outputIdentifier()))
         return false;
     return setOutputTypeFromInput(type, context);
 }

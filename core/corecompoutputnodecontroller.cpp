@@ -23,12 +23,6 @@ namespace {
 constexpr int TypeLine = 204;              // by which the report is known
 constexpr unsigned OutputConnectorUse = 3; // what leaves the graph
 
-bool isImage(unsigned type)
-{
-    return type == Data::Desc::ValueType::ColorImage ||
-           type == Data::Desc::ValueType::GrayscaleImage;
-}
-
 } // namespace
 
 CompOutputNodeController::CompOutputNodeController(const CompNode& node,
@@ -114,7 +108,7 @@ bool CompOutputNodeController::isInheritable(const Data::Desc::Parameter&) const
 bool CompOutputNodeController::acceptsConnection(const OutputConnectorController& source,
                                                  const InputConnectorController&) const
 {
-    return isImage(source.type());
+    return Data::Desc::ValueType::isKnownImage(source.type());
 }
 
 } // namespace Ksx::Core

@@ -20,12 +20,6 @@ namespace ValueType = Data::Desc::ValueType;
 
 const std::string NoText;
 
-bool isImage(unsigned type)
-{
-    return type == ValueType::ColorImage || type == ValueType::GrayscaleImage ||
-           type == ValueType::Image;
-}
-
 // `value` has the shape of the input's type.
 bool applyDefaultValue(ManipulatorStruct<ParamInput> input, const DataPointerBoxMasterKey&,
                        const boost::any& value)
@@ -38,7 +32,7 @@ bool applyDefaultValue(ManipulatorStruct<ParamInput> input, const DataPointerBox
 
 std::unique_ptr<InputController> InputController::make(const ParamInput& input)
 {
-    if (isImage(input.type().value().get()))
+    if (ValueType::isImage(input.type().value().get()))
         return std::make_unique<EntryInputController>(input);
     return std::make_unique<TweakInputController>(input);
 }

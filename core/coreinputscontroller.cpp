@@ -83,7 +83,7 @@ void InputsController::onKeys(InputController& input)
 TweakInputController* InputsController::addTweakInput(std::uint32_t type,
                                                       const std::string& identifier)
 {
-    if (!m_graph || (type != 0 && (type & ~Data::Desc::ValueType::Image) == 0))
+    if (!m_graph || Data::Desc::ValueType::isImage(type))
         return nullptr;
     const DataPointerBox<InputDocumentList> list(&m_graph->paraminputs());
     const auto info = runEdit(list, AddTweakInputInfo{identifier, type}, &applyAddTweakInput,

@@ -113,11 +113,6 @@ void replaceByConstant(FuncNodeController& getter, const boost::any& value)
     graph.removeNode(getter, true);
 }
 
-bool isImage(unsigned type)
-{
-    return type != 0 && (type & ~Data::Desc::ValueType::Image) == 0;
-}
-
 } // namespace
 
 std::vector<FuncNodeController*> collectInputUsers(const Graph& graph,
@@ -130,7 +125,8 @@ std::vector<FuncNodeController*> collectInputUsers(const Graph& graph,
 
 bool switchToConstant(InputsController& inputs, InputController& input, const boost::any& constant)
 {
-    if (inputs.graph() == nullptr || input.input() == nullptr || isImage(input.type()))
+    if (inputs.graph() == nullptr || input.input() == nullptr ||
+        Data::Desc::ValueType::isImage(input.type()))
         return false;
     const std::string identifier = input.identifier();
     // Boxes: with the input may go what an instance of the graph sets it to, even in the graph.

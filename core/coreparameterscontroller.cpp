@@ -15,15 +15,8 @@ namespace Desc = Data::Desc;
 // Connectors of images and FX-maps have no value at any time.
 bool hasRow(const Desc::Parameter& description)
 {
-    switch (description.type) {
-    case Desc::ValueType::ColorImage:
-    case Desc::ValueType::GrayscaleImage:
-    case Desc::ValueType::Image:
-    case Desc::ValueType::FxMap:
-        return false;
-    default:
-        return true;
-    }
+    return !Desc::ValueType::isImage(description.type) &&
+           description.type != Desc::ValueType::FxMap;
 }
 
 } // namespace

@@ -37,11 +37,6 @@ void insertAt(List list, std::size_t index, std::unique_ptr<Item> item)
     list.insert(index, std::move(items));
 }
 
-bool isImage(unsigned type)
-{
-    return type != ValueType::Unknown && (type & ~ValueType::Image) == 0;
-}
-
 // Can a parameter with that value still be one of an input of the type?
 bool fits(const BaseObject* value, unsigned type)
 {
@@ -51,7 +46,7 @@ bool fits(const BaseObject* value, unsigned type)
         return !parameterValueAs(type, value).empty();
     // A node can name several types where its own follows from what feeds it.
     const ParamNode* const root = rootNodeOf(value);
-    return !isImage(type) &&
+    return !ValueType::isImage(type) &&
            (root == nullptr || (root->type().value().get() & plainTypeOf(type)) != 0);
 }
 
@@ -249,7 +244,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
     for (std::size_t i = connexions.get()->size(); i-- > 0;) {
         const auto* fate = inputs.fateOf(connexions.get()->at(i).identifier().get());
         if (fate != nullptr && fate->item != nullptr && fate->isTypeChanged &&
-            (fate->item->type & ValueType::Image) == 0)
+            !ValueType::isImage(fate->item->type))
             connexions.erase(i, 1); // a value takes no image
     }
     Behavior::followInputs(connexions, inputs);

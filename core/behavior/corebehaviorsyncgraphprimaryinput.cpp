@@ -32,7 +32,7 @@ Uid wantedPrimaryInput(const Graph& graph)
     const Uid current = graph.primaryInput().value().get();
     Uid first = None;
     for (const ParamInput& input : graph.paraminputs()) {
-        if ((input.type().value().get() & Data::Desc::ValueType::Image) == 0)
+        if (!Data::Desc::ValueType::isImage(input.type().value().get()))
             continue;
         if (input.uid().get() == current)
             return current;

@@ -30,4 +30,23 @@ constexpr unsigned ColorOrImage = Color | Image;
 constexpr unsigned Float1OrGrayscaleImage = Float1 | GrayscaleImage;
 constexpr unsigned Float4OrColorImage = Float4 | ColorImage;
 
+// Returns true for what takes an image and no value: an input with a connector. A type that an image
+// can stand for is that of a value.
+constexpr bool isImage(unsigned type)
+{
+    return type != Unknown && (type & ~Image) == 0;
+}
+
+// Returns true for an image whose color mode is known.
+constexpr bool isKnownImage(unsigned type)
+{
+    return type == ColorImage || type == GrayscaleImage;
+}
+
+// Returns true for a connector whose color mode follows what is connected.
+constexpr bool isVariant(unsigned type)
+{
+    return type == Image || type == ColorOrImage;
+}
+
 } // namespace Ksx::Data::Desc::ValueType

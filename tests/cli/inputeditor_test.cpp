@@ -566,6 +566,13 @@ TEST_F(InputEditorCommand, AnInputOfAnAliasTakesNoTextButIsRemoved)
     EXPECT_EQ(withoutUid(written()), aFrozenPackage("const_float4", 2048, "Float4", "0 0 0 0"));
 }
 
+TEST_F(InputEditorCommand, AnInputForWhichAnImageMayStandBecomesNoPrimaryInput)
+{
+    const std::string kept = anInput("a", 11, 258) + anInput("b", 12, 2307);
+    edit(aGraphPackage(kept + anInput("x", 13, 256)), {"--switch-to-constant", "x"});
+    EXPECT_EQ(written(), aGraphPackage(kept).text());
+}
+
 TEST_F(InputEditorCommand, ATextInputIsRemoved)
 {
     const ToolRun run = edit(aGraphPackage(anInput("x", 11, 32768, aConstant("String", "words"))),

@@ -286,7 +286,11 @@ INSTANTIATE_TEST_SUITE_P(
                     TypeCase{"Int2", 32, "get_integer2"}, TypeCase{"Int3", 64, "get_integer3"},
                     TypeCase{"Int4", 128, "get_integer4"}, TypeCase{"Float1", 256, "get_float1"},
                     TypeCase{"Float2", 512, "get_float2"}, TypeCase{"Float3", 1024, "get_float3"},
-                    TypeCase{"Float4", 2048, "get_float4"}),
+                    TypeCase{"Float4", 2048, "get_float4"},
+                    TypeCase{"Float1OrGrayscaleImage", 258, "get_float1"},
+                    TypeCase{"Float4OrColorImage", 2049, "get_float4"},
+                    TypeCase{"Color", 2304, "get_float4"},
+                    TypeCase{"ColorOrImage", 2307, "get_float4"}),
     caseName<TypeCase>);
 
 class UnboundInput : public SpecializationCommand, public testing::WithParamInterface<TypeCase>

@@ -37,6 +37,14 @@ bool isImage(const QDomElement& input)
     return type == "1" || type == "2" || type == "3";
 }
 
+// The type whose values an input of this type has.
+std::optional<std::string> shapeOf(const std::optional<std::string>& type)
+{
+    if (type == "258")
+        return "256";
+    return type == "2049" || type == "2304" || type == "2307" ? "2048" : type;
+}
+
 bool isPath(const std::string& text)
 {
     return text.compare(0, PathScheme.size(), PathScheme) == 0;
@@ -427,7 +435,7 @@ private:
         const QDomElement input = findByText(itemsIn(scope, "paraminputs"), "identifier", read);
         if (input.isNull())
             complain(where, function + " reads " + quoted(read) + ", which is not there");
-        else if (valueIn(input, "type") != valueIn(node, "type"))
+        else if (shapeOf(valueIn(input, "type")) != valueIn(node, "type"))
             complain(where, function + " reads " + quoted(read) + ", which is of another type");
     }
     static std::string dataOf(const QDomElement& node)

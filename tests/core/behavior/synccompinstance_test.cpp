@@ -448,6 +448,15 @@ TEST_F(SyncCompInstance, FollowsAnInputThatIsRenamed)
     EXPECT_EQ(connexionsOf(*b, 0), Lines({"image", "mask"}));
 }
 
+TEST_F(SyncCompInstance, FreesTheConnectorOfAnInputThatBecomesAValueForWhichAnImageMayStand)
+{
+    openBoth();
+
+    editGraph(*a, [](const auto& graph) { graph.paraminputs().at(0).type().value().set(2307); });
+
+    EXPECT_EQ(connexionsOf(*b, 0), Lines({"mask"}));
+}
+
 TEST_F(SyncCompInstance, FollowsInputsThatChangeTheirNames)
 {
     openBoth();

@@ -38,6 +38,19 @@ TEST_F(SyncGraphPrimaryInput, IsTheFirstImageInputThatIsAdded)
     EXPECT_EQ(primaryOf(graph), 3u);
 }
 
+TEST_F(SyncGraphPrimaryInput, IsNoInputOfAValueForWhichAnImageMayStand)
+{
+    const Graph& graph = openGraph(anInput("amount", 1, 258) + anInput("tint", 2, 2049));
+
+    editGraph(graph, [](const auto& manipulator) {
+        addInput(manipulator, 3, 2307);
+        addInput(manipulator, 4, 2304);
+        addInput(manipulator, 5, 3);
+    });
+
+    EXPECT_EQ(primaryOf(graph), 5u);
+}
+
 TEST_F(SyncGraphPrimaryInput, StaysWhileItNamesAnImageInput)
 {
     const Graph& graph = openGraph(anInput("a", 1, 1) + anInput("b", 2, 1), "2");
