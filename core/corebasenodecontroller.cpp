@@ -1,6 +1,7 @@
 #include "ksx/core/basenodecontroller.h"
 
 #include "data/content/layoutmanipulators.h"
+#include "ksx/core/constantvalue.h"
 #include "ksx/core/edit.h"
 
 namespace Ksx::Core {
@@ -12,22 +13,29 @@ using Orv::Core::ManipulatorStruct;
 using Orv::Data::DataPointerBox;
 using Orv::Data::DataPointerBoxMasterKey;
 
+// Refuses a place that no file can hold.
+bool write(const ManipulatorStruct<GUILayout>& layout, const Orv::Data::Float3& place)
+{
+    if (!isStorable(place))
+        return false;
+    layout.gpos().set(place);
+    return true;
+}
+
 bool applyPosition(ManipulatorStruct<GUILayout> layout, const DataPointerBoxMasterKey&,
                    const QPointF& position)
 {
     Orv::Data::Float3 place = layout.get()->gpos().get();
     place[0] = static_cast<float>(position.x());
     place[1] = static_cast<float>(position.y());
-    layout.gpos().set(place);
-    return true;
+    return write(layout, place);
 }
 
 bool applyDepth(ManipulatorStruct<GUILayout> layout, const DataPointerBoxMasterKey&, float depth)
 {
     Orv::Data::Float3 place = layout.get()->gpos().get();
     place[2] = depth;
-    layout.gpos().set(place);
-    return true;
+    return write(layout, place);
 }
 
 QString history(const char* key)

@@ -3,6 +3,8 @@
 #include "data/content/constantvalues.h"
 #include "data/desc/function.h"
 #include "data/desc/valuetype.h"
+#include <algorithm>
+#include <cmath>
 #include <type_traits>
 
 namespace Ksx::Core {
@@ -55,6 +57,26 @@ template <class C>
 boost::any zero()
 {
     return typename C::ValueType{};
+}
+
+bool isFinite(float number)
+{
+    return std::isfinite(number);
+}
+
+template <std::size_t N>
+bool isFinite(const Orv::Data::Vec<float, N>& vector)
+{
+    return std::all_of(vector.elements.begin(), vector.elements.end(),
+                       [](float number) { return std::isfinite(number); });
+}
+
+// Returns true for a value of any other type, too.
+template <class T>
+bool isFiniteAs(const boost::any& value)
+{
+    const T* const typed = boost::any_cast<T>(&value);
+    return typed == nullptr || isFinite(*typed);
 }
 
 // How values of a type are stored.
@@ -119,6 +141,13 @@ unsigned plainTypeOf(unsigned type)
     default:
         return type;
     }
+}
+
+bool isStorable(const boost::any& value)
+{
+    using namespace Orv::Data;
+    return isFiniteAs<float>(value) && isFiniteAs<Float1>(value) && isFiniteAs<Float2>(value) &&
+           isFiniteAs<Float3>(value) && isFiniteAs<Float4>(value);
 }
 
 boost::any valueOfConstant(const BaseObject* constant)

@@ -65,6 +65,8 @@ boost::any BaseFuncDataModifier::value() const
 
 bool BaseFuncDataModifier::store(const boost::any& value)
 {
+    if (!isStorable(value))
+        return false;
     const DataPointerBox<FuncData> item(m_list ? functionDataIn(*m_list) : nullptr);
     return runEdit(item, StoreInfo{m_description->type, value}, &applyStore, history()).has_value();
 }

@@ -80,7 +80,7 @@ boost::any InputController::defaultValue() const
 bool InputController::setDefaultValue(const boost::any& value)
 {
     const boost::any shape = zeroOf(type());
-    if (!m_input || shape.empty() || shape.type() != value.type())
+    if (!m_input || shape.empty() || shape.type() != value.type() || !isStorable(value))
         return false;
     return runEdit(m_input, InputRange::of(*m_input).clamped(value), &applyDefaultValue, QString())
         .has_value();

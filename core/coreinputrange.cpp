@@ -32,9 +32,6 @@ Number nearest(double bound)
 {
     constexpr auto lowest = static_cast<double>(std::numeric_limits<Number>::lowest());
     constexpr auto highest = static_cast<double>(std::numeric_limits<Number>::max());
-    if constexpr (std::is_floating_point_v<Number>)
-        if (std::isinf(bound))
-            return static_cast<Number>(bound);
     return static_cast<Number>(std::clamp(bound, lowest, highest));
 }
 

@@ -1,6 +1,7 @@
 #include "ksx/core/oblasminput.h"
 
 #include "data/content/paraminput.h"
+#include "data/floattext.h"
 #include "data/latin1.h"
 #include <QDomElement>
 #include <QStringList>
@@ -85,9 +86,9 @@ bool readNumber(const QString& text, int& number)
 
 bool readNumber(const QString& text, float& number)
 {
-    bool isNumber = false;
-    number = text.toFloat(&isNumber);
-    return isNumber;
+    const std::optional<float> read = Orv::floatOf(text);
+    number = read.value_or(0.0F);
+    return read.has_value();
 }
 
 // Components stand with commas between them.

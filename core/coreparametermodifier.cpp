@@ -205,6 +205,8 @@ bool BaseParameterModifier::remove()
 bool BaseParameterModifier::store(const boost::any& value, InheritanceMethod method,
                                   const char* historyKey)
 {
+    if (!isStorable(value))
+        return false;
     return runEdit(m_list, StoreInfo{m_description->identifier, m_description->type, value, method},
                    &applyStore, historyOf(historyKey))
         .has_value();

@@ -8,6 +8,7 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/listenerof.h"
 #include <QFile>
+#include <cmath>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -120,7 +121,7 @@ void ResourceListener::setCookedFormat(std::uint32_t format)
 
 void ResourceListener::setCookedQuality(float quality)
 {
-    if (m_resource)
+    if (m_resource && std::isfinite(quality))
         runTransaction(m_resource->cookedQuality(), Float1{{quality}}, "SET_COOKED_QUALITY");
 }
 

@@ -50,7 +50,7 @@ boost::any inputValue(unsigned type, const boost::any& value)
 {
     const boost::any shape = zeroOf(type);
     if (shape.type() == value.type())
-        return value;
+        return isStorable(value) ? value : boost::any();
     if (const auto* number = boost::any_cast<UInt>(&value))
         if (shape.type() == typeid(Int1))
             return Int1{{static_cast<int>(*number)}};

@@ -1,6 +1,7 @@
 #include "programcommand/imageconnection.h"
 
 #include "console.h"
+#include "data/floattext.h"
 
 namespace ProgramCommand {
 
@@ -17,7 +18,8 @@ struct ParameterRow
 const ParameterRow ParameterRows[] = {
     {"path", [](ImageConnection& image, const QString& value) { image.path = value; }},
     {"format", [](ImageConnection& image, const QString& value) { image.format = value; }},
-    {"level", [](ImageConnection& image, const QString& value) { image.level = value.toFloat(); }},
+    {"level", [](ImageConnection& image,
+                 const QString& value) { image.level = Orv::floatOf(value).value_or(0.0F); }},
     {"tiling",
      [](ImageConnection& image, const QString& value) { image.tiling = value.toInt() != 0; }},
 };

@@ -6,6 +6,7 @@
 #include "data/content/package.h"
 #include "data/desc/function.h"
 #include "data/desc/valuetype.h"
+#include "data/floattext.h"
 #include "data/latin1.h"
 #include "ksx/core/collectgraphs.h"
 #include "ksx/core/compgraphcontroller.h"
@@ -20,6 +21,7 @@
 #include "services.h"
 #include <QFileInfo>
 #include <boost/any.hpp>
+#include <optional>
 
 namespace ProgramCommand {
 
@@ -58,9 +60,9 @@ bool readNumber(const QString& text, unsigned& number)
 
 bool readNumber(const QString& text, float& number)
 {
-    bool isNumber = false;
-    number = text.toFloat(&isNumber);
-    return isNumber;
+    const std::optional<float> read = Orv::floatOf(text);
+    number = read.value_or(0.0F);
+    return read.has_value();
 }
 
 // The readers of values; all of them answer an empty value for a text that is none.

@@ -305,6 +305,10 @@ INSTANTIATE_TEST_SUITE_P(
                     ValueCase{"AnyInteger", 240, "4294967295", "Int32", "4294967295"},
                     ValueCase{"Float1", 256, "-0.25", "Float1", "-0.25"},
                     ValueCase{"AnExponent", 256, "1e3", "Float1", "1000"},
+                    ValueCase{"TheGreatestFloatAsItIsOftenWritten", 256, "3.4028235e38", "Float1",
+                              "3.40282e+38"},
+                    ValueCase{"TheLeastFloatAsItIsOftenWritten", 256, "-3.4028235e38", "Float1",
+                              "-3.40282e+38"},
                     ValueCase{"Float2", 512, "0.5,1", "Float2", "0.5 1"},
                     ValueCase{"Float3", 1024, "1,2,3", "Float3", "1 2 3"},
                     ValueCase{"Float4", 2048, "0,0,0,1", "Float4", "0 0 0 1"},
@@ -347,7 +351,13 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"FourPartsForThree", 1024, "1,2,3,4"}, TextCase{"OnePartForTwo", 512, "1"},
         TextCase{"AnEmptyPart", 512, "1,"}, TextCase{"ABadPart", 32, "1,x"},
         TextCase{"AnotherSeparator", 32, "1;2"}, TextCase{"TwoPartsForAnySize", 240, "1,2"},
-        TextCase{"ANegativeForAnySize", 240, "-1"}, TextCase{"TwoFloatsForAnySize", 3840, "1,2"}),
+        TextCase{"ANegativeForAnySize", 240, "-1"}, TextCase{"TwoFloatsForAnySize", 3840, "1,2"},
+        TextCase{"NotANumber", 256, "nan"}, TextCase{"Infinity", 256, "inf"},
+        TextCase{"MinusInfinity", 256, "-inf"}, TextCase{"OnePartThatIsNotANumber", 512, "0,nan"},
+        TextCase{"AnInfinitePart", 1024, "0,inf,0"},
+        TextCase{"TheLastPartInfinite", 2048, "0,0,0,-inf"},
+        TextCase{"NotANumberForAnySize", 3840, "nan"}, TextCase{"InfinityForAnySize", 3840, "inf"},
+        TextCase{"JustBeyondTheGreatestFloat", 256, "3.4028236e38"}),
     caseName<TextCase>);
 
 class TypeWithoutTexts : public InputEditorCommand, public testing::WithParamInterface<unsigned>
@@ -530,6 +540,10 @@ INSTANTIATE_TEST_SUITE_P(Values, Freezing,
                                          FreezeCase{"AtAValue", "x@2.25", "2.25", ""},
                                          FreezeCase{"AtATextThatIsNoValue", "x@abc", "0", ""},
                                          FreezeCase{"AtTooGreatAValue", "x@1e999", "0", ""},
+                                         FreezeCase{"AtNotANumber", "x@nan", "0", ""},
+                                         FreezeCase{"AtInfinity", "x@-inf", "0", ""},
+                                         FreezeCase{"AtTheGreatestValue", "x@3.4028235e38",
+                                                    "3.40282e+38", ""},
                                          FreezeCase{"AtTheWrongNumberOfParts", "x@1,2", "0", ""}),
                          caseName<FreezeCase>);
 

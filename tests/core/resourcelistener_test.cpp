@@ -10,6 +10,7 @@
 #include "support/workspace.h"
 #include <QFile>
 #include <algorithm>
+#include <limits>
 #include <sys/stat.h>
 
 namespace {
@@ -109,6 +110,15 @@ TEST_F(ResourceListenerTest, SetsTheCookedQualityInATransaction)
     EXPECT_EQ(workspace.names().front(), "BeginGroupCommand (SET_COOKED_QUALITY)");
     EXPECT_EQ(workspace.editCount(), 1u);
     EXPECT_TRUE(canBeUndone());
+}
+
+TEST_F(ResourceListenerTest, RefusesACookedQualityThatIsNotFinite)
+{
+    ResourceListener& listener = open("a.png");
+    listener.setCookedQuality(std::numeric_limits<float>::infinity());
+    listener.setCookedQuality(std::numeric_limits<float>::quiet_NaN());
+
+    EXPECT_EQ(workspace.editCount(), 0u);
 }
 
 TEST_F(ResourceListenerTest, SetsTheFormatTwiceInTwoTransactions)

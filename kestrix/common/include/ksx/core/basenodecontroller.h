@@ -14,7 +14,8 @@ class BaseNodeController : public NodeController
 public:
     using NodeController::NodeController;
 
-    // Zero for a node that has died. Each change is a command, also one to the present value.
+    // Zero for a node that has died. Each change is a command, also one to the present value; one
+    // to a place beyond all floats is refused.
     QPointF position() const override;
     void setPosition(const QPointF& position) override;
     float depth() const override;

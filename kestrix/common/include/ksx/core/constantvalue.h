@@ -18,6 +18,9 @@ namespace Ksx::Core {
 // that follow the color mode, and all others as they are.
 unsigned plainTypeOf(unsigned type);
 
+// Returns true if a file with the value can be read again: nan and the infinities are no values.
+bool isStorable(const boost::any& value);
+
 // What a constant holds, in the type of its own class. Empty for null and for any other object.
 boost::any valueOfConstant(const Orv::Data::BaseObject* constant);
 

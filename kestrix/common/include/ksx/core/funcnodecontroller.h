@@ -46,7 +46,8 @@ public:
     // What the node holds: its constant, or the name of the variable that it reads or writes; in
     // the shape of its type, and empty if it holds nothing or another shape.
     boost::any dataValue() const;
-    // One command. False without one if the node holds nothing or a value of another shape.
+    // One command. False without one if the node holds nothing or a value of another shape, and for
+    // nan and the infinities.
     bool setData(const boost::any& value);
 
     // The types that an input takes beside the others; of the output, the type that it gives.

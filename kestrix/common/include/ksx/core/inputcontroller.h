@@ -44,7 +44,7 @@ public:
     boost::any defaultValue() const;
     // Stores a value of that shape, clamped to the range that the input's widget gives, and drops
     // the overloads of the former one. One command even if nothing changes; false without one if
-    // the value does not fit the type.
+    // the value does not fit the type, or is nan or infinite.
     bool setDefaultValue(const boost::any& value);
 
     LazySignal<> identifierChanged;

@@ -52,8 +52,8 @@ public:
     // The effective value: the stored constant or the default. A computed value is not evaluated:
     // the default stands for it.
     virtual boost::any anyValue() const = 0;
-    // True if the document changed. Throws boost::bad_any_cast for a value of another shape. A
-    // value that is computed is replaced.
+    // True if the document changed; false for nan and the infinities, which no file can hold.
+    // Throws boost::bad_any_cast for a value of another shape. A value that is computed is replaced.
     virtual bool setValue(const boost::any& value) = 0;
     // Is this the effective value? False for another shape.
     virtual bool isValue(const boost::any& value) const = 0;

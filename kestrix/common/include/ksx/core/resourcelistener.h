@@ -38,7 +38,7 @@ public:
     QString filePath() const;
 
     // How the image is stored in a compiled package. One transaction each; nothing happens once the
-    // resource has died.
+    // resource has died, and with a quality that is no finite number.
     void setCookedFormat(std::uint32_t format);
     void setCookedQuality(float quality);
 
