@@ -1,189 +1,335 @@
-// Times edits of one large graph inside the library: "editgraph build|connect|freeze|lookup COUNT".
-// Prints the cpu seconds of the part in question and the resident memory that it took.
-#include "core/commandmanager.h"
-#include "data/content/compfilter.h"
-#include "data/content/compnode.h"
+// Times edits of a large document inside the library: "editgraph EDIT COUNT".
+// Prints the cpu seconds of the edits alone, without the opening of the document.
 #include "data/content/dynamicvalue.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
 #include "data/content/parameter.h"
-#include "data/content/paramnode.h"
+#include "data/content/resource.h"
+#include "data/desc/parameter.h"
+#include "editdocument.h"
 #include "ksx/core/compgraphcontroller.h"
+#include "ksx/core/compinputnodecontroller.h"
+#include "ksx/core/compnodecontroller.h"
+#include "ksx/core/compoutputnodecontroller.h"
+#include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/graphcontrollerlistener.h"
-#include "ksx/core/ilibraryservices.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
 #include "ksx/core/inputusers.h"
-#include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
-#include "ksx/core/packageslistmanager.h"
+#include "ksx/core/packagecontroller.h"
+#include "ksx/core/parametercontroller.h"
+#include "ksx/core/resourcelistener.h"
+#include "ksx/core/tweakinputcontroller.h"
+#include "programcommand/graphspecializer.h"
+#include <QFile>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
 
 namespace {
 
+using namespace Benchmarks;
 using namespace Ksx::Core;
-using namespace Ksx::Data::Content;
-using GraphBox = Orv::Data::DataPointerBox<Graph>;
+using Orv::Data::Float1;
 
-class Services final : public Orv::Core::ILibraryServices, public Ksx::Core::ILibraryServices
+// What a document holds before its edits.
+
+void openEmpty(EditDocument& document, unsigned)
 {
-public:
-    Services() { Orv::setLibraryServices(static_cast<Orv::Core::ILibraryServices*>(this)); }
-    ~Services() override { Orv::setLibraryServices(nullptr); }
-
-    void* reserved0() override { return nullptr; }
-    const std::shared_ptr<Orv::Core::CommandManager>* commandManagerHandle() override
-    {
-        return &m_manager;
-    }
-    const std::shared_ptr<Orv::Core::CommandManager>& commandManager() override
-    {
-        return m_manager;
-    }
-    const std::shared_ptr<void>& spareHandle() override { return m_spare; }
-    void* reserved4() override { return nullptr; }
-    DataNotifier* behaviors() override { return nullptr; }
-    PackagesListManager* packagesListManager() override { return &m_packages; }
-    void* reserved2() override { return nullptr; }
-    Extensions& extensions() override { return m_extensions; }
-
-private:
-    std::shared_ptr<Orv::Core::CommandManager> m_manager =
-        std::make_shared<Orv::Core::CommandManager>(2);
-    std::shared_ptr<void> m_spare;
-    PackagesListManager m_packages;
-    Extensions m_extensions;
-};
-
-// A node of the graph, fed by the one behind it: all connections point forwards.
-std::unique_ptr<CompNode> makeNode(unsigned number, bool isFed)
-{
-    auto node = std::make_unique<CompNode>();
-    node->uid().assign(number);
-    auto output = std::make_unique<CompOutput>();
-    output->uid().assign(number);
-    output->comptype().value().assign(1u);
-    node->compOutputs().pushBack(std::move(output));
-    auto filter = std::make_unique<CompFilter>();
-    filter->filter().assign("blur");
-    node->compImplementation().set(std::move(filter));
-    if (!isFed)
-        return node;
-    auto connexion = std::make_unique<Connexion>();
-    connexion->identifier().assign("input1");
-    connexion->connRef().value().assign(number + 1);
-    connexion->connRefOutput().value().assign(number + 1);
-    node->connexions().pushBack(std::move(connexion));
-    return node;
+    document.addGraph("g");
 }
 
-// Gives the node's filter a parameter that is read from the input "x".
-void readInput(CompNode& node)
+void openChain(EditDocument& document, unsigned count)
 {
-    auto getter = std::make_unique<ParamNode>();
-    getter->uid().assign(1u);
-    getter->function().assign("get_float1");
-    getter->type().value().assign(256u);
-    auto data = std::make_unique<FuncData>();
-    data->name().assign("datacontent");
-    auto name = std::make_unique<ConstantValueString>();
-    name->value().assign("x");
-    data->constantValue().set(std::move(name));
-    getter->funcDatas().pushBack(std::move(data));
-    auto value = std::make_unique<DynamicValue>();
-    value->rootnode().value().assign(1u);
-    value->paramNodes().pushBack(std::move(getter));
-    auto parameter = std::make_unique<Parameter>();
-    parameter->name().assign("intensity");
-    parameter->paramValue().set(std::move(value));
-    static_cast<CompFilter&>(*node.compImplementation().get())
-        .parameters()
-        .pushBack(std::move(parameter));
+    addNodes(document.addGraph("g"), count);
 }
 
-GraphBox openGraph(PackagesListManager& packages, unsigned count, bool readsInput)
+void openInputs(EditDocument& document, unsigned count)
 {
-    auto graph = std::make_unique<Graph>();
-    auto input = std::make_unique<ParamInput>();
-    input->identifier().assign("x");
-    input->uid().assign(1u);
-    input->type().value().assign(256u);
-    graph->paraminputs().pushBack(std::move(input));
-    for (unsigned i = 1; i <= count; ++i) {
-        auto node = makeNode(i, i < count);
-        if (readsInput)
-            readInput(*node);
-        graph->compNodes().pushBack(std::move(node));
-    }
-    auto package = PackagesListManager::newPackage(QStringLiteral("p"));
-    const GraphBox box(graph.get());
-    package->content().pushBack(std::move(graph));
-    PackagesListManager::DependencyEntry entry;
-    entry.package = packages.keep(std::move(package));
-    packages.finishLoading({entry});
-    return box;
+    addInputs(document.addGraph("g"), count);
 }
 
-using Edit = std::function<bool(const GraphBox&, unsigned count)>;
-
-bool build(const GraphBox& graph, unsigned count)
+void openReaders(EditDocument& document, unsigned count)
 {
-    const NodeController* first = graphController(graph)->nodeByUid(1);
+    auto& graph = document.addGraph("g");
+    addInputs(graph, 1);
+    addReaders(graph, count, true);
+}
+
+void openReadersOfMany(EditDocument& document, unsigned count)
+{
+    auto& graph = document.addGraph("g");
+    addInputs(graph, count);
+    addReaders(graph, count, false);
+}
+
+void openInstances(EditDocument& document, unsigned count)
+{
+    addOutputs(document.addGraph("g"), 1);
+    addInstances(document.addGraph("user"), count, "g");
+}
+
+void openOneInstance(EditDocument& document, unsigned)
+{
+    openInstances(document, 1);
+}
+
+void openFunction(EditDocument& document, unsigned count)
+{
+    addFunction(document.addGraph("g"), count);
+}
+
+void openFilter(EditDocument& document, unsigned count)
+{
+    auto& graph = document.addGraph("g");
+    addInputs(graph, count);
+    addOutputs(graph, count);
+}
+
+// The edits.
+
+bool build(EditDocument& document, unsigned count)
+{
+    const NodeController* first = document.graph().nodeByUid(1);
     return first != nullptr && (count == 1 || first->inputConnector(0)->targets().size() == 1);
 }
 
-bool lookUp(const GraphBox& graph, unsigned count)
+bool buildInstances(EditDocument& document, unsigned count)
 {
-    const CompGraphController& controller = *graphController(graph);
+    return document.graph(1).nodes().size() == count;
+}
+
+bool lookUp(EditDocument& document, unsigned count)
+{
+    const CompGraphController& graph = document.graph();
     bool isFound = true;
     for (unsigned i = 1; i <= count; ++i)
-        isFound = isFound && controller.nodeByUid(i) != nullptr &&
-                  controller.inputsController()->inputByIdentifier("x") != nullptr;
+        isFound = isFound && graph.nodeByUid(i) != nullptr &&
+                  graph.inputsController()->inputByIdentifier("x1") != nullptr;
     return isFound;
 }
 
-// Connects the last node's output to every other node: an edit for each.
-bool connect(const GraphBox& graph, unsigned count)
+// Connects the last node's output to every other node.
+bool connect(EditDocument& document, unsigned count)
 {
-    CompGraphController& controller = *graphController(graph);
-    OutputConnectorController& source = *controller.nodeByUid(count)->outputConnector(0);
+    CompGraphController& graph = document.graph();
+    OutputConnectorController& source = *graph.nodeByUid(count)->outputConnector(0);
     bool isDone = true;
     for (unsigned i = 1; i < count; ++i)
-        isDone =
-            controller.connect(source, *controller.nodeByUid(i)->inputConnector(0), true) && isDone;
+        isDone = graph.connect(source, *graph.nodeByUid(i)->inputConnector(0), true) && isDone;
     return isDone;
 }
 
-bool freeze(const GraphBox& graph, unsigned)
+bool freeze(EditDocument& document, unsigned)
 {
-    InputsController& inputs = *graphController(graph)->inputsController();
-    return switchToConstant(inputs, *inputs.inputByIdentifier("x"), Orv::Data::Float1{{0.5F}});
+    InputsController& inputs = *document.graph().inputsController();
+    return switchToConstant(inputs, *inputs.inputByIdentifier("x1"), Float1{{0.5F}});
+}
+
+template <class Edit>
+bool forAllInputs(EditDocument& document, const Edit& edit)
+{
+    InputsController& inputs = *document.graph().inputsController();
+    bool isDone = true;
+    for (InputController* input : inputs.inputs())
+        isDone = edit(inputs, *input) && isDone;
+    return isDone;
+}
+
+bool freezeAll(EditDocument& document, unsigned)
+{
+    return forAllInputs(document, [](InputsController& inputs, InputController& input) {
+        return switchToConstant(inputs, input, Float1{{0.5F}});
+    });
+}
+
+bool removeInputs(EditDocument& document, unsigned)
+{
+    return forAllInputs(document, [](InputsController& inputs, InputController& input) {
+        return inputs.removeInput(input);
+    });
+}
+
+bool setDefaultValues(EditDocument& document, unsigned)
+{
+    return forAllInputs(document, [](InputsController&, InputController& input) {
+        return input.setDefaultValue(Float1{{0.25F}});
+    });
+}
+
+bool describeInputs(EditDocument& document, unsigned)
+{
+    Ksx::Data::Desc::Parameter description;
+    description.identifier = "size";
+    description.type = 256;
+    description.defaultValue = Float1{{0.5F}};
+    return forAllInputs(document, [&](InputsController&, InputController& input) {
+        return static_cast<TweakInputController&>(input).initFromDescription(description);
+    });
+}
+
+bool addTweakInputs(EditDocument& document, unsigned count)
+{
+    InputsController& inputs = *document.graph().inputsController();
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone = inputs.addTweakInput(256, std::string()) != nullptr && isDone;
+    return isDone;
+}
+
+bool addInputNodes(EditDocument& document, unsigned count)
+{
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone = document.graph().addInputNode({"in", 1}) != nullptr && isDone;
+    return isDone;
+}
+
+bool addOutputNodes(EditDocument& document, unsigned count)
+{
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone = document.graph().addOutputNode({"out", 1}) != nullptr && isDone;
+    return isDone;
+}
+
+bool removeOutputNodes(EditDocument& document, unsigned)
+{
+    CompGraphController& graph = document.graph();
+    for (NodeController* node : graph.nodes())
+        graph.removeNode(*node, true);
+    return graph.nodes().empty();
+}
+
+bool addGraphs(EditDocument& document, unsigned count)
+{
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone = document.package().addGraph(QString()) != nullptr && isDone;
+    return isDone;
+}
+
+bool addResources(EditDocument& document, unsigned count)
+{
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone =
+            document.package().addLinkedResource(3, QStringLiteral("PNG"), QString(),
+                                                 QStringLiteral("/there/none.png")) != nullptr &&
+            isDone;
+    return isDone;
+}
+
+bool addInstanceNodes(EditDocument& document, unsigned count)
+{
+    CompGraphController& graph = document.graph(1);
+    bool isDone = true;
+    for (unsigned i = 0; i < count; ++i)
+        isDone = graph.addInstanceNode(document.graphBox(0)) != nullptr && isDone;
+    return isDone;
+}
+
+// One edit of a graph with many instances.
+bool addOneOutput(EditDocument& document, unsigned)
+{
+    return document.graph().addOutputNode({"out", 1}) != nullptr;
+}
+
+bool addOneInput(EditDocument& document, unsigned)
+{
+    return document.graph().addInputNode({"in", 1}) != nullptr;
+}
+
+// Connects all constants of a function to the list that a node takes.
+bool connectList(EditDocument& document, unsigned count)
+{
+    auto* const node = static_cast<CompNodeController*>(document.graph().nodeByUid(1));
+    const auto* stored = node->parameterController("intensity")->stored();
+    FuncGraphController& function =
+        *graphController(Orv::Data::DataPointerBox<Ksx::Data::Content::DynamicValue>(
+            static_cast<const Ksx::Data::Content::DynamicValue*>(stored->paramValue().get())));
+    InputConnectorController& list = *function.nodeByUid(1)->inputConnector(0);
+    bool isDone = true;
+    for (unsigned i = 2; i <= count + 1; ++i)
+        isDone =
+            function.connect(*function.nodeByUid(i)->outputConnector(0), list, false) && isDone;
+    return isDone;
+}
+
+bool specialize(EditDocument& document, unsigned)
+{
+    ProgramCommand::GraphSpecializer specializer(document.package(), document.graphBox());
+    if (!specializer.instantiate(QStringLiteral("special")) || !specializer.addOutputs())
+        return false;
+    specializer.exposeParameters();
+    return true;
+}
+
+struct Row
+{
+    const char* name;
+    void (*open)(EditDocument&, unsigned count);
+    bool (*edit)(EditDocument&, unsigned count);
+};
+
+constexpr Row Rows[] = {
+    {"build", &openChain, &build},
+    {"build-instances", &openInstances, &buildInstances},
+    {"lookup", &openReaders, &lookUp},
+    {"connect", &openChain, &connect},
+    {"connect-list", &openFunction, &connectList},
+    {"freeze", &openReaders, &freeze},
+    {"freeze-all", &openReadersOfMany, &freezeAll},
+    {"freeze-unread", &openInputs, &freezeAll},
+    {"add-tweak-input", &openEmpty, &addTweakInputs},
+    {"add-input-node", &openEmpty, &addInputNodes},
+    {"add-output-node", &openEmpty, &addOutputNodes},
+    {"remove-input", &openInputs, &removeInputs},
+    {"remove-output-node", &openFilter, &removeOutputNodes},
+    {"set-default-value", &openInputs, &setDefaultValues},
+    {"describe-input", &openInputs, &describeInputs},
+    {"add-graph", &openEmpty, &addGraphs},
+    {"add-resource", &openEmpty, &addResources},
+    {"add-instance", &openOneInstance, &addInstanceNodes},
+    {"add-output-of-one-instance", &openOneInstance, &addOutputNodes},
+    {"add-input-of-one-instance", &openOneInstance, &addInputNodes},
+    {"one-output-of-instances", &openInstances, &addOneOutput},
+    {"one-input-of-instances", &openInstances, &addOneInput},
+    {"specialize", &openFilter, &specialize},
+};
+
+const Row* findRow(const std::string& name)
+{
+    for (const Row& row : Rows)
+        if (name == row.name)
+            return &row;
+    return nullptr;
+}
+
+int printUsage()
+{
+    std::fprintf(stderr, "Usage: editgraph EDIT COUNT\nEDIT is one of");
+    for (const Row& row : Rows)
+        std::fprintf(stderr, " %s", row.name);
+    std::fprintf(stderr, "\n");
+    return 1;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const std::map<std::string, Edit> edits{
-        {"build", &build}, {"lookup", &lookUp}, {"connect", &connect}, {"freeze", &freeze}};
-    const auto edit = argc == 3 ? edits.find(argv[1]) : edits.end();
+    const Row* row = argc == 3 ? findRow(argv[1]) : nullptr;
     const auto count = argc == 3 ? static_cast<unsigned>(std::atoi(argv[2])) : 0u;
-    if (edit == edits.end() || count == 0) {
-        std::fprintf(stderr, "Usage: editgraph build|lookup|connect|freeze COUNT\n");
-        return 1;
-    }
-    static Services services; // taking the document apart is no part of it
-    const GraphBox graph =
-        openGraph(*services.packagesListManager(), count, edit->first == "freeze");
+    if (row == nullptr || count == 0)
+        return printUsage();
+    static EditDocument document; // taking it apart is no part of the edits
+    row->open(document, count);
+    document.open();
     const std::clock_t begin = std::clock();
-    const bool isDone = edit->second(graph, count);
+    const bool isDone = row->edit(document, count);
     std::printf("%.4f\n", static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
     std::fflush(stdout);
     std::_Exit(isDone ? 0 : 1);
