@@ -14,9 +14,10 @@ bool ManipulatorBase::removeListener(const Data::ListenerBase& listener) const
     return m_context->removeListener(object(), listener);
 }
 
-void ManipulatorBase::notify(std::uint32_t type, const Data::ChangeRuns& runs) const
+void ManipulatorBase::notify(std::uint32_t type, const Data::ChangeRuns& runs,
+                             const Data::ChildrenSpan& children) const
 {
-    m_context->notify(object(), type, runs);
+    m_context->notify(object(), type, runs, children);
 }
 
 void ManipulatorBase::notifyRemoved(const Data::BaseObject& removed) const

@@ -39,7 +39,7 @@ void ManipulatorListBase::insert(std::size_t index,
         noteInserted(*pointer);
     ChangeRuns runs;
     runs.insertRun(index, pointers.size());
-    notify(ChangeType::Inserted, runs);
+    notify(ChangeType::Inserted, runs, {pointers.data(), pointers.size()});
 }
 
 void ManipulatorListBase::erase(std::size_t index, std::size_t count)
@@ -49,10 +49,10 @@ void ManipulatorListBase::erase(std::size_t index, std::size_t count)
     for (std::size_t i = index; i < index + count; ++i)
         notifyRemoved(*list()->childAt(i));
     auto items = static_cast<ContainerListBase&>(object()).takeOwned(index, count);
-    scratch().addListErase(*this, index, std::move(items));
+    scratch().addListErase(*this, index, items);
     ChangeRuns runs;
     runs.eraseRun(index, count);
-    notify(ChangeType::Erased, runs);
+    notify(ChangeType::Erased, runs, {items.data(), items.size()});
 }
 
 void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)
@@ -69,7 +69,9 @@ void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)
     scratch().addListMove(*this, index, offset);
     ChangeRuns runs;
     runs.moveRun(index, offset);
-    notify(ChangeType::Moved, runs);
+    Data::BaseObject* moved = static_cast<ContainerListBase&>(object()).childAt(
+        static_cast<std::size_t>(from + offset));
+    notify(ChangeType::Moved, runs, {&moved, 1});
 }
 
 } // namespace Orv::Core

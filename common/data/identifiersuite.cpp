@@ -28,18 +28,21 @@ std::string DefaultIdentifierPolicy::normalize(const std::string& text)
     return result.substr(begin, result.find_last_not_of('_') + 1 - begin);
 }
 
+NumberedIdentifier splitIdentifier(const std::string& wanted, char separator)
+{
+    const std::size_t last = wanted.find_last_not_of(Digits);
+    if (last == std::string::npos || last + 1 == wanted.size() || wanted[last] != separator)
+        return {wanted, 1};
+    return {wanted.substr(0, last),
+            Data::valueFromString<Data::UInt>(std::string_view(wanted).substr(last + 1))};
+}
+
 std::string makeUniqueIdentifier(const std::string& wanted, char separator,
                                  const IdentifierPredicate& isTaken)
 {
     if (!isTaken)
         throw boost::bad_function_call();
-    std::string base = wanted;
-    Data::UInt number = 1;
-    const std::size_t last = wanted.find_last_not_of(Digits);
-    if (last != std::string::npos && last + 1 != wanted.size() && wanted[last] == separator) {
-        number = Data::valueFromString<Data::UInt>(std::string_view(wanted).substr(last + 1));
-        base.resize(last);
-    }
+    auto [base, number] = splitIdentifier(wanted, separator);
     base += separator;
     for (;; ++number) {
         std::string candidate = base + std::to_string(number);

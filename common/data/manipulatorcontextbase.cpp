@@ -66,11 +66,15 @@ void ManipulatorContextBase::touch(ShadowObject& shadow)
     m_touched.emplace_back(&shadow);
 }
 
-void ManipulatorContextBase::notify(BaseObject& object, std::uint32_t type, const ChangeRuns& runs)
+void ManipulatorContextBase::notify(BaseObject& object, std::uint32_t type, const ChangeRuns& runs,
+                                    const ChildrenSpan& children)
 {
-    ChangeEvent event{type, runs, object.getMeta().messageMask};
+    ChangeEvent event{type, runs, object.getMeta().messageMask, children};
+    BaseObject* child = nullptr;
     for (BaseObject* place = &object; place != nullptr && event.memberMask != 0;
          place = place->getParent()) {
+        if (child != nullptr)
+            event.children = {&child, 1};
         if (ShadowObject* shadow = place->shadow())
             postOn(*shadow, event);
         if ((event.type & ChangeType::Local) != 0)
@@ -78,6 +82,7 @@ void ManipulatorContextBase::notify(BaseObject& object, std::uint32_t type, cons
         if ((event.type & ChangeType::Reserved) != 0)
             event.type = (event.type & ~ChangeType::Reserved) | ChangeType::DescendantMoved;
         event.runs.clear();
+        child = place;
     }
 }
 
@@ -132,6 +137,8 @@ void ManipulatorContextBase::deliverImmediately(ListenerEntry& entry, const Data
     if (!m_skipSet.insert(entry.listener.get()).second) {
         message.type = event.type; // it has heard the rest already
         message.runs = event.runs;
+        message.touched.clear();
+        message.touch(event.children);
         if ((message.type & ChangeType::Removed) != 0)
             message.type = ChangeType::Removed;
     }
@@ -149,7 +156,7 @@ void ManipulatorContextBase::scheduleShadow(ShadowObject& shadow, Schedule& sche
             continue;
         if (const auto waiting = entry.scheduled.lock()) {
             if (entry.matched)
-                waiting->merge(message->type, message->runs);
+                waiting->merge(*message);
             else if (message->type == ChangeType::Removed)
                 waiting->merge(ChangeType::Removed, {});
         } else if (entry.matched) {

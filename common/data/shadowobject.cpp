@@ -89,6 +89,7 @@ bool ShadowObject::post(ChangeEvent& event, ManipulatorContextBase& context)
     }
     m_pending->context.reset(&context);
     m_pending->merge(event.type, event.runs);
+    m_pending->touch(event.children);
     for (ListenerEntry& entry : m_listeners) {
         if (!entry.hasOwnMessage)
             continue;
@@ -98,6 +99,7 @@ bool ShadowObject::post(ChangeEvent& event, ManipulatorContextBase& context)
         }
         entry.ownMessage->context.reset(&context);
         entry.ownMessage->merge(event.type, event.runs);
+        entry.ownMessage->touch(event.children);
     }
     return true;
 }

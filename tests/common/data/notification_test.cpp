@@ -62,8 +62,23 @@ protected:
         };
     }
 
+    // Notes the titles of the books that messages of the list name, with "-" before those of books
+    // that have left.
+    void noteTouchedBooks()
+    {
+        attach(library.root.books(), listener);
+        listener.reaction = [this](const DataMessage& message) {
+            for (const Orv::Data::TouchedChild& touched : message.touched) {
+                const auto& book = dynamic_cast<const TestDocument::Book&>(*touched.object);
+                const bool isThere = book.getParent() == message.object.get();
+                touchedBooks.push_back((isThere ? "" : "-") + book.title().get());
+            }
+        };
+    }
+
     Library library;
     RecordingListener listener;
+    Journal touchedBooks;
 };
 
 class MortalListener final : public Orv::Core::ListenerSimple<0, ChangeType::Value>
@@ -109,6 +124,43 @@ TEST_F(Notification, ChildrenHearNothingOfTheirContainer)
     attach(library.book(0), listener);
     edit([&](auto& context) { erase(context, 1); });
     EXPECT_EQ(listener.told, Journal{});
+}
+
+TEST_F(Notification, AListHearsWhichItemsCameWentAndChanged)
+{
+    noteTouchedBooks();
+    edit([&](auto& context) {
+        insert(context, 1, "new");
+        retitle(context, 0, "changed");
+        erase(context, 2);
+    });
+    EXPECT_EQ(touchedBooks, (Journal{"new", "changed", "-b"}));
+}
+
+TEST_F(Notification, AListHearsWhichItemWasMoved)
+{
+    noteTouchedBooks();
+    edit([&](auto& context) { ShelfEdit(library.root, context).books().move(0, 2); });
+    EXPECT_EQ(touchedBooks, Journal{"a"});
+}
+
+TEST_F(Notification, AListHearsOnceOfAnItemThatIsChangedTwiceInARow)
+{
+    noteTouchedBooks();
+    edit([&](auto& context) {
+        retitle(context, 1, "new");
+        retitle(context, 1, "newer");
+    });
+    EXPECT_EQ(touchedBooks, Journal{"newer"});
+}
+
+TEST_F(Notification, AListHearsOfItemsThatAnUndoBringsBack)
+{
+    const auto erasing = makeCommand([&](auto& context) { erase(context, 0, 2); });
+    erasing->execute();
+    noteTouchedBooks();
+    erasing->undo();
+    EXPECT_EQ(touchedBooks, (Journal{"a", "b"}));
 }
 
 TEST_F(Notification, AListHearsOfInsertedItemsAndWhere)

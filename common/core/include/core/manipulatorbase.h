@@ -55,7 +55,8 @@ protected:
     HistoryScratch& scratch() const { return m_context->scratch(); }
     // Being made in a context is the leave to write.
     Data::BaseObject& object() const { return const_cast<Data::BaseObject&>(*m_object); }
-    void notify(std::uint32_t type, const Data::ChangeRuns& runs) const;
+    void notify(std::uint32_t type, const Data::ChangeRuns& runs,
+                const Data::ChildrenSpan& children = {}) const;
     void notifyRemoved(const Data::BaseObject& removed) const;
     void noteInserted(const Data::BaseObject& inserted) const;
 

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "data/changeruns.h"
+#include <cstddef>
 #include <cstdint>
 
 namespace Orv::Data {
+
+class BaseObject;
 
 // Bits of an event's type, of a message's and of a listener's type mask.
 struct ChangeType
@@ -21,11 +24,23 @@ struct ChangeType
     static constexpr std::uint32_t Local = Value | Removed | Inserted | Erased | Moved;
 };
 
+// Children of one object, in any order. Does not own them.
+struct ChildrenSpan
+{
+    BaseObject* const* first = nullptr;
+    std::size_t count = 0;
+
+    BaseObject* const* begin() const { return first; }
+    BaseObject* const* end() const { return first + count; }
+};
+
 struct ChangeEvent
 {
     std::uint32_t type;
     ChangeRuns runs;          // of the list that changed; empty on the ancestors
     std::uint32_t memberMask; // message mask of the object where the change began
+    // The items of a list that come, go or move, and the child through which a change came up.
+    ChildrenSpan children = {};
 };
 
 } // namespace Orv::Data

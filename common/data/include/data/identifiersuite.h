@@ -1,6 +1,7 @@
 // Makes identifiers legal and unique.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -19,6 +20,17 @@ struct DefaultIdentifierPolicy
     // environment has no part in it.
     static std::string normalize(const std::string& text);
 };
+
+// A text that numbers are put behind.
+struct NumberedIdentifier
+{
+    std::string base;
+    std::uint32_t number; // the first one
+};
+
+// Returns `wanted` without the number that it ends in and the separator before it, and that number;
+// 1 if there is none. Throws boost::bad_lexical_cast if the number exceeds 32 bits.
+NumberedIdentifier splitIdentifier(const std::string& wanted, char separator);
 
 // `wanted`, less a number that it ends in, with the first free number behind it. See
 // IdentifierSuite::makeUnique.
