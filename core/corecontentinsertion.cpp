@@ -7,6 +7,7 @@
 #include "data/content/group.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
+#include "ksx/core/contentuids.h"
 #include "ksx/core/contentwalk.h"
 #include "ksx/core/uniqueidentifier.h"
 #include <algorithm>
@@ -45,6 +46,8 @@ bool name(ContentObjectBase& object, Uid uid, const BaseObject& container)
 
 Uid newContentUid(const Package& package)
 {
+    if (const ContentUids* known = ContentUids::of(package))
+        return UidSource::shared().next([known](Uid uid) { return known->contains(uid); });
     std::unordered_set<Uid> taken;
     visitContent(package, [&](const ContentObjectBase& object) {
         if (const auto* content = dynamic_cast<const ContentInterface*>(&object))

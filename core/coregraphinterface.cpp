@@ -6,6 +6,7 @@
 #include "data/identifiersuite.h"
 #include "data/latin1.h"
 #include "ksx/core/dictionary.h"
+#include "ksx/core/identifierindex.h"
 #include <QCoreApplication>
 #include <algorithm>
 #include <charconv>
@@ -66,10 +67,31 @@ void addUsages(List& list, const std::vector<InterfaceUsage>& usages)
 template <class Item>
 void IdentifierTaken::collect(const ContainerList<Item>& list, const Item* ignored)
 {
-    m_taken->reserve(list.size());
+    if (const auto* index = IdentifierIndex<Item>::of(list)) {
+        m_names = std::shared_ptr<const TakenNames>(std::shared_ptr<void>(), &index->names());
+        if (ignored != nullptr && ignored->getParent() == &list)
+            m_ignored = ignored->identifier().get();
+        return;
+    }
+    auto names = std::make_shared<TakenNames>();
     for (const Item& item : list)
         if (&item != ignored)
-            m_taken->insert(item.identifier().get());
+            names->add(item.identifier().get());
+    m_names = std::move(names);
+}
+
+bool IdentifierTaken::operator()(const std::string& identifier) const
+{
+    return m_names->count(identifier) > (m_ignored == identifier ? 1u : 0u);
+}
+
+std::string IdentifierTaken::firstFree(const std::string& wanted) const
+{
+    constexpr char separator = Orv::DefaultIdentifierPolicy::Separator;
+    const auto [base, number] = Orv::splitIdentifier(wanted, separator);
+    const long long found = m_ignored ? m_names->freeNumber(base, number, *m_ignored)
+                                      : m_names->freeNumber(base, number);
+    return base + separator + std::to_string(found);
 }
 
 ParamInputNameExist::ParamInputNameExist(const ContainerList<ParamInput>& list,
@@ -93,15 +115,14 @@ ParamsGraphDataNameExist::ParamsGraphDataNameExist(const ContainerList<ParamsGra
 std::string freeIdentifier(const std::string& wanted, const std::string& fallback,
                            const IdentifierTaken& isTaken)
 {
-    using Suite = Orv::IdentifierSuite<>;
-    std::string identifier = Suite::normalize(wanted);
+    std::string identifier = Orv::DefaultIdentifierPolicy::normalize(wanted);
     if (identifier.empty())
         identifier = fallback;
     if (!isTaken(identifier))
         return identifier;
     if (endsInLongNumber(identifier))
         identifier += "_1";
-    return Suite().makeUnique(identifier, isTaken);
+    return isTaken.firstFree(identifier);
 }
 
 std::string defaultInputIdentifier()

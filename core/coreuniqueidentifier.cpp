@@ -1,36 +1,51 @@
 #include "ksx/core/uniqueidentifier.h"
 
 #include "data/identifiersuite.h"
+#include "ksx/core/contentidentifiers.h"
 #include "ksx/core/contentwalk.h"
 #include <QString>
-#include <unordered_map>
+#include <string_view>
+#include <unordered_set>
 
 namespace Ksx::Core {
 
 namespace {
 
-using Data::Content::ContentInterface;
+using Data::Content::ContentObjectBase;
+using ContentList = Orv::Data::ContainerList<ContentObjectBase>;
 using Orv::Data::BaseObject;
 
-// To what the identifiers that begin with `base` lead, in the content of an object. Found in one
-// walk: a container may have many objects of similar names.
-std::unordered_map<std::string, const BaseObject*> resolved(const BaseObject& container,
-                                                            const std::string& base)
+// The names in a content list that lead to other objects than `ignored`, which may be null. Those in
+// a live document are kept beside it.
+class Names
 {
-    std::unordered_map<std::string, const BaseObject*> objects;
-    const auto* content = contentOf(container);
-    if (content == nullptr)
-        return objects;
-    for (const auto& item : *content) {
-        const auto* named = dynamic_cast<const ContentInterface*>(&item);
-        if (named == nullptr)
-            continue;
-        const std::string& identifier = named->identifierAttribute().get();
-        if (identifier.compare(0, base.size(), base) == 0)
-            objects.emplace(identifier, &item); // the first one of a name is the one it leads to
+public:
+    Names(const ContentList& content, const BaseObject* ignored)
+    {
+        const auto* index =
+            ignored == nullptr ? IdentifierIndex<ContentObjectBase>::of(content) : nullptr;
+        if (index != nullptr)
+            m_names = &index->names();
+        else
+            collect(content, ignored);
     }
-    return objects;
-}
+    Names(const Names&) = delete;
+    Names& operator=(const Names&) = delete;
+
+    const TakenNames* operator->() const { return m_names; }
+
+private:
+    void collect(const ContentList& content, const BaseObject* ignored)
+    {
+        std::unordered_set<std::string_view> known; // the first object of a name has it
+        for (const ContentObjectBase& item : content)
+            if (known.insert(identifierOf(item)).second && &item != ignored)
+                m_own.add(identifierOf(item));
+    }
+
+    TakenNames m_own;
+    const TakenNames* m_names = &m_own;
+};
 
 } // namespace
 
@@ -53,17 +68,15 @@ std::string uniqueIdentifier(const BaseObject& container, const std::string& wan
     if (wanted.empty())
         return wanted;
     std::string candidate = Orv::DefaultIdentifierPolicy::normalize(wanted);
-    NumberedName name(candidate);
-    const auto objects = resolved(container, name.base);
-    const auto isTaken = [&](const std::string& identifier) {
-        if (identifier.empty()) // leads to the container itself
-            return true;
-        const auto found = objects.find(identifier);
-        return found != objects.end() && found->second != ignored;
-    };
-    while (isTaken(candidate))
-        candidate = name.next();
-    return candidate;
+    const ContentList* const content = contentOf(container);
+    if (content == nullptr)
+        return candidate.empty() ? "_1" : candidate;
+    const Names names(*content, ignored);
+    // An empty one leads to the container itself.
+    if (!candidate.empty() && names->count(candidate) == 0)
+        return candidate;
+    const NumberedName name(candidate);
+    return name.base + '_' + std::to_string(names->freeNumber(name.base, name.number));
 }
 
 } // namespace Ksx::Core

@@ -129,7 +129,7 @@ std::size_t CompInstanceWriter::indexOfBridging(const std::string& identifier) c
     return index;
 }
 
-void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs)
+void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list)
 {
     const auto& bridgings = m_instance.get()->outputBridgings();
     for (std::size_t i = bridgings.size(); i-- > 0;) {
@@ -137,7 +137,7 @@ void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs)
         const InterfaceDiff::Fate* const fate = outputs.fateOf(bridging.identifier().get());
         if (fate == nullptr)
             continue;
-        if (fate->item == nullptr) {
+        if (!fate->item) {
             removeOutput(i);
             continue;
         }
@@ -145,7 +145,8 @@ void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs)
         if (fate->isTypeChanged)
             setType(bridging.uid().get(), fate->item->type);
     }
-    addOutputs(outputs);
+    for (const InterfaceDiff::Addition& added : outputs.added())
+        addOutput(added, list);
     if (outputs.isReordered())
         orderOutputs(outputs);
 }
@@ -167,27 +168,24 @@ void CompInstanceWriter::setType(Uid output, unsigned type)
         write(m_node.compOutputs().at(index).comptype().value(), type);
 }
 
-void CompInstanceWriter::addOutputs(const InterfaceDiff& outputs)
+void CompInstanceWriter::addOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list)
 {
-    for (const std::size_t item : outputs.added()) {
-        const InterfaceItem& output = outputs.items()[item];
-        const std::size_t bridging = indexOfBridging(output.identifier);
-        const auto& bridgings = m_instance.get()->outputBridgings();
-        if (bridging < bridgings.size()) // it had been remembered
-            setType(bridgings.at(bridging).uid().get(), output.type);
-        else
-            addOutput(outputs, item);
-    }
+    const std::size_t bridging = indexOfBridging(added.item.identifier);
+    const auto& bridgings = m_instance.get()->outputBridgings();
+    if (bridging < bridgings.size()) // it had been remembered
+        setType(bridgings.at(bridging).uid().get(), added.item.type);
+    else
+        makeOutput(added, list);
 }
 
 // Behind the next output before it that the instance has.
-void CompInstanceWriter::addOutput(const InterfaceDiff& outputs, std::size_t item)
+void CompInstanceWriter::makeOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list)
 {
     const auto& bridgings = m_instance.get()->outputBridgings();
     std::size_t bridgingIndex = 0;
     std::size_t outputIndex = 0;
-    for (std::size_t before = item; before-- > 0;) {
-        const std::size_t found = indexOfBridging(outputs.items()[before].identifier);
+    for (std::size_t before = added.place; before-- > 0;) {
+        const std::size_t found = indexOfBridging(list.at(before).identifier().get());
         if (found == bridgings.size())
             continue;
         bridgingIndex = found + 1;
@@ -199,11 +197,11 @@ void CompInstanceWriter::addOutput(const InterfaceDiff& outputs, std::size_t ite
         [this](Uid taken) { return indexOfOutput(taken) < m_node.get()->compOutputs().size(); });
     auto output = std::make_unique<CompOutput>();
     output->uid().assign(uid);
-    output->comptype().value().assign(outputs.items()[item].type);
+    output->comptype().value().assign(added.item.type);
     insertAt(m_node.compOutputs(), outputIndex, std::move(output));
     auto bridging = std::make_unique<OutputBridging>();
     bridging->uid().assign(uid);
-    bridging->identifier().assign(outputs.items()[item].identifier);
+    bridging->identifier().assign(added.item.identifier);
     insertAt(m_instance.outputBridgings(), bridgingIndex, std::move(bridging));
 }
 
@@ -213,7 +211,7 @@ void CompInstanceWriter::orderOutputs(const InterfaceDiff& outputs)
     std::map<Uid, std::size_t> ranksOfUids;
     for (const OutputBridging& bridging : m_instance.get()->outputBridgings()) {
         const std::size_t place = outputs.placeOf(bridging.identifier().get());
-        ranks.push_back(place < outputs.items().size() ? place : NoRank);
+        ranks.push_back(place < outputs.itemCount() ? place : NoRank);
         ranksOfUids.emplace(bridging.uid().get(), ranks.back());
     }
     orderByRank(m_instance.outputBridgings(), std::move(ranks));
@@ -234,7 +232,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
         const InterfaceDiff::Fate* const fate = inputs.fateOf(parameter.name().get());
         if (fate == nullptr)
             continue;
-        if (fate->item == nullptr ||
+        if (!fate->item ||
             (fate->isTypeChanged && !fits(parameter.paramValue().get(), fate->item->type)))
             list.erase(i, 1);
         else
@@ -243,7 +241,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
     auto connexions = m_node.connexions();
     for (std::size_t i = connexions.get()->size(); i-- > 0;) {
         const auto* fate = inputs.fateOf(connexions.get()->at(i).identifier().get());
-        if (fate != nullptr && fate->item != nullptr && fate->isTypeChanged &&
+        if (fate != nullptr && fate->item && fate->isTypeChanged &&
             !ValueType::isImage(fate->item->type))
             connexions.erase(i, 1); // a value takes no image
     }
@@ -257,7 +255,7 @@ void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceD
         const auto* fate = inputs.fateOf(list.get()->at(i).identifier().get());
         if (fate == nullptr)
             continue;
-        if (fate->item == nullptr)
+        if (!fate->item)
             list.erase(i, 1);
         else
             write(list.at(i).identifier(), fate->item->identifier);

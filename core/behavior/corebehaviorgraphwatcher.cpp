@@ -9,7 +9,7 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/graphoutputtype.h"
 #include "ksx/core/packageof.h"
-#include <algorithm>
+#include <utility>
 
 namespace Ksx::Core::Behavior {
 
@@ -18,19 +18,8 @@ namespace {
 using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
 using Orv::Data::BaseObject;
-using Orv::Data::ChangeRun;
 using Orv::Data::ChangeType;
 using Orv::Data::DataMessage;
-using Orv::Data::RunKind;
-
-InterfaceItems inputsOf(const Graph& graph)
-{
-    InterfaceItems items;
-    items.reserve(graph.paraminputs().size());
-    for (const ParamInput& input : graph.paraminputs())
-        items.push_back({input.uid().get(), input.type().value().get(), input.identifier().get()});
-    return items;
-}
 
 } // namespace
 
@@ -44,33 +33,54 @@ InterfaceItems outputsOf(const Graph& graph)
     return items;
 }
 
-// On the nodes that count.
+// On the nodes that count. One of the first priority keeps the types right before anybody asks for
+// them, and one of the behaviours' writes what has become of them.
+template <std::uint16_t P>
 class GraphWatcher::NodeListener final
-    : public Orv::Core::ListenerSimple<Priority, ChangeType::Descendant,
-                                       Orv::Data::MessageMask::Content>
+    : public Orv::Core::ListenerSimple<P, ChangeType::Descendant, Orv::Data::MessageMask::Content>
 {
 public:
     explicit NodeListener(GraphWatcher& owner) : m_owner(owner) {}
-    void deliver(const DataMessage& message) override { m_owner.followOutputs(message); }
+    void deliver(const DataMessage& message) override
+    {
+        if constexpr (P == Orv::Data::FirstPriority)
+            m_owner.updateNode(message);
+        else
+            m_owner.followTypes(message);
+    }
 
 private:
     GraphWatcher& m_owner;
 };
 
-// On the list of nodes.
+// The same two on the list of nodes.
+template <std::uint16_t P>
 class GraphWatcher::NodeListListener final
-    : public Orv::Core::ListenerSimple<Priority, ChangeType::Inserted | ChangeType::Erased>
+    : public Orv::Core::ListenerSimple<P, ChangeType::Inserted | ChangeType::Erased>
 {
 public:
     explicit NodeListListener(GraphWatcher& owner) : m_owner(owner) {}
     void deliver(const DataMessage& message) override
     {
-        if (m_owner.concernsOutputs(message))
-            m_owner.followOutputs(message);
+        if constexpr (P == Orv::Data::FirstPriority)
+            m_owner.updateNodes(message);
+        else
+            m_owner.followTypes(message);
     }
 
 private:
     GraphWatcher& m_owner;
+};
+
+struct GraphWatcher::Listeners
+{
+    explicit Listeners(GraphWatcher& owner)
+        : nodeUpdate(owner), node(owner), nodesUpdate(owner), nodes(owner)
+    {}
+    NodeListener<Orv::Data::FirstPriority> nodeUpdate;
+    NodeListener<Priority> node;
+    NodeListListener<Orv::Data::FirstPriority> nodesUpdate;
+    NodeListListener<Priority> nodes;
 };
 
 void GraphWatcher::watch(const Graph& graph)
@@ -84,87 +94,74 @@ void GraphWatcher::watch(const Graph& graph)
 }
 
 GraphWatcher::GraphWatcher(const Graph& graph)
-    : m_graph(&graph), m_inputs(recordsOf(inputsOf(graph))), m_outputs(recordsOf(outputsOf(graph))),
-      m_nodeListener(std::make_unique<NodeListener>(*this)),
-      m_nodeListListener(std::make_unique<NodeListListener>(*this))
+    : m_graph(&graph), m_listeners(std::make_unique<Listeners>(*this)),
+      m_types(graph, [this](const CompNode& node, bool counts) { watchNode(node, counts); }),
+      m_inputs(graph.paraminputs(), &describeInput),
+      m_outputs(graph.graphOutputs(), [this](const BaseObject& object) {
+          const auto& output = static_cast<const GraphOutput&>(object);
+          const Uid uid = output.uid().get();
+          return InterfaceItem{uid, m_types.typeOf(uid), output.identifier().get()};
+      })
 {
-    listenTo(graph.compNodes(), *m_nodeListListener);
-    listenToNodes();
+    listenTo(graph.compNodes(), m_listeners->nodesUpdate);
+    listenTo(graph.compNodes(), m_listeners->nodes);
 }
 
 GraphWatcher::~GraphWatcher() = default;
 
-void GraphWatcher::listenToNodes()
+void GraphWatcher::watchNode(const CompNode& node, bool counts)
 {
-    GraphOutputNodes found = nodesOfGraphOutputs(*m_graph);
-    m_missingNodes = std::move(found.missing);
-    std::sort(found.nodes.begin(), found.nodes.end()); // one can count for several outputs
-    found.nodes.erase(std::unique(found.nodes.begin(), found.nodes.end()), found.nodes.end());
-    if (std::equal(found.nodes.begin(), found.nodes.end(), m_nodes.begin(), m_nodes.end(),
-                   [](const CompNode* node, const auto& box) { return box == node; }))
-        return;
-    for (const auto& node : m_nodes)
-        if (Orv::Data::ShadowObject* shadow = node ? node->shadow() : nullptr)
-            shadow->removeListener(*m_nodeListener);
-    m_nodes.clear();
-    m_nodes.reserve(found.nodes.size());
-    for (const CompNode* node : found.nodes) {
-        m_nodes.emplace_back(node);
-        listenTo(*node, *m_nodeListener);
+    if (counts) {
+        listenTo(node, m_listeners->nodeUpdate);
+        listenTo(node, m_listeners->node);
+    } else if (Orv::Data::ShadowObject* shadow = node.shadow()) {
+        shadow->removeListener(m_listeners->nodeUpdate);
+        shadow->removeListener(m_listeners->node);
     }
 }
 
-bool GraphWatcher::concernsOutputs(const DataMessage& nodesMessage) const
+void GraphWatcher::updateNode(const DataMessage& message)
 {
-    const auto& nodes = m_graph->compNodes();
-    for (const auto& node : m_nodes)
-        if (!node || node->getParent() != &nodes)
-            return true;
-    std::size_t index = 0;
-    for (const ChangeRun& run : nodesMessage.runs.runs()) {
-        for (std::size_t i = index; run.kind == RunKind::Inserted && i < index + run.count; ++i) {
-            const Uid uid = nodes.at(i).uid().get();
-            if (isOutputNode(nodes.at(i)) || std::find(m_missingNodes.begin(), m_missingNodes.end(),
-                                                       uid) != m_missingNodes.end())
-                return true;
-        }
-        index += run.inNewList() ? run.count : 0;
-    }
-    return false;
+    if (const auto* node = static_cast<const CompNode*>(message.object.get()))
+        noteAffected(m_types.nodeChanged(*node));
+}
+
+void GraphWatcher::updateNodes(const DataMessage& message)
+{
+    noteAffected(m_types.nodesChanged(message));
+}
+
+void GraphWatcher::noteAffected(const std::vector<Uid>& outputs)
+{
+    m_affected.insert(m_affected.end(), outputs.begin(), outputs.end());
 }
 
 void GraphWatcher::deliver(const DataMessage& message)
 {
-    if (m_graph && message.object.get() == &m_graph->paraminputs())
-        followInputs(message);
-    else
-        followOutputs(message);
-}
-
-void GraphWatcher::followInputs(const DataMessage& message)
-{
     if (!m_graph || !isAttached(*m_graph))
         return;
-    const InterfaceItems inputs = inputsOf(*m_graph);
-    const InterfaceDiff diff(m_inputs, inputs);
-    if (diff.isEmpty())
-        return;
-    m_inputs = recordsOf(inputs);
-    writeTo(message, &diff, nullptr);
+    if (message.object.get() == &m_graph->paraminputs()) {
+        const InterfaceDiff diff = m_inputs.follow(m_graph->paraminputs(), &message);
+        if (!diff.isEmpty())
+            writeTo(message, &diff, nullptr);
+    } else {
+        writeOutputs(message, m_outputs.follow(m_graph->graphOutputs(), &message));
+        followTypes(message);
+    }
 }
 
-void GraphWatcher::followOutputs(const DataMessage& message)
+void GraphWatcher::followTypes(const DataMessage& message)
 {
-    if (!m_graph || !isAttached(*m_graph))
+    if (!m_graph || !isAttached(*m_graph) || m_affected.empty())
         return;
-    listenToNodes();
-    const InterfaceItems outputs = outputsOf(*m_graph);
-    const InterfaceDiff diff(m_outputs, outputs);
-    if (diff.isEmpty())
-        return;
-    m_outputs = recordsOf(outputs);
+    const std::vector<Uid> affected = std::exchange(m_affected, {});
+    writeOutputs(message, m_outputs.follow(m_graph->graphOutputs(), affected));
+}
+
+void GraphWatcher::writeOutputs(const DataMessage& message, const InterfaceDiff& diff)
+{
     // Types can chase each other where a graph has an instance of itself.
-    if (m_rounds.next(message, outputs.size()))
+    if (!diff.isEmpty() && m_rounds.next(message, m_graph->graphOutputs().size()))
         writeTo(message, nullptr, &diff);
 }
 
@@ -187,7 +184,7 @@ void GraphWatcher::writeTo(const DataMessage& message, const InterfaceDiff* inpu
         if (inputs != nullptr)
             writer.followInputs(*inputs);
         if (outputs != nullptr)
-            writer.followOutputs(*outputs);
+            writer.followOutputs(*outputs, m_graph->graphOutputs());
     }
     dropped.dropConnections(*context);
 }

@@ -28,7 +28,8 @@ void takeOutputs(const CompInstance& instance, ManipulatorContext& context)
         return;
     const InterfaceItems outputs = outputsOf(*graph);
     DroppedOutputs dropped;
-    CompInstanceWriter(instance, context, dropped).followOutputs(InterfaceDiff::whole(outputs));
+    CompInstanceWriter(instance, context, dropped)
+        .followOutputs(InterfaceDiff::whole(outputs), graph->graphOutputs());
     dropped.dropConnections(context);
 }
 

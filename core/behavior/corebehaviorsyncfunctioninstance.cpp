@@ -4,6 +4,7 @@
 #include "data/content/functionmanipulators.h"
 #include "data/datamessage.h"
 #include "ksx/core/behavior/compinstancewriter.h"
+#include "ksx/core/behavior/interfacememory.h"
 #include "ksx/core/behavior/pathtarget.h"
 #include "ksx/core/behavior/rounds.h"
 #include "ksx/core/edit.h"
@@ -20,15 +21,6 @@ using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorStruct;
 using Index = InstanceIndexOf<SyncFunctionInstance>;
-
-InterfaceItems inputsOf(const Function& function)
-{
-    InterfaceItems items;
-    items.reserve(function.paraminputs().size());
-    for (const ParamInput& input : function.paraminputs())
-        items.push_back({input.uid().get(), input.type().value().get(), input.identifier().get()});
-    return items;
-}
 
 void writeType(const ParamNode& node, unsigned type, ManipulatorContext& context)
 {
@@ -55,7 +47,7 @@ class SyncFunctionInstance::FunctionWatcher final
 {
 public:
     explicit FunctionWatcher(const Function& function)
-        : m_function(&function), m_inputs(recordsOf(inputsOf(function))),
+        : m_function(&function), m_inputs(function.paraminputs(), &describeInput),
           m_type(function.type().value().get())
     {}
     bool isOwnedByShadow() const override { return true; }
@@ -66,7 +58,7 @@ private:
                  ManipulatorContext& context) const;
 
     Orv::Data::DataPointerBox<Function> m_function;
-    InterfaceRecords m_inputs;
+    InterfaceMemory m_inputs;
     unsigned m_type;
     Rounds m_rounds;
 };
@@ -76,13 +68,14 @@ void SyncFunctionInstance::FunctionWatcher::deliver(const Orv::Data::DataMessage
     const Function* const function = m_function.get();
     if (function == nullptr || !isAttached(*function))
         return;
-    const InterfaceItems inputs = inputsOf(*function);
-    const InterfaceDiff diff(m_inputs, inputs);
+    const bool isOfInputs = message.object.get() == &function->paraminputs();
+    const InterfaceDiff diff = isOfInputs
+                                   ? m_inputs.follow(function->paraminputs(), &message)
+                                   : m_inputs.follow(function->paraminputs(), std::vector<Uid>());
     const unsigned type = function->type().value().get();
     const bool isTypeChanged = type != m_type;
     if (diff.isEmpty() && !isTypeChanged)
         return;
-    m_inputs = recordsOf(inputs);
     m_type = type;
     ManipulatorContext* const context = editableContext(message);
     // Types can chase each other where functions call each other in a circle.

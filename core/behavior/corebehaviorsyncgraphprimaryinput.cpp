@@ -4,6 +4,7 @@
 #include "data/datamessage.h"
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
+#include "ksx/core/behavior/imageinputs.h"
 #include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/uidsource.h"
@@ -30,6 +31,8 @@ void report(int line, const std::string& text)
 Uid wantedPrimaryInput(const Graph& graph)
 {
     const Uid current = graph.primaryInput().value().get();
+    if (ImageInputs* images = ImageInputs::of(graph.paraminputs()))
+        return images->contains(current) ? current : images->first(graph.paraminputs());
     Uid first = None;
     for (const ParamInput& input : graph.paraminputs()) {
         if (!Data::Desc::ValueType::isImage(input.type().value().get()))

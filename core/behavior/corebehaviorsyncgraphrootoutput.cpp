@@ -2,6 +2,7 @@
 
 #include "data/datamessage.h"
 #include "data/diagnosticlog.h"
+#include "ksx/core/behavior/missingrootoutputs.h"
 #include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/uidsource.h"
 #include <unordered_set>
@@ -52,7 +53,10 @@ void SyncGraphRootOutput::entered(const Graph& graph, Orv::Core::ManipulatorCont
 void SyncGraphRootOutput::deliver(const Orv::Data::DataMessage& message)
 {
     const auto* graph = message.object ? ownerOf<Graph>(*message.object) : nullptr;
-    if (graph != nullptr && canMiss(message, *graph))
+    if (graph == nullptr || !canMiss(message, *graph))
+        return;
+    const auto* const missing = MissingRootOutputs::of(*graph);
+    if (missing == nullptr || !missing->isEmpty())
         reportMissing(*graph);
 }
 

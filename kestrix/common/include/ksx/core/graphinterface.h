@@ -1,12 +1,12 @@
 // How inputs and outputs come into the lists by which a graph is used.
 #pragma once
 
+#include "ksx/core/takennames.h"
 #include "ksx/core/uidsource.h"
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace Orv::Core {
@@ -54,7 +54,10 @@ struct InterfaceEntry
 class IdentifierTaken
 {
 public:
-    bool operator()(const std::string& identifier) const { return m_taken->count(identifier) != 0; }
+    bool operator()(const std::string& identifier) const;
+    // Returns `wanted`, less a number that it ends in, with the first free number behind it: what
+    // IdentifierSuite::makeUnique() finds, without a question for each number.
+    std::string firstFree(const std::string& wanted) const;
 
 protected:
     IdentifierTaken() = default;
@@ -62,9 +65,8 @@ protected:
     void collect(const Orv::Data::ContainerList<Item>& list, const Item* ignored);
 
 private:
-    // Shared, since predicates are copied.
-    std::shared_ptr<std::unordered_set<std::string_view>> m_taken =
-        std::make_shared<std::unordered_set<std::string_view>>();
+    std::shared_ptr<const TakenNames> m_names; // of an index, or of this and its copies
+    std::optional<std::string> m_ignored;      // is among the names, and does not count
 };
 
 class ParamInputNameExist : public IdentifierTaken

@@ -1,8 +1,18 @@
 // Which type of image the outputs of a graph have.
 #pragma once
 
+#include "data/datapointerbox.h"
 #include "ksx/core/uidsource.h"
+#include <functional>
+#include <optional>
+#include <set>
+#include <unordered_map>
 #include <vector>
+
+namespace Orv::Data {
+struct DataMessage;
+struct TouchedChild;
+} // namespace Orv::Data
 
 namespace Ksx::Data::Content {
 class CompNode;
@@ -21,16 +31,62 @@ unsigned typeOfGraphOutput(const Data::Content::Graph& graph,
 // The types of all outputs, in the order of `graphOutputs`. Walks over the nodes once for them all.
 std::vector<unsigned> typesOfGraphOutputs(const Data::Content::Graph& graph);
 
-// The nodes that say so, in any order: the types are the same until one of them changes or goes,
-// or another node comes that belongs to an output or has one of the missing uids.
-struct GraphOutputNodes
+// The same types, kept in step with the nodes of a graph that say so: the output nodes, and what
+// feeds those that name no type. They stay until one of these nodes changes or goes, or another node
+// comes that belongs to an output or has the uid of one that is missing.
+class GraphOutputTypes
 {
-    std::vector<const Data::Content::CompNode*> nodes;
-    std::vector<Uid> missing;
-};
-GraphOutputNodes nodesOfGraphOutputs(const Data::Content::Graph& graph);
+public:
+    // Called with a node when it begins to count, and when it no longer does.
+    using Watch = std::function<void(const Data::Content::CompNode&, bool counts)>;
 
-// Does the node belong to an output of its graph?
-bool isOutputNode(const Data::Content::CompNode& node);
+    // Takes a walk over the nodes. The graph outlives this, or nothing is called any more.
+    GraphOutputTypes(const Data::Content::Graph& graph, Watch watch);
+    GraphOutputTypes(const GraphOutputTypes&) = delete;
+    GraphOutputTypes& operator=(const GraphOutputTypes&) = delete;
+    ~GraphOutputTypes();
+
+    unsigned typeOf(Uid output) const;
+
+    // Both return the uids of the outputs whose types may be others now. The first one follows the
+    // message of the list of nodes, the second one a node that counts and has changed.
+    std::vector<Uid> nodesChanged(const Orv::Data::DataMessage& message);
+    std::vector<Uid> nodeChanged(const Data::Content::CompNode& node);
+
+private:
+    using Node = Data::Content::CompNode;
+    struct Output
+    {
+        std::vector<const Node*>
+            nodes;                 // that belong to it, in any order; the first in the list counts
+        std::optional<Uid> source; // of the node that feeds it, where that says the type
+    };
+    struct Source
+    {
+        const Node* address = nullptr;        // null while it is missing
+        Orv::Data::DataPointerBox<Node> node; // empty once it has died, too
+        std::set<Uid> outputs;
+    };
+    using Affected = std::set<Uid>;
+
+    const Node* nodeOf(const Output& output) const;
+    void enter(const Node& node, Uid output);
+    void leave(const Node* address, const Node* node);
+    void updateSource(Uid output);
+    void linkSource(Uid output, Uid source);
+    void unlinkSource(Uid output);
+    void findSource(Uid uid, Source& source);
+    void setSourceNode(Uid uid, Source& source, const Node* node);
+    void follow(const Orv::Data::TouchedChild& touched, Affected& affected);
+    bool counts(const Node* node) const;
+    void changeCounting(const Node* node, bool didCount);
+
+    Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
+    Watch m_watch;
+    std::unordered_map<const Node*, Uid> m_bridges;     // the outputs to which nodes belong
+    std::unordered_map<Uid, Output> m_outputs;          // also those that no list has
+    std::unordered_map<Uid, Source> m_sources;          // by the uid of the node
+    std::unordered_map<const Node*, Uid> m_sourceNodes; // those that are there
+};
 
 } // namespace Ksx::Core

@@ -11,6 +11,7 @@
 
 namespace Ksx::Data::Content {
 class Graph;
+class GraphOutput;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Core::Behavior {
@@ -31,13 +32,16 @@ private:
 class CompInstanceWriter
 {
 public:
+    using GraphOutputs = Orv::Data::ContainerList<Data::Content::GraphOutput>;
+
     // The instance stands in a node of a graph; see stands().
     CompInstanceWriter(const Data::Content::CompInstance& instance,
                        Orv::Core::ManipulatorContext& context, DroppedOutputs& dropped);
     // Is the instance what a node of a graph in an open package is?
     static bool stands(const Data::Content::CompInstance& instance);
 
-    void followOutputs(const InterfaceDiff& outputs);
+    // The list is that of the graph's outputs.
+    void followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list);
     void followInputs(const InterfaceDiff& inputs);
 
 private:
@@ -46,8 +50,8 @@ private:
 
     void removeOutput(std::size_t bridging);
     void setType(Uid output, unsigned type);
-    void addOutputs(const InterfaceDiff& outputs);
-    void addOutput(const InterfaceDiff& outputs, std::size_t item);
+    void addOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list);
+    void makeOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list);
     void orderOutputs(const InterfaceDiff& outputs);
     std::size_t indexOfOutput(Uid uid) const;
     std::size_t indexOfBridging(const std::string& identifier) const;

@@ -6,7 +6,9 @@
 #include "data/datapointerbox.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/behavior/interfacediff.h"
+#include "ksx/core/behavior/interfacememory.h"
 #include "ksx/core/behavior/rounds.h"
+#include "ksx/core/graphoutputtype.h"
 #include "ksx/core/valuelistener.h"
 #include <memory>
 #include <vector>
@@ -31,25 +33,27 @@ public:
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:
+    template <std::uint16_t P>
     class NodeListener;
+    template <std::uint16_t P>
     class NodeListListener;
+    struct Listeners;
 
-    void followInputs(const Orv::Data::DataMessage& message);
-    void followOutputs(const Orv::Data::DataMessage& message);
-    bool concernsOutputs(const Orv::Data::DataMessage& nodesMessage) const;
-    void listenToNodes();
+    void watchNode(const Data::Content::CompNode& node, bool counts);
+    void updateNode(const Orv::Data::DataMessage& message);
+    void updateNodes(const Orv::Data::DataMessage& message);
+    void noteAffected(const std::vector<Uid>& outputs);
+    void followTypes(const Orv::Data::DataMessage& message);
+    void writeOutputs(const Orv::Data::DataMessage& message, const InterfaceDiff& diff);
     void writeTo(const Orv::Data::DataMessage& message, const InterfaceDiff* inputs,
                  const InterfaceDiff* outputs);
 
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
-    std::vector<SyncParamInput> m_inputs;
-    std::vector<SyncGraphOutput> m_outputs;
-    // The nodes on which the types of outputs depend. Other nodes can be edited for nothing, in
-    // graphs of any size.
-    std::vector<Orv::Data::DataPointerBox<Data::Content::CompNode>> m_nodes;
-    std::vector<Uid> m_missingNodes;
-    std::unique_ptr<NodeListener> m_nodeListener;
-    std::unique_ptr<NodeListListener> m_nodeListListener;
+    std::unique_ptr<Listeners> m_listeners;
+    GraphOutputTypes m_types;
+    InterfaceMemory m_inputs;
+    InterfaceMemory m_outputs;
+    std::vector<Uid> m_affected; // outputs whose types have to be looked at
     Rounds m_rounds;
 };
 

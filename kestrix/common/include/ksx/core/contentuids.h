@@ -1,0 +1,56 @@
+// The uids of what stands in the content of a package, kept in step with it.
+#pragma once
+
+#include "core/listenersimple.h"
+#include "data/changeevent.h"
+#include "ksx/core/uidsource.h"
+#include <memory>
+#include <unordered_map>
+
+namespace Orv::Data {
+class BaseObject;
+} // namespace Orv::Data
+
+namespace Ksx::Data::Content {
+class ContentObjectBase;
+class Package;
+} // namespace Ksx::Data::Content
+
+namespace Ksx::Core {
+
+// Stands on a package, whose shadow owns it, and has a listener on each content list in it. What
+// happens elsewhere in the package makes no difference, but tells that a change is under way.
+class ContentUids final
+    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Descendant>
+{
+public:
+    explicit ContentUids(const Data::Content::Package& package); // for of() alone
+    ~ContentUids() override;
+
+    // Returns that of a package, made if there is none in a walk over the content. Returns null for
+    // a package that is not open, and while it has changes of which nobody has been told yet.
+    static ContentUids* of(const Data::Content::Package& package);
+
+    bool contains(Uid uid) const { return m_counts.count(uid) != 0; }
+
+    bool isOwnedByShadow() const override { return true; }
+    void deliver(const Orv::Data::DataMessage& message) override;
+
+private:
+    class ListListener;
+
+    void refill(const Data::Content::Package& package);
+    void follow(const Orv::Data::DataMessage& message);
+    // Both take what stands in the object along.
+    void enter(const Data::Content::ContentObjectBase& object);
+    void leave(const Data::Content::ContentObjectBase& object);
+    void add(const Orv::Data::BaseObject* object, Uid uid);
+    void remove(const Orv::Data::BaseObject* object);
+
+    std::unordered_map<const Orv::Data::BaseObject*, Uid> m_uids;
+    std::unordered_map<Uid, std::size_t> m_counts;
+    bool m_isStale = false; // something has died before it could be looked at
+    std::unique_ptr<ListListener> m_listListener;
+};
+
+} // namespace Ksx::Core
