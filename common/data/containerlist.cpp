@@ -15,10 +15,20 @@ PointerArray::~PointerArray()
     std::free(m_block);
 }
 
+// Makes room for so many items behind the first one.
 void PointerArray::reserve(std::size_t capacity)
 {
-    if (m_block != nullptr && capacity <= m_block->capacity)
+    if (m_block != nullptr && m_block->begin + capacity <= m_block->capacity)
         return;
+    // Where half of the block is free in front, the items move there, and so at most once for each
+    // that was erased there.
+    if (m_block != nullptr && m_block->begin >= m_block->capacity / 2 &&
+        capacity <= m_block->capacity) {
+        std::memmove(m_block + 1, items(), size() * sizeof(BaseObject*));
+        m_block->begin = 0;
+        return;
+    }
+    capacity += m_block == nullptr ? 0 : m_block->begin;
     if (capacity > std::numeric_limits<std::uint32_t>::max())
         throw std::length_error("list<T> too long");
     // One item exactly at first, since that is what most lists come to hold; then by halves.
@@ -32,8 +42,10 @@ void PointerArray::reserve(std::size_t capacity)
     const bool isNew = m_block == nullptr;
     m_block = static_cast<Block*>(block);
     m_block->capacity = static_cast<std::uint32_t>(grown);
-    if (isNew)
+    if (isNew) {
         m_block->size = 0;
+        m_block->begin = 0;
+    }
 }
 
 void PointerArray::insert(std::size_t index, BaseObject* const* pointers, std::size_t count)
@@ -41,6 +53,14 @@ void PointerArray::insert(std::size_t index, BaseObject* const* pointers, std::s
     if (count == 0)
         return;
     const std::size_t oldSize = size();
+    if (m_block != nullptr && count <= m_block->begin && index < oldSize / 2) {
+        BaseObject** const first = items();
+        std::memmove(first - count, first, index * sizeof(BaseObject*));
+        std::memcpy(first - count + index, pointers, count * sizeof(BaseObject*));
+        m_block->begin -= static_cast<std::uint32_t>(count);
+        m_block->size += static_cast<std::uint32_t>(count);
+        return;
+    }
     reserve(oldSize + count);
     BaseObject** place = items() + index;
     std::memmove(place + count, place, (oldSize - index) * sizeof(BaseObject*));
@@ -52,8 +72,14 @@ void PointerArray::erase(std::size_t index, std::size_t count)
 {
     if (count == 0)
         return;
+    const std::size_t behind = size() - index - count;
     BaseObject** place = items() + index;
-    std::memmove(place, place + count, (size() - index - count) * sizeof(BaseObject*));
+    if (index < behind) {
+        std::memmove(items() + count, items(), index * sizeof(BaseObject*));
+        m_block->begin += static_cast<std::uint32_t>(count);
+    } else {
+        std::memmove(place, place + count, behind * sizeof(BaseObject*));
+    }
     m_block->size -= static_cast<std::uint32_t>(count);
     if (m_block->size == 0) {
         std::free(m_block);
@@ -85,8 +111,15 @@ void ContainerListBase::pushBack(std::unique_ptr<BaseObject> child)
 
 std::size_t ContainerListBase::indexOf(const BaseObject& child) const
 {
-    return static_cast<std::size_t>(
-        std::distance(m_items.begin(), std::find(m_items.begin(), m_items.end(), &child)));
+    // From both ends: items mostly go in one of the two orders.
+    const std::size_t count = size();
+    for (std::size_t i = 0; i < (count + 1) / 2; ++i) {
+        if (m_items[i] == &child)
+            return i;
+        if (m_items[count - 1 - i] == &child)
+            return count - 1 - i;
+    }
+    return count;
 }
 
 void ContainerListBase::insertOwned(std::size_t index, const std::vector<BaseObject*>& items)

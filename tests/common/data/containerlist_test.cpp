@@ -4,10 +4,13 @@
 #include "data/shadowobject.h"
 #include "support/shelfbuilder.h"
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <array>
 #include <numeric>
+#include <random>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -339,5 +342,53 @@ TEST(PointerArray, TakesOneWord)
 {
     EXPECT_EQ(sizeof(PointerArray), sizeof(void*));
 }
+
+// Edits an array and a vector alike, at places at random or, with a bias, at one end. Returns the
+// number of steps after which they differed.
+int differencesOfRandomArrays(unsigned seed)
+{
+    std::mt19937 random(seed);
+    std::array<Book, 8> items;
+    PointerArray array;
+    std::vector<Orv::Data::BaseObject*> expected;
+    int differences = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const std::size_t bias = seed % 3; // 0: anywhere, 1: the beginning, 2: the end
+        const auto place = [&](std::size_t count) {
+            return bias == 0 ? random() % count : bias == 1 ? 0 : count - 1;
+        };
+        const bool grows = (i / 200) % 2 == 0 ? random() % 4 != 0 : random() % 4 == 0;
+        if (grows || expected.empty()) {
+            const std::size_t at = place(expected.size() + 1);
+            Orv::Data::BaseObject* const added[] = {&items[random() % 8], &items[random() % 8]};
+            const std::size_t count = 1 + random() % 2;
+            array.insert(at, added, count);
+            expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(at), added,
+                            added + count);
+        } else {
+            const std::size_t at = place(expected.size());
+            const std::size_t count = 1 + random() % (expected.size() - at);
+            array.erase(at, std::min<std::size_t>(count, 3));
+            const auto begin = expected.begin() + static_cast<std::ptrdiff_t>(at);
+            expected.erase(begin,
+                           begin + static_cast<std::ptrdiff_t>(std::min<std::size_t>(count, 3)));
+        }
+        const bool isSame =
+            std::equal(array.begin(), array.end(), expected.begin(), expected.end());
+        differences += isSame ? 0 : 1;
+    }
+    return differences;
+}
+
+class RandomPointerArray : public testing::TestWithParam<unsigned>
+{};
+
+TEST_P(RandomPointerArray, HoldsWhatAVectorHolds)
+{
+    SCOPED_TRACE("seed " + std::to_string(GetParam()));
+    EXPECT_EQ(differencesOfRandomArrays(GetParam()), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomPointerArray, testing::Range(1u, 13u));
 
 } // namespace

@@ -13,8 +13,8 @@ class ManipulatorListBase;
 
 namespace Orv::Data {
 
-// A growing array of pointers behind one word: most lists of a document are empty or short.
-// Owns its storage, not what the pointers lead to. Throws std::length_error beyond 2^32 - 1.
+// A growing array of pointers behind one word: most lists of a document are empty or short. What is
+// inserted or erased moves the shorter side alone. Owns its storage, not what the pointers lead to. Throws std::length_error beyond 2^32 - 1.
 class PointerArray
 {
 public:
@@ -40,8 +40,13 @@ private:
     {
         std::uint32_t size;
         std::uint32_t capacity;
+        std::uint32_t begin; // places in front of the first item
+        std::uint32_t unused;
     };
-    BaseObject** items() const { return reinterpret_cast<BaseObject**>(m_block + 1); }
+    BaseObject** items() const
+    {
+        return reinterpret_cast<BaseObject**>(m_block + 1) + m_block->begin;
+    }
     void reserve(std::size_t capacity);
 
     Block* m_block = nullptr;
