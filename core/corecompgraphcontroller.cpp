@@ -20,6 +20,7 @@
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
 #include "ksx/core/inputusers.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/objecturl.h"
 #include "ksx/core/optionscontroller.h"
 #include "ksx/core/outputcontroller.h"
@@ -27,6 +28,7 @@
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/rootoutputcontroller.h"
 #include <QCoreApplication>
+#include <unordered_set>
 
 namespace Ksx::Core {
 
@@ -43,6 +45,15 @@ using Orv::Data::DataPointerBoxMasterKey;
 using GraphManipulator = ManipulatorStruct<Graph>;
 
 const char* const ClassName = "Ksx::Core::CompGraphController";
+
+struct RootOutputKey
+{
+    using Type = Uid;
+    static const Orv::Data::Attribute<Type>& of(const RootOutput& output)
+    {
+        return output.output();
+    }
+};
 
 struct AddFilterParameters
 {
@@ -84,20 +95,22 @@ unsigned storedType(unsigned type)
 
 // The outputs of a node that stands in no document yet have no dictionary: `taken` are those that
 // it has been given.
-Uid addOutput(CompNode& node, unsigned type)
+Uid addOutput(CompNode& node, unsigned type, std::unordered_set<Uid>& taken)
 {
-    const auto isTaken = [&node](Uid uid) {
-        for (const CompOutput& output : std::as_const(node).compOutputs())
-            if (output.uid().get() == uid)
-                return true;
-        return false;
-    };
     auto output = std::make_unique<CompOutput>();
-    const Uid uid = UidSource::shared().next(isTaken);
+    const Uid uid = UidSource::shared().next([&](Uid used) { return taken.count(used) != 0; });
+    taken.insert(uid);
     output->uid().assign(uid);
     output->comptype().value().assign(storedType(type));
     node.compOutputs().pushBack(std::move(output));
     return uid;
+}
+
+// The first output of a node.
+void addOutput(CompNode& node, unsigned type)
+{
+    std::unordered_set<Uid> none;
+    addOutput(node, type, none);
 }
 
 std::unique_ptr<CompNode> makeNode(Uid uid, std::unique_ptr<Orv::Data::BaseObject> implementation)
@@ -176,9 +189,10 @@ bool applyAddInstance(GraphManipulator graph, const DataPointerBoxMasterKey&,
     if (!path.empty()) {
         const std::vector<unsigned> types = typesOfGraphOutputs(*added.graph);
         std::size_t index = 0;
+        std::unordered_set<Uid> taken;
         for (const GraphOutput& output : added.graph->graphOutputs()) {
             auto bridging = std::make_unique<OutputBridging>();
-            bridging->uid().assign(addOutput(*node, types[index++]));
+            bridging->uid().assign(addOutput(*node, types[index++], taken));
             bridging->identifier().assign(output.identifier().get());
             made.outputBridgings().pushBack(std::move(bridging));
         }
@@ -233,13 +247,9 @@ bool applyRemoveNode(GraphManipulator graph, const DataPointerBoxMasterKey&,
     if (!removed.output)
         return true;
     const Uid uid = removed.output->uid().get();
-    auto rootOutputs = graph.root().rootOutputs();
-    for (std::size_t i = 0; i < rootOutputs.get()->size(); ++i) {
-        if (rootOutputs.get()->at(i).output().get() == uid) {
-            rootOutputs.erase(i, 1);
-            break;
-        }
-    }
+    const auto rootOutputs = graph.root().rootOutputs();
+    eraseItem(rootOutputs, DataPointerBox<RootOutput>(
+                               KeyIndex<RootOutput, RootOutputKey>::find(*rootOutputs.get(), uid)));
     eraseItem(graph.graphOutputs(), removed.output);
     return true;
 }
@@ -446,10 +456,10 @@ OutputController* CompGraphController::outputController(const GraphOutput& outpu
 
 RootOutputController* CompGraphController::rootOutput(Uid output) const
 {
-    for (RootOutputController* candidate : m_rootOutputs.controllers())
-        if (candidate->outputUid() == output)
-            return candidate;
-    return nullptr;
+    const RootOutput* const found =
+        m_graph ? KeyIndex<RootOutput, RootOutputKey>::find(m_graph->root().rootOutputs(), output)
+                : nullptr;
+    return found == nullptr ? nullptr : m_rootOutputs.find(*found);
 }
 
 std::vector<FuncNodeController*>

@@ -17,6 +17,7 @@
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/inputparameter.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/objecturl.h"
 #include "ksx/core/outputconnectorcontroller.h"
@@ -89,7 +90,8 @@ void CompInstanceNodeController::describe()
     m_outputNames.clear();
     if (m_instance)
         for (const OutputBridging& bridging : m_instance->outputBridgings())
-            m_outputNames.emplace_back(bridging.uid().get(), bridging.identifier().get());
+            m_outputNames.insert_or_assign(bridging.uid().get(), bridging.identifier().get());
+    m_inputsByName.clear();
     m_description = {};
     m_description.identifier = "compinstance";
     m_description.groups.push_back(Data::Desc::DescriptionTables::instance().commonParameters());
@@ -140,8 +142,10 @@ void CompInstanceNodeController::describeGraph(const Graph& graph)
         if (isImage && input.uid().get() == primary)
             parameter.flags |= ParameterFlag::Primary;
         const DescParameter& kept = group->add(std::move(parameter));
-        if (isImage)
-            m_description.inputs.push_back(&kept);
+        if (!isImage)
+            continue;
+        m_description.inputs.push_back(&kept);
+        m_inputsByName.emplace(kept.identifier, &kept);
     }
     m_description.groups.insert(m_description.groups.end(), groups.begin(), groups.end());
 }
@@ -156,12 +160,9 @@ void CompInstanceNodeController::describeGhost()
 const GraphOutput*
 CompInstanceNodeController::graphOutput(const OutputConnectorController& output) const
 {
-    if (!m_referenced)
-        return nullptr;
-    for (const GraphOutput& candidate : m_referenced->graphOutputs())
-        if (candidate.identifier().get() == output.identifier())
-            return &candidate;
-    return nullptr;
+    return m_referenced ? KeyIndex<GraphOutput, IdentifierKey>::find(m_referenced->graphOutputs(),
+                                                                     output.identifier())
+                        : nullptr;
 }
 
 OutputController*
@@ -190,21 +191,22 @@ CompInstanceNodeController::valueInputs() const
 
 unsigned CompInstanceNodeController::connectorType(const std::string& identifier) const
 {
-    for (const DescParameter* input : m_description.inputs)
-        if (input->identifier == identifier)
-            return input->type;
-    for (std::size_t i = 0; i < outputConnectorCount(); ++i)
-        if (outputConnector(i)->identifier() == identifier)
-            return typeOfOutput(outputConnector(i)->outputUid());
-    return 0;
+    if (const DescParameter* input = describedInput(identifier))
+        return input->type;
+    const OutputConnectorController* const output = outputConnectorByName(identifier);
+    return output == nullptr ? 0 : typeOfOutput(output->outputUid());
 }
 
 bool CompInstanceNodeController::isVariantConnector(const std::string& identifier) const
 {
-    for (const DescParameter* input : m_description.inputs)
-        if (input->identifier == identifier)
-            return ValueType::isVariant(input->type);
-    return false;
+    const DescParameter* const input = describedInput(identifier);
+    return input != nullptr && ValueType::isVariant(input->type);
+}
+
+const DescParameter* CompInstanceNodeController::describedInput(const std::string& identifier) const
+{
+    const auto found = m_inputsByName.find(identifier);
+    return found == m_inputsByName.end() ? nullptr : found->second;
 }
 
 void CompInstanceNodeController::appendInputConnectorNames(
@@ -228,9 +230,9 @@ void CompInstanceNodeController::appendOutputConnectorNames(
         return;
     for (const CompOutput& output : node()->compOutputs()) {
         ConnectorEntry entry{std::string(), {}, output.uid().get()};
-        for (const auto& [uid, identifier] : m_outputNames)
-            if (uid == entry.uid)
-                entry.identifier = identifier;
+        const auto name = m_outputNames.find(entry.uid);
+        if (name != m_outputNames.end())
+            entry.identifier = name->second;
         if (m_referenced)
             entry.label = QString::fromLatin1(entry.identifier.c_str());
         else

@@ -7,6 +7,7 @@
 #include "ksx/core/connexionslistener.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
 #include <algorithm>
@@ -146,11 +147,9 @@ const GUILayout* CompNodeController::layout() const
 
 unsigned CompNodeController::typeOfOutput(Uid uid) const
 {
-    if (m_node)
-        for (const CompOutput& output : m_node->compOutputs())
-            if (output.uid().get() == uid)
-                return output.comptype().value().get();
-    return 0;
+    const CompOutput* const output =
+        m_node ? KeyIndex<CompOutput, UidKey>::find(m_node->compOutputs(), uid) : nullptr;
+    return output == nullptr ? 0 : output->comptype().value().get();
 }
 
 void CompNodeController::onOutputsChanged(const Orv::Data::DataMessage& message)

@@ -9,6 +9,7 @@
 #include "data/diagnosticlog.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/outputcontroller.h"
 #include <QCoreApplication>
@@ -42,11 +43,10 @@ Uid CompOutputNodeController::entry() const
 
 Orv::Data::DataPointerBox<GraphOutput> CompOutputNodeController::output() const
 {
-    const Uid uid = entry();
-    for (const OutputController* output : compGraph().outputs())
-        if (output->uid() == uid)
-            return Orv::Data::DataPointerBox<GraphOutput>(output->output());
-    return {};
+    const Graph* const graph = compGraph().graph();
+    return Orv::Data::DataPointerBox<GraphOutput>(
+        graph == nullptr ? nullptr
+                         : KeyIndex<GraphOutput, UidKey>::find(graph->graphOutputs(), entry()));
 }
 
 unsigned CompOutputNodeController::connectorType(const std::string& identifier) const

@@ -52,7 +52,11 @@ void ConnectorController::setLabel(const QString& label)
 
 bool ConnectorController::isConnectedTo(const ConnectorController& other) const
 {
-    return std::find(m_targets.begin(), m_targets.end(), &other) != m_targets.end();
+    // Both know each other: one of them may have thousands of others.
+    const bool isShorter = m_targets.size() <= other.m_targets.size();
+    const auto& targets = isShorter ? m_targets : other.m_targets;
+    const ConnectorController* const wanted = isShorter ? &other : this;
+    return std::find(targets.begin(), targets.end(), wanted) != targets.end();
 }
 
 void ConnectorController::detach(ConnectorController& other)

@@ -2,6 +2,7 @@
 
 #include "data/diagnosticlog.h"
 #include "data/manipulatorcontextbase.h"
+#include <algorithm>
 
 namespace Ksx::Core {
 
@@ -138,7 +139,6 @@ void DictionaryBase<Key>::refill(const ContainerListBase& list, ManipulatorConte
     m_freeNumbers.clear();
     m_records.clear();
     m_records.reserve(list.size());
-    m_entries.reserve(list.size());
     for (std::size_t i = 0; i < list.size(); ++i)
         m_entries.push_back(add(*list.childAt(i), context));
 }
@@ -162,10 +162,39 @@ void DictionaryBase<Key>::deliver(const DataMessage& message)
         refill(*list, *message.context.access());
 }
 
+// Follows a script without moves, in place.
+template <class Key>
+void DictionaryBase<Key>::followPlain(const DataMessage& message, const ContainerListBase& list)
+{
+    std::size_t place = 0;
+    for (const ChangeRun& run : message.runs.runs()) {
+        const auto at = m_entries.begin() + static_cast<std::ptrdiff_t>(place);
+        if (run.kind == RunKind::Erased) {
+            const auto end = at + static_cast<std::ptrdiff_t>(run.count);
+            std::for_each(at, end, [this](int number) { drop(number); });
+            m_entries.erase(at, end);
+            continue;
+        }
+        if (run.kind == RunKind::Inserted) {
+            std::vector<int> added;
+            for (std::size_t i = 0; i < run.count; ++i)
+                added.push_back(add(*list.childAt(place + i), *message.context.access()));
+            m_entries.insert(at, added.begin(), added.end());
+        }
+        place += run.count;
+    }
+}
+
 template <class Key>
 void DictionaryBase<Key>::follow(const DataMessage& message, const ContainerListBase& list)
 {
     const std::vector<ChangeRun>& runs = message.runs.runs();
+    const bool isPlain =
+        std::all_of(runs.begin(), runs.end(), [](const ChangeRun& run) { return run.link == 0; });
+    if (isPlain) {
+        followPlain(message, list);
+        return;
+    }
     std::size_t first = 0; // run that is not kept
     std::size_t kept = 0;
     for (; first < runs.size() && isKept(runs[first]); ++first)

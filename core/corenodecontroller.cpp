@@ -6,10 +6,45 @@
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include <algorithm>
+#include <iterator>
+#include <unordered_map>
 
 namespace Ksx::Core {
 
 using Orv::Core::ManipulatorContext;
+
+// The first connector of each name or uid, for nodes that have many.
+struct NodeController::ConnectorIndex
+{
+    std::unordered_map<std::string_view, InputConnectorController*> inputs;
+    std::unordered_map<std::string_view, OutputConnectorController*> outputsByName;
+    std::unordered_map<Uid, OutputConnectorController*> outputs;
+};
+
+namespace {
+
+constexpr std::size_t WorthIndexing = 24; // connectors; below it a walk costs less
+
+template <class Map>
+typename Map::mapped_type foundIn(const Map& map, const typename Map::key_type& key)
+{
+    const auto found = map.find(key);
+    return found == map.end() ? nullptr : found->second;
+}
+
+// As std::find_if(), but from a place on and from the beginning afterwards: what is looked for one
+// after the other mostly stands in that order.
+template <class Iterator, class Container, class Predicate>
+Iterator findFrom(Iterator place, Container& container, const Predicate& isWanted)
+{
+    const auto found = std::find_if(place, container.end(), isWanted);
+    if (found != container.end())
+        return found;
+    const auto before = std::find_if(container.begin(), place, isWanted);
+    return before == place ? container.end() : before;
+}
+
+} // namespace
 
 NodeController::NodeController(GraphController& graph)
     : m_graph(graph), m_connections(std::make_unique<ConnexionsListener>(*this))
@@ -25,6 +60,20 @@ void NodeController::buildConnectors()
         m_connections->follow(*list);
 }
 
+void NodeController::indexConnectors()
+{
+    m_connectorIndex.reset();
+    if (m_inputs.size() + m_outputs.size() < WorthIndexing)
+        return;
+    m_connectorIndex = std::make_unique<ConnectorIndex>();
+    for (const auto& input : m_inputs)
+        m_connectorIndex->inputs.emplace(input->identifier(), input.get());
+    for (const auto& output : m_outputs) {
+        m_connectorIndex->outputsByName.emplace(output->identifier(), output.get());
+        m_connectorIndex->outputs.emplace(output->outputUid(), output.get());
+    }
+}
+
 void NodeController::refreshConnections(ManipulatorContext* context)
 {
     m_connections->refreshAll(context);
@@ -37,20 +86,24 @@ void NodeController::rebuildOutputConnectors()
     appendOutputConnectorNames(entries);
     std::vector<std::unique_ptr<OutputConnectorController>> old = std::move(m_outputs);
     m_outputs.clear();
+    m_connectorIndex.reset();
+    auto next = old.begin();
     for (const ConnectorEntry& entry : entries) {
-        const auto found = std::find_if(old.begin(), old.end(), [&](const auto& output) {
+        const auto found = findFrom(next, old, [&](const auto& output) {
             return output != nullptr && output->outputUid() == entry.uid &&
                    output->identifier() == entry.identifier;
         });
         if (found != old.end()) {
             (*found)->setLabel(entry.label);
             m_outputs.push_back(std::move(*found));
+            next = std::next(found);
             continue;
         }
         m_outputs.push_back(std::make_unique<OutputConnectorController>(
             *this, entry.uid, entry.identifier, entry.label));
         connectorAdded(m_outputs.back().get());
     }
+    indexConnectors();
     for (const auto& output : old) {
         if (output == nullptr)
             continue;
@@ -65,19 +118,23 @@ void NodeController::rebuildInputConnectors(ManipulatorContext* context)
     appendInputConnectorNames(entries);
     std::vector<std::unique_ptr<InputConnectorController>> old = std::move(m_inputs);
     m_inputs.clear();
+    m_connectorIndex.reset();
+    auto next = old.begin();
     for (const ConnectorEntry& entry : entries) {
-        const auto found = std::find_if(old.begin(), old.end(), [&](const auto& input) {
+        const auto found = findFrom(next, old, [&](const auto& input) {
             return input != nullptr && input->identifier() == entry.identifier;
         });
         if (found != old.end()) {
             (*found)->setLabel(entry.label);
             m_inputs.push_back(std::move(*found));
+            next = std::next(found);
             continue;
         }
         m_inputs.push_back(
             std::make_unique<InputConnectorController>(*this, entry.identifier, entry.label));
         connectorAdded(m_inputs.back().get());
     }
+    indexConnectors();
     for (const auto& input : old) {
         if (input == nullptr)
             continue;
@@ -217,9 +274,22 @@ OutputConnectorController* NodeController::outputConnector(std::size_t index) co
 
 InputConnectorController* NodeController::inputConnectorByName(const std::string& identifier) const
 {
+    if (m_connectorIndex != nullptr)
+        return foundIn(m_connectorIndex->inputs, std::string_view(identifier));
     for (const auto& input : m_inputs)
         if (input->identifier() == identifier)
             return input.get();
+    return nullptr;
+}
+
+OutputConnectorController*
+NodeController::outputConnectorByName(const std::string& identifier) const
+{
+    if (m_connectorIndex != nullptr)
+        return foundIn(m_connectorIndex->outputsByName, std::string_view(identifier));
+    for (const auto& output : m_outputs)
+        if (output->identifier() == identifier)
+            return output.get();
     return nullptr;
 }
 
@@ -227,6 +297,8 @@ OutputConnectorController* NodeController::outputConnectorByUid(Uid uid) const
 {
     if (!hasOutputUids())
         return outputConnector(0);
+    if (m_connectorIndex != nullptr)
+        return foundIn(m_connectorIndex->outputs, uid);
     for (const auto& output : m_outputs)
         if (output->outputUid() == uid)
             return output.get();

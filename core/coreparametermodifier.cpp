@@ -11,9 +11,9 @@
 #include "ksx/core/dictionary.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/functionnode.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/uidsource.h"
 #include <QCoreApplication>
-#include <algorithm>
 #include <type_traits>
 #include <utility>
 
@@ -36,34 +36,30 @@ constexpr auto UnstatedMode = static_cast<InheritanceMethod>(0xFFFFFFFFu);
 using Parameters = ManipulatorList<Content::Parameter>;
 using ParameterEdit = ManipulatorStruct<Content::Parameter>;
 
-// The place of the first parameter of that identifier, the size of the list if there is none.
-std::size_t placeOf(const BaseParameterModifier::List& list, const std::string& identifier)
+// The first parameter of that identifier, null if there is none.
+const Content::Parameter* find(const BaseParameterModifier::List& list,
+                               const std::string& identifier)
 {
-    const auto found =
-        std::find_if(list.begin(), list.end(), [&](const Content::Parameter& parameter) {
-            return parameter.name().get() == identifier;
-        });
-    return found.index();
+    return KeyIndex<Content::Parameter, NameKey>::find(list, identifier);
 }
 
 ParameterEdit foundOrAppended(Parameters& list, const std::string& identifier)
 {
-    const std::size_t place = placeOf(*list.get(), identifier);
-    if (place == list.get()->size()) {
-        auto parameter = std::make_unique<Content::Parameter>();
-        parameter->name().assign(identifier);
-        list.pushBack(std::move(parameter));
-    }
-    return list.at(place);
+    if (const Content::Parameter* found = find(*list.get(), identifier))
+        return ParameterEdit(*found, list.context());
+    auto parameter = std::make_unique<Content::Parameter>();
+    parameter->name().assign(identifier);
+    list.pushBack(std::move(parameter));
+    return list.at(list.get()->size() - 1);
 }
 
 // False, and so without effect, when there is no such parameter.
 bool applyRemove(Parameters list, const DataPointerBoxMasterKey&, const std::string& identifier)
 {
-    const std::size_t place = placeOf(*list.get(), identifier);
-    if (place == list.get()->size())
+    const Content::Parameter* const found = find(*list.get(), identifier);
+    if (found == nullptr)
         return false;
-    list.erase(place, 1);
+    list.erase(list.get()->indexOf(*found), 1);
     return true;
 }
 
@@ -146,10 +142,7 @@ BaseParameterModifier::~BaseParameterModifier() = default;
 
 const Content::Parameter* BaseParameterModifier::stored() const
 {
-    if (!m_list)
-        return nullptr;
-    const std::size_t place = placeOf(*m_list, m_description->identifier);
-    return place < m_list->size() ? &m_list->at(place) : nullptr;
+    return m_list ? find(*m_list, m_description->identifier) : nullptr;
 }
 
 InheritanceMethod BaseParameterModifier::relativeTo() const

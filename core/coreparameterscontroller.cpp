@@ -4,6 +4,7 @@
 #include "data/desc/valuetype.h"
 #include <algorithm>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 
 namespace Ksx::Core {
@@ -29,7 +30,32 @@ ParametersController::ParametersController(const List& list, DataContext context
 
 ParametersController::~ParametersController() = default;
 
-ParametersController::Descriptions ParametersController::descriptions() const
+struct ParametersController::RowIndex
+{
+    Descriptions descriptions;
+    std::unordered_map<std::string_view, std::size_t> byIdentifier; // the first of each
+    std::unordered_map<const Desc::Parameter*, std::size_t> byDescription;
+};
+
+const ParametersController::RowIndex& ParametersController::rowIndex() const
+{
+    if (m_index != nullptr)
+        return *m_index;
+    m_index = std::make_unique<RowIndex>();
+    m_index->descriptions = collectDescriptions();
+    for (std::size_t i = 0; i < m_index->descriptions.size(); ++i) {
+        m_index->byIdentifier.emplace(m_index->descriptions[i]->identifier, i);
+        m_index->byDescription.emplace(m_index->descriptions[i], i);
+    }
+    return *m_index;
+}
+
+const ParametersController::Descriptions& ParametersController::descriptions() const
+{
+    return rowIndex().descriptions;
+}
+
+ParametersController::Descriptions ParametersController::collectDescriptions() const
 {
     Descriptions found;
     for (const Desc::ParameterGroupPointer& group : m_groups)
@@ -51,23 +77,19 @@ ParameterController& ParametersController::row(std::size_t index,
 
 ParameterController* ParametersController::parameter(std::string_view identifier)
 {
-    return find(
-        [&](const Desc::Parameter& described) { return described.identifier == identifier; });
+    return rowAt(rowIndex().byIdentifier, identifier);
 }
 
 ParameterController* ParametersController::parameter(const Desc::Parameter& description)
 {
-    return find([&](const Desc::Parameter& described) { return &described == &description; });
+    return rowAt(rowIndex().byDescription, &description);
 }
 
-template <class Predicate>
-ParameterController* ParametersController::find(const Predicate& isWanted)
+template <class Index, class Key>
+ParameterController* ParametersController::rowAt(const Index& rows, const Key& key)
 {
-    const Descriptions described = descriptions();
-    for (std::size_t i = 0; i < described.size(); ++i)
-        if (isWanted(*described[i]))
-            return &row(i, *described[i]);
-    return nullptr;
+    const auto found = rows.find(key);
+    return found == rows.end() ? nullptr : &row(found->second, *descriptions()[found->second]);
 }
 
 std::size_t ParametersController::count() const
@@ -83,27 +105,31 @@ ParameterController& ParametersController::at(std::size_t index)
 void ParametersController::setDescriptions(Groups groups, bool hasPrimaryInput)
 {
     const Descriptions former = descriptions();
+    m_index.reset();
     // What the rows refer to until they are described anew.
     const Groups formerGroups = std::exchange(m_groups, std::move(groups));
     Rows formerRows = std::exchange(m_rows, {});
     formerRows.resize(former.size());
     m_hasNoInput = !hasPrimaryInput;
 
-    const Descriptions present = descriptions();
+    const Descriptions& present = descriptions();
     m_rows.resize(present.size());
     std::vector<bool> isKept(former.size(), false);
     std::vector<std::size_t> added;
+    // The former places of each identifier, the first one last.
+    std::unordered_map<std::string_view, std::vector<std::size_t>> places;
+    for (std::size_t place = former.size(); place > 0; --place)
+        places[former[place - 1]->identifier].push_back(place - 1);
     for (std::size_t i = 0; i < present.size(); ++i) {
-        std::size_t place = 0;
-        while (place < former.size() &&
-               (isKept[place] || former[place]->identifier != present[i]->identifier))
-            ++place;
-        if (place == former.size()) {
+        const auto found = places.find(present[i]->identifier);
+        if (found == places.end() || found->second.empty()) {
             added.push_back(i);
-        } else {
-            isKept[place] = true;
-            m_rows[i] = std::move(formerRows[place]);
+            continue;
         }
+        const std::size_t place = found->second.back();
+        found->second.pop_back();
+        isKept[place] = true;
+        m_rows[i] = std::move(formerRows[place]);
     }
     for (std::size_t i = 0; i < present.size(); ++i)
         if (m_rows[i])

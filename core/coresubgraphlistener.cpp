@@ -5,7 +5,7 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/valuelistener.h"
-#include <algorithm>
+#include <iterator>
 
 namespace Ksx::Core {
 
@@ -38,10 +38,20 @@ SubGraphListener::~SubGraphListener() = default;
 
 void SubGraphListener::subscribe(NodeController& node)
 {
-    m_nodes.erase(std::remove_if(m_nodes.begin(), m_nodes.end(),
-                                 [&](const auto& other) { return !other || other == &node; }),
-                  m_nodes.end());
-    m_nodes.emplace_back(&node);
+    const auto known = m_places.find(&node);
+    if (known != m_places.end())
+        m_nodes.erase(known->second);
+    m_nodes.push_back({&node, Orv::Data::DataPointerBox<NodeController>(&node)});
+    m_places.insert_or_assign(&node, std::prev(m_nodes.end()));
+}
+
+void SubGraphListener::dropDead()
+{
+    for (auto node = m_nodes.begin(); node != m_nodes.end();) {
+        if (!node->box)
+            m_places.erase(node->address);
+        node = node->box ? std::next(node) : m_nodes.erase(node);
+    }
 }
 
 void SubGraphListener::deliver(const Orv::Data::DataMessage& message)
@@ -52,9 +62,10 @@ void SubGraphListener::deliver(const Orv::Data::DataMessage& message)
 void SubGraphListener::tellAll(Operation operation, const Orv::Data::DataMessage& message)
 {
     Orv::Core::ManipulatorContext* context = editableContext(message);
+    dropDead();
     const auto nodes = m_nodes; // a node that becomes a ghost may ask for another graph
-    for (const auto& box : nodes)
-        if (NodeController* node = box.access())
+    for (const Subscriber& subscriber : nodes)
+        if (NodeController* node = subscriber.box.access())
             (node->*operation)(context);
 }
 

@@ -25,6 +25,7 @@
 #include "ksx/core/tweakinputcontroller.h"
 #include <QFileInfo>
 #include <QSize>
+#include <unordered_map>
 
 namespace ProgramCommand {
 
@@ -51,13 +52,15 @@ int exponentFor(int size)
     return exponent;
 }
 
-const Ksx::Data::Content::RootOutput* rootOutputOf(const Ksx::Data::Content::Graph& graph,
-                                                   Uid output)
+using RootOutputs = std::unordered_map<Uid, const Ksx::Data::Content::RootOutput*>;
+
+// The first one of each output.
+RootOutputs rootOutputsOf(const Ksx::Data::Content::Graph& graph)
 {
-    for (const auto& candidate : graph.root().rootOutputs())
-        if (candidate.output().get() == output)
-            return &candidate;
-    return nullptr;
+    RootOutputs rootOutputs;
+    for (const auto& rootOutput : graph.root().rootOutputs())
+        rootOutputs.emplace(rootOutput.output().get(), &rootOutput);
+    return rootOutputs;
 }
 
 std::vector<InterfaceUsage> usagesOf(const Ksx::Data::Content::GraphOutput& output)
@@ -85,6 +88,7 @@ bool GraphSpecializer::instantiate(const QString& name)
 
 bool GraphSpecializer::addOutputs()
 {
+    const RootOutputs rootOutputs = rootOutputsOf(*m_filter);
     QPointF place(OutputColumn, 0.0);
     for (std::size_t i = 0; i < m_instance->outputConnectorCount(); ++i) {
         OutputConnectorController& source = *m_instance->outputConnector(i);
@@ -95,11 +99,11 @@ bool GraphSpecializer::addOutputs()
             {output->identifier().get(), ValueType::ColorImage, usagesOf(*output)});
         if (node == nullptr)
             return false;
-        const auto* options = rootOutputOf(*m_filter, output->uid().get());
+        const auto options = rootOutputs.find(output->uid().get());
         RootOutputController* copied = m_graph->rootOutput(node->entry());
-        if (options != nullptr && copied != nullptr) {
-            copied->setFormat(options->format().value().get());
-            copied->setMipmaps(options->mipmaps().value().get());
+        if (options != rootOutputs.end() && copied != nullptr) {
+            copied->setFormat(options->second->format().value().get());
+            copied->setMipmaps(options->second->mipmaps().value().get());
         }
         node->setPosition(place);
         place.ry() += RowHeight;

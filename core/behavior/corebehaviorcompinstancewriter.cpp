@@ -6,6 +6,7 @@
 #include "ksx/core/behavior/functionroot.h"
 #include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/constantvalue.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/packageof.h"
 #include <algorithm>
 #include <limits>
@@ -50,6 +51,41 @@ bool fits(const BaseObject* value, unsigned type)
            (root == nullptr || (root->type().value().get() & plainTypeOf(type)) != 0);
 }
 
+// A key by the hash of another one, in the form in which what has changed is known.
+template <class Key>
+struct HashOf
+{
+    struct Hash
+    {
+        std::size_t value;
+        std::size_t get() const { return value; }
+    };
+    using Type = std::size_t;
+    template <class Item>
+    static Hash of(const Item& item)
+    {
+        return {std::hash<std::string>()(Key::of(item).get())};
+    }
+};
+
+// The places of the items of whose keys the diff may tell something, from the last to the first.
+template <class Key, class Item>
+std::vector<std::size_t> changedPlaces(const Orv::Data::ContainerList<Item>& list,
+                                       const InterfaceDiff& diff)
+{
+    std::vector<std::size_t> places;
+    if (const auto changed = diff.changedIdentifiers()) {
+        for (const std::size_t identifier : *changed)
+            for (const Item* item : KeyIndex<Item, HashOf<Key>>::findAll(list, identifier))
+                places.push_back(list.indexOf(*item));
+        std::sort(places.rbegin(), places.rend());
+    } else {
+        for (std::size_t i = list.size(); i-- > 0;)
+            places.push_back(i);
+    }
+    return places;
+}
+
 constexpr std::size_t NoRank = std::numeric_limits<std::size_t>::max();
 
 // Brings the items of a list into the order of their ranks. Items without a rank stay behind those
@@ -60,12 +96,14 @@ void orderByRank(List list, std::vector<std::size_t> ranks)
     for (std::size_t i = 0; i < ranks.size(); ++i)
         if (ranks[i] == NoRank)
             ranks[i] = i == 0 ? 0 : ranks[i - 1];
+    std::vector<std::size_t> sorted = ranks;
+    std::sort(sorted.begin(), sorted.end());
     for (std::size_t i = 0; i < ranks.size(); ++i) {
-        const auto least =
-            std::min_element(ranks.begin() + static_cast<std::ptrdiff_t>(i), ranks.end());
-        const auto from = static_cast<std::size_t>(least - ranks.begin());
-        if (from == i)
+        if (ranks[i] == sorted[i]) // the least of what is left
             continue;
+        const auto least =
+            std::find(ranks.begin() + static_cast<std::ptrdiff_t>(i), ranks.end(), sorted[i]);
+        const auto from = static_cast<std::size_t>(least - ranks.begin());
         // Histories take two moves in a row in one list for steps of one item. Writing the item's
         // uid, as it is, keeps them apart.
         auto uid = list.at(from).uid();
@@ -114,25 +152,22 @@ CompInstanceWriter::CompInstanceWriter(const CompInstance& instance, Manipulator
 std::size_t CompInstanceWriter::indexOfOutput(Uid uid) const
 {
     const auto& outputs = m_node.get()->compOutputs();
-    std::size_t index = 0;
-    while (index < outputs.size() && outputs.at(index).uid().get() != uid)
-        ++index;
-    return index;
+    const CompOutput* const found = KeyIndex<CompOutput, UidKey>::find(outputs, uid);
+    return found == nullptr ? outputs.size() : outputs.indexOf(*found);
 }
 
 std::size_t CompInstanceWriter::indexOfBridging(const std::string& identifier) const
 {
     const auto& bridgings = m_instance.get()->outputBridgings();
-    std::size_t index = 0;
-    while (index < bridgings.size() && bridgings.at(index).identifier().get() != identifier)
-        ++index;
-    return index;
+    const OutputBridging* const found =
+        KeyIndex<OutputBridging, IdentifierKey>::find(bridgings, identifier);
+    return found == nullptr ? bridgings.size() : bridgings.indexOf(*found);
 }
 
 void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list)
 {
     const auto& bridgings = m_instance.get()->outputBridgings();
-    for (std::size_t i = bridgings.size(); i-- > 0;) {
+    for (const std::size_t i : changedPlaces<IdentifierKey>(bridgings, outputs)) {
         const OutputBridging& bridging = bridgings.at(i);
         const InterfaceDiff::Fate* const fate = outputs.fateOf(bridging.identifier().get());
         if (fate == nullptr)
@@ -163,17 +198,17 @@ void CompInstanceWriter::removeOutput(std::size_t bridging)
 
 void CompInstanceWriter::setType(Uid output, unsigned type)
 {
-    const std::size_t index = indexOfOutput(output);
-    if (index < m_node.get()->compOutputs().size())
-        write(m_node.compOutputs().at(index).comptype().value(), type);
+    if (const CompOutput* found =
+            KeyIndex<CompOutput, UidKey>::find(m_node.get()->compOutputs(), output))
+        write(ManipulatorStruct<CompOutput>(*found, m_node.context()).comptype().value(), type);
 }
 
 void CompInstanceWriter::addOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list)
 {
-    const std::size_t bridging = indexOfBridging(added.item.identifier);
-    const auto& bridgings = m_instance.get()->outputBridgings();
-    if (bridging < bridgings.size()) // it had been remembered
-        setType(bridgings.at(bridging).uid().get(), added.item.type);
+    const OutputBridging* const remembered = KeyIndex<OutputBridging, IdentifierKey>::find(
+        m_instance.get()->outputBridgings(), added.item.identifier);
+    if (remembered != nullptr)
+        setType(remembered->uid().get(), added.item.type);
     else
         makeOutput(added, list);
 }
@@ -227,7 +262,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
 {
     auto list = m_instance.parameters();
     const auto& parameters = m_instance.get()->parameters();
-    for (std::size_t i = parameters.size(); i-- > 0;) {
+    for (const std::size_t i : changedPlaces<NameKey>(parameters, inputs)) {
         const Parameter& parameter = parameters.at(i);
         const InterfaceDiff::Fate* const fate = inputs.fateOf(parameter.name().get());
         if (fate == nullptr)
@@ -239,7 +274,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
             write(list.at(i).name(), fate->item->identifier);
     }
     auto connexions = m_node.connexions();
-    for (std::size_t i = connexions.get()->size(); i-- > 0;) {
+    for (const std::size_t i : changedPlaces<IdentifierKey>(*connexions.get(), inputs)) {
         const auto* fate = inputs.fateOf(connexions.get()->at(i).identifier().get());
         if (fate != nullptr && fate->item && fate->isTypeChanged &&
             !ValueType::isImage(fate->item->type))
@@ -251,7 +286,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
 void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceDiff& inputs)
 {
     ManipulatorList<Connexion> list = connexions;
-    for (std::size_t i = list.get()->size(); i-- > 0;) {
+    for (const std::size_t i : changedPlaces<IdentifierKey>(*list.get(), inputs)) {
         const auto* fate = inputs.fateOf(list.get()->at(i).identifier().get());
         if (fate == nullptr)
             continue;

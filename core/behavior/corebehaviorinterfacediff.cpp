@@ -136,6 +136,16 @@ bool InterfaceDiff::isEmpty() const
     return m_fates.empty() && m_added.empty() && !m_isReordered && !m_isWhole;
 }
 
+std::optional<std::vector<std::size_t>> InterfaceDiff::changedIdentifiers() const
+{
+    if (m_isWhole)
+        return std::nullopt;
+    std::vector<std::size_t> identifiers;
+    for (const auto& [identifier, fate] : m_fates)
+        identifiers.push_back(identifier);
+    return identifiers;
+}
+
 const InterfaceDiff::Fate* InterfaceDiff::fateOf(const std::string& identifier) const
 {
     const auto found = m_fates.find(hashOf(identifier));

@@ -73,17 +73,24 @@ std::string viewOf(const CompGraphController& graph)
     return text.str() + viewOf(static_cast<const GraphController&>(graph));
 }
 
-PackageText aFilterAndAGraph()
+// With more connectors and parameters than the two that have names, if that is asked for.
+PackageText aFilterAndAGraph(unsigned more)
 {
-    const GraphText filter{"filter",
-                           1,
-                           anInput("picture", 11, 3) +
-                               anInput("amount", 12, 256, aConstant("Float1", "0.5")) +
-                               anInput("mode", 13, 16, aConstant("Int1", "1"), "More"),
-                           anOutput("color", 21) + anOutput("gray", 22),
-                           aNode(31, anOutputBridge(21, 1)) + aNode(32, anOutputBridge(22, 2)),
-                           {},
-                           aRootOutput(21) + aRootOutput(22)};
+    GraphText filter{"filter",
+                     1,
+                     anInput("picture", 11, 3) +
+                         anInput("amount", 12, 256, aConstant("Float1", "0.5")) +
+                         anInput("mode", 13, 16, aConstant("Int1", "1"), "More"),
+                     anOutput("color", 21) + anOutput("gray", 22),
+                     aNode(31, anOutputBridge(21, 1)) + aNode(32, anOutputBridge(22, 2)),
+                     {},
+                     aRootOutput(21) + aRootOutput(22)};
+    for (unsigned i = 0; i < more; ++i) {
+        filter.inputs += anInput("picture" + std::to_string(i), 1000 + i, 1);
+        filter.inputs += anInput("amount" + std::to_string(i), 2000 + i, 256);
+        filter.outputs += anOutput("output" + std::to_string(i), 3000 + i);
+        filter.rootOutputs += aRootOutput(3000 + i);
+    }
     const std::string getter =
         aDynamicValue(5, aGetter(5, "get_float1", 256, "f") + aGetter(6, "get_integer1", 16, "i"));
     const GraphText edited{
@@ -109,7 +116,7 @@ public:
     // With the behaviours for every other seed.
     explicit RandomEditor(unsigned seed) : m_random(seed), m_workspace(seed % 2 == 0)
     {
-        m_package = &m_workspace.open(aFilterAndAGraph());
+        m_package = &m_workspace.open(aFilterAndAGraph(seed % 3 == 0 ? 30 : 0));
         m_graph = &controllerIn(*m_package, 1);
     }
 

@@ -10,7 +10,9 @@
 #include "ksx/core/contentwalk.h"
 #include "ksx/core/graphinterface.h"
 #include "ksx/core/graphoutputtype.h"
+#include "ksx/core/keyindex.h"
 #include "ksx/core/listenerof.h"
+#include <algorithm>
 #include <random>
 #include <set>
 #include <sstream>
@@ -355,6 +357,24 @@ private:
         return isRight && kept->names().count("in") == fresh.names().count("in") &&
                kept->names().freeNumber("in", 1) == fresh.names().freeNumber("in", 1);
     }
+    // Compares what is found for each key that is there, and for one that is not.
+    template <class Key, class List>
+    static bool areKeysRight(const List& list, const typename Key::Type& missing)
+    {
+        using Index = KeyIndex<typename List::ItemType, Key>;
+        bool isRight = Index::find(list, missing) == nullptr;
+        for (const auto& item : list) {
+            const auto& key = Key::of(item).get();
+            const auto isOfKey = [&key](const auto& other) { return Key::of(other).get() == key; };
+            const auto found = Index::findAll(list, key);
+            isRight = isRight &&
+                      Index::find(list, key) == &*std::find_if(list.begin(), list.end(), isOfKey) &&
+                      std::count(found.begin(), found.end(), &item) == 1 &&
+                      std::count_if(list.begin(), list.end(), isOfKey) ==
+                          static_cast<std::ptrdiff_t>(found.size());
+        }
+        return isRight;
+    }
     bool areImagesRight() const
     {
         ImageInputs* const kept = ImageInputs::of(m_graph.paraminputs());
@@ -403,6 +423,8 @@ private:
         EXPECT_TRUE(areNamesRight(m_graph.paraminputs()));
         EXPECT_TRUE(areNamesRight(m_graph.graphOutputs()));
         EXPECT_TRUE(areNamesRight(m_package.content()));
+        EXPECT_TRUE((areKeysRight<IdentifierKey>(m_graph.paraminputs(), "missing")));
+        EXPECT_TRUE((areKeysRight<UidKey>(m_graph.graphOutputs(), 5000)));
         EXPECT_TRUE(areImagesRight());
         EXPECT_TRUE(areRootOutputsRight());
         EXPECT_TRUE(areTypesRight());
@@ -424,6 +446,18 @@ private:
     std::vector<Command> m_undone;
 };
 
+// A graph whose lists are long enough for all indexes.
+std::string aGraphWithLongLists()
+{
+    GraphText graph;
+    for (unsigned i = 2001; i < 2041; ++i) {
+        graph.inputs += anInput("i" + std::to_string(i), i, 256);
+        graph.outputs += anOutput("o" + std::to_string(i), i);
+        graph.rootOutputs += aRootOutput(i);
+    }
+    return graph.text();
+}
+
 class KeptIndexes : public testing::TestWithParam<unsigned>
 {};
 
@@ -431,7 +465,7 @@ TEST_P(KeptIndexes, AreThoseThatWouldBeMadeAnew)
 {
     SCOPED_TRACE("seed " + std::to_string(GetParam()));
     Workspace workspace(GetParam() % 2 == 0);
-    const Package& package = workspace.open(aPackage().containing(GraphText().text()));
+    const Package& package = workspace.open(aPackage().containing(aGraphWithLongLists()));
     EXPECT_EQ(RandomScript(GetParam(), workspace, package).run(150), 0);
 }
 

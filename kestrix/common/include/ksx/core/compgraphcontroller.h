@@ -112,9 +112,10 @@ private:
     std::unique_ptr<ParametersController> m_parameters;
     std::shared_ptr<InputsController> m_inputs;
     std::unique_ptr<OptionsController> m_options;
-    NodeList m_nodes;
-    OutputList m_outputs;
-    RootOutputList m_rootOutputs;
+    // Mutable, since they remember what they were asked.
+    mutable NodeList m_nodes;
+    mutable OutputList m_outputs;
+    mutable RootOutputList m_rootOutputs;
 };
 
 } // namespace Ksx::Core

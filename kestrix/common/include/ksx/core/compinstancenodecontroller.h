@@ -68,14 +68,17 @@ private:
     void describeGraph(const Data::Content::Graph& graph);
     void describeGhost();
     bool hasPrimaryInput() const;
+    const Data::Desc::Parameter* describedInput(const std::string& identifier) const;
     template <std::uint32_t TypeMask>
     void watch(const Orv::Data::BaseObject& object);
 
     Orv::Data::DataPointerBox<Data::Content::CompInstance> m_instance;
     Orv::Data::DataPointerBox<Data::Content::Graph> m_referenced;
     Data::Desc::Filter m_description;
-    std::vector<std::pair<Uid, std::string>> m_outputNames; // as the bridgings have them
-    std::unique_ptr<ParametersController> m_parameters;     // made at the first request
+    // The image inputs of the description, the first one of each identifier.
+    std::unordered_map<std::string_view, const Data::Desc::Parameter*> m_inputsByName;
+    std::unordered_map<Uid, std::string> m_outputNames; // as the bridgings have them
+    std::unique_ptr<ParametersController> m_parameters; // made at the first request
     // On the path and, for a ghost, where its graph may turn up. They stay when that has happened.
     std::vector<std::pair<Orv::Data::DataPointerBox<Orv::Data::BaseObject>,
                           std::unique_ptr<Orv::Data::ListenerBase>>>

@@ -6,7 +6,7 @@
 #include "data/containerlist.h"
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
-#include <algorithm>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -42,7 +42,6 @@ public:
     // now on. Called once.
     void follow(const List& list)
     {
-        m_places.reserve(list.size());
         for (const Item& item : list)
             m_places.push_back({&item, m_callbacks.make(item)});
         listenTo(list, *this);
@@ -61,16 +60,21 @@ public:
                 result.push_back(place.controller.get());
         return result;
     }
-    // That of an item; null if there is none. A walk.
-    Controller* find(const Item& item) const
+    // That of an item; null if there is none. A walk at the first time, which the list remembers.
+    Controller* find(const Item& item)
     {
-        for (const Place& place : m_places)
-            if (place.item == &item)
-                return place.controller.get();
-        return nullptr;
+        if (m_byItem.empty())
+            for (const Place& place : m_places)
+                m_byItem.emplace(place.item, place.controller.get());
+        const auto found = m_byItem.find(&item);
+        return found == m_byItem.end() ? nullptr : found->second;
     }
     // Destroys all controllers, without calling anything.
-    void clear() { m_places.clear(); }
+    void clear()
+    {
+        m_byItem.clear();
+        m_places.clear();
+    }
 
     void deliver(const Orv::Data::DataMessage& message) override
     {
@@ -126,6 +130,7 @@ private:
     {
         if (m_places[index].controller != nullptr && m_callbacks.aboutToRemove)
             m_callbacks.aboutToRemove(*m_places[index].controller, index);
+        m_byItem.erase(m_places[index].item);
         m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(index));
     }
 
@@ -134,6 +139,8 @@ private:
         const Item& item = list.at(index);
         m_places.insert(m_places.begin() + static_cast<std::ptrdiff_t>(index),
                         Place{&item, m_callbacks.make(item)});
+        if (!m_byItem.empty())
+            m_byItem.emplace(&item, m_places[index].controller.get());
         announce(index, message);
     }
 
@@ -156,6 +163,7 @@ private:
         for (Place& place : m_places)
             held.emplace(place.item, std::move(place));
         m_places.clear();
+        m_byItem.clear();
         std::vector<std::size_t> fresh;
         for (const Item& item : list) {
             const auto found = held.find(&item);
@@ -173,7 +181,8 @@ private:
     }
 
     Callbacks m_callbacks;
-    std::vector<Place> m_places;
+    std::deque<Place> m_places; // at both ends of which items come and go in constant time
+    std::unordered_map<const Item*, Controller*> m_byItem; // empty until somebody asks
 };
 
 } // namespace Ksx::Core

@@ -8,6 +8,7 @@
 #include "data/datapointerbox.h"
 #include "data/shadowobject.h"
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -119,12 +120,14 @@ private:
     void refill(const Orv::Data::ContainerListBase& list,
                 Orv::Data::ManipulatorContextBase& context);
     void follow(const Orv::Data::DataMessage& message, const Orv::Data::ContainerListBase& list);
+    void followPlain(const Orv::Data::DataMessage& message,
+                     const Orv::Data::ContainerListBase& list);
     void keyChanged(const Orv::Data::DataMessage& message, int number);
 
     KeyFunction m_keyOf;
     std::vector<std::unique_ptr<Record>> m_records; // by number; null where a number is free
     std::vector<int> m_freeNumbers;
-    std::vector<int> m_entries; // the numbers of the records, in the order of the list
+    std::deque<int> m_entries; // the numbers of the records, in the order of the list
     std::map<Key, const Record*> m_map;
 };
 

@@ -125,6 +125,7 @@ public:
     OutputConnectorController* outputConnector(std::size_t index) const;
     // Null if there is none.
     InputConnectorController* inputConnectorByName(const std::string& identifier) const;
+    OutputConnectorController* outputConnectorByName(const std::string& identifier) const;
     // Where outputs have no uids the first one answers for any.
     OutputConnectorController* outputConnectorByUid(Uid uid) const;
 
@@ -145,6 +146,9 @@ protected:
 
 private:
     friend class GraphController;
+    struct ConnectorIndex;
+
+    void indexConnectors();
 
     void releaseConnectionsOf(ConnectorController& connector, bool isInput,
                               Orv::Core::ManipulatorContext* context);
@@ -152,6 +156,7 @@ private:
     GraphController& m_graph;
     std::vector<std::unique_ptr<InputConnectorController>> m_inputs;
     std::vector<std::unique_ptr<OutputConnectorController>> m_outputs;
+    std::unique_ptr<ConnectorIndex> m_connectorIndex; // null for few connectors
     std::unique_ptr<ConnexionsListener> m_connections;
     Uid m_enteredUid = 0;     // under which the graph knows the node
     std::uint64_t m_wave = 0; // of the last type that travelled through

@@ -53,17 +53,22 @@ private:
     using Descriptions = std::vector<const Data::Desc::Parameter*>;
     using Rows = std::vector<std::unique_ptr<ParameterController>>;
 
+    struct RowIndex;
+
     // Of all rows, in order.
-    Descriptions descriptions() const;
+    const Descriptions& descriptions() const;
+    Descriptions collectDescriptions() const;
+    const RowIndex& rowIndex() const;
     ParameterController& row(std::size_t index, const Data::Desc::Parameter& description);
-    template <class Predicate>
-    ParameterController* find(const Predicate& isWanted);
+    template <class Index, class Key>
+    ParameterController* rowAt(const Index& rows, const Key& key);
 
     ParameterController::ListBox m_list;
     DataContext m_context;
     Groups m_groups;
     bool m_hasNoInput;
-    Rows m_rows; // by index; short, or null, where none was asked for
+    mutable std::unique_ptr<RowIndex> m_index; // made at the first question
+    Rows m_rows;                               // by index; short, or null, where none was asked for
     LazySignal<std::size_t> m_removed;
     LazySignal<std::size_t> m_added;
 };

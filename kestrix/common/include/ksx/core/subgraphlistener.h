@@ -4,7 +4,9 @@
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
 #include "data/datapointerbox.h"
+#include <list>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace Orv::Core {
@@ -41,7 +43,15 @@ private:
 
     void tellAll(Operation operation, const Orv::Data::DataMessage& message);
 
-    std::vector<Orv::Data::DataPointerBox<NodeController>> m_nodes;
+    struct Subscriber
+    {
+        const NodeController* address; // for comparison alone
+        Orv::Data::DataPointerBox<NodeController> box;
+    };
+    void dropDead();
+
+    std::list<Subscriber> m_nodes; // in the order in which they came
+    std::unordered_map<const NodeController*, std::list<Subscriber>::iterator> m_places;
     std::vector<std::unique_ptr<InterfaceListener>> m_listeners; // on the lists of the graph
 };
 

@@ -68,6 +68,8 @@ public:
     static InterfaceDiff whole(const InterfaceItems& items);
 
     bool isEmpty() const;
+    // Only items of these hashes of former identifiers have one; any item where there is none.
+    std::optional<std::vector<std::size_t>> changedIdentifiers() const;
     // Of the item that had the identifier; null if nothing happened to it, or there was none.
     const Fate* fateOf(const std::string& identifier) const;
     // The items that may be missing, in the order of the list.
