@@ -15,12 +15,116 @@
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
+#include "ksx/core/itemindex.h"
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace Ksx::Core {
 
 namespace {
 
 using namespace Data::Content;
+
+// The name of the input that a function node reads; null if it reads none.
+const std::string* inputReadBy(const ParamNode& node)
+{
+    const Data::Desc::FunctionTable& functions =
+        Data::Desc::DescriptionTables::instance().functions();
+    const auto* function = functions.find(node.function().get());
+    if (function == nullptr || !Data::Desc::isTypedGetter(function->kind))
+        return nullptr;
+    const FuncData* data = functionDataIn(node.funcDatas());
+    const auto* name = data == nullptr
+                           ? nullptr
+                           : dynamic_cast<const ConstantValueString*>(data->constantValue().get());
+    return name == nullptr ? nullptr : &name->value().get();
+}
+
+// Calls `visit` for the computed values among parameters, in order.
+template <class List, class Visit>
+void visitValues(const List& parameters, const Visit& visit)
+{
+    for (const Parameter& parameter : parameters)
+        if (const auto* value = dynamic_cast<const DynamicValue*>(parameter.paramValue().get()))
+            visit(*value);
+}
+
+template <class Visit>
+void visitValuesOf(const CompFilter& filter, const Visit& visit)
+{
+    visitValues(filter.parameters(), visit);
+    for (const ParamsArray& array : filter.paramsArrays())
+        for (const ParamsArrayCell& cell : array.paramsArrayCells())
+            visitValues(cell.parameters(), visit);
+    for (const ParamsGraph& graph : filter.paramsGraphs())
+        for (const ParamsGraphData& data : graph.paramsGraphDatas())
+            visitValues(data.parameters(), visit);
+}
+
+template <class Visit>
+void visitValuesOf(const CompNode& node, const Visit& visit)
+{
+    const Orv::Data::BaseObject* implementation = node.compImplementation().get();
+    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation))
+        visitValuesOf(*filter, visit);
+    else if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
+        visitValues(instance->parameters(), visit);
+    else if (const auto* bridge = dynamic_cast<const CompInputBridge*>(implementation))
+        visitValues(bridge->parameters(), visit);
+}
+
+// Which nodes of a graph have functions that read an input, kept in step with the nodes.
+class ReaderIndex final : public ItemIndex<ReaderIndex, CompNode, std::set<std::string>>
+{
+public:
+    explicit ReaderIndex(const List& list) { refill(list); }
+
+    // Returns them in the order of the list.
+    std::vector<const CompNode*> readersOf(const std::string& input, const List& list) const
+    {
+        const auto found = m_readers.find(input);
+        if (found == m_readers.end())
+            return {};
+        const std::unordered_set<const CompNode*>& readers = found->second;
+        std::vector<const CompNode*> ordered(readers.begin(), readers.end());
+        if (ordered.size() < 2)
+            return ordered;
+        ordered.clear();
+        for (const CompNode& node : list)
+            if (readers.count(&node) != 0)
+                ordered.push_back(&node);
+        return ordered;
+    }
+
+    static std::set<std::string> read(const CompNode& node)
+    {
+        std::set<std::string> inputs;
+        visitValuesOf(node, [&inputs](const DynamicValue& value) {
+            for (const ParamNode& function : value.paramNodes())
+                if (const std::string* input = inputReadBy(function))
+                    inputs.insert(*input);
+        });
+        return inputs;
+    }
+    void enter(const CompNode& node, const std::set<std::string>& inputs)
+    {
+        for (const std::string& input : inputs)
+            m_readers[input].insert(&node);
+    }
+    void leave(const CompNode* node, const std::set<std::string>& inputs)
+    {
+        for (const std::string& input : inputs) {
+            const auto found = m_readers.find(input);
+            found->second.erase(node);
+            if (found->second.empty())
+                m_readers.erase(found);
+        }
+    }
+
+private:
+    std::unordered_map<std::string, std::unordered_set<const CompNode*>> m_readers;
+};
 
 class UserCollector
 {
@@ -29,49 +133,26 @@ public:
 
     void visit(const Graph& graph)
     {
-        visitAll(graph.baseParameters());
+        const auto visitValue = [this](const DynamicValue& value) { visit(value); };
+        visitValues(graph.baseParameters(), visitValue);
+        if (const ReaderIndex* index = ReaderIndex::of(graph.compNodes())) {
+            for (const CompNode* node : index->readersOf(m_identifier, graph.compNodes()))
+                visitValuesOf(*node, visitValue);
+            return;
+        }
         for (const CompNode& node : graph.compNodes())
-            visit(node);
+            visitValuesOf(node, visitValue);
     }
     std::vector<FuncNodeController*> take() { return std::move(m_users); }
 
 private:
-    void visit(const CompNode& node)
-    {
-        const Orv::Data::BaseObject* implementation = node.compImplementation().get();
-        if (const auto* filter = dynamic_cast<const CompFilter*>(implementation))
-            visit(*filter);
-        else if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
-            visitAll(instance->parameters());
-        else if (const auto* bridge = dynamic_cast<const CompInputBridge*>(implementation))
-            visitAll(bridge->parameters());
-    }
-
-    void visit(const CompFilter& filter)
-    {
-        visitAll(filter.parameters());
-        for (const ParamsArray& array : filter.paramsArrays())
-            for (const ParamsArrayCell& cell : array.paramsArrayCells())
-                visitAll(cell.parameters());
-        for (const ParamsGraph& graph : filter.paramsGraphs())
-            for (const ParamsGraphData& data : graph.paramsGraphDatas())
-                visitAll(data.parameters());
-    }
-
-    template <class List>
-    void visitAll(const List& parameters)
-    {
-        for (const Parameter& parameter : parameters)
-            if (const auto* value = dynamic_cast<const DynamicValue*>(parameter.paramValue().get()))
-                visit(*value);
-    }
-
     void visit(const DynamicValue& value)
     {
         const FuncGraphController* graph = nullptr;
         std::size_t index = 0;
         for (const ParamNode& node : value.paramNodes()) {
-            if (isUser(node)) {
+            const std::string* const read = inputReadBy(node);
+            if (read != nullptr && *read == m_identifier) {
                 if (graph == nullptr)
                     graph = graphController(Orv::Data::DataPointerBox<DynamicValue>(&value));
                 m_users.push_back(graph->nodeAt(index));
@@ -80,21 +161,7 @@ private:
         }
     }
 
-    bool isUser(const ParamNode& node) const
-    {
-        const auto* function = m_functions.find(node.function().get());
-        if (function == nullptr || !Data::Desc::isTypedGetter(function->kind))
-            return false;
-        const FuncData* data = functionDataIn(node.funcDatas());
-        const auto* name =
-            data == nullptr ? nullptr
-                            : dynamic_cast<const ConstantValueString*>(data->constantValue().get());
-        return name != nullptr && name->value().get() == m_identifier;
-    }
-
     const std::string& m_identifier;
-    const Data::Desc::FunctionTable& m_functions =
-        Data::Desc::DescriptionTables::instance().functions();
     std::vector<FuncNodeController*> m_users;
 };
 

@@ -3,7 +3,9 @@
 #include "data/content/compinstance.h"
 #include "data/content/dynamicvalue.h"
 #include "data/content/parameter.h"
+#include "data/content/paramnode.h"
 #include "data/desc/filter.h"
+#include "data/treewalk.h"
 #include "ksx/core/compfilternodecontroller.h"
 #include "ksx/core/compinputnodecontroller.h"
 #include "ksx/core/compinstancenodecontroller.h"
@@ -139,11 +141,31 @@ public:
     bool showsWhatIsThere() const
     {
         const CompGraphController fresh(*m_graph->graph());
-        return viewOf(*m_graph) == viewOf(fresh);
+        return viewOf(*m_graph) == viewOf(fresh) && knowsItsReaders();
     }
     Workspace& workspace() { return m_workspace; }
 
 private:
+    // Are the function nodes that read each input all that there are in the graph?
+    bool knowsItsReaders() const
+    {
+        std::multiset<std::string> read;
+        Orv::Data::visitTree(*m_graph->graph(), [&](const Orv::Data::BaseObject& object) {
+            const auto* node = dynamic_cast<const Ksx::Data::Content::ParamNode*>(&object);
+            const std::string function = node == nullptr ? "" : node->function().get();
+            if (function.compare(0, 4, "get_") == 0 && function != "get_path")
+                for (const auto& data : node->funcDatas())
+                    if (const auto* name =
+                            dynamic_cast<const Ksx::Data::Content::ConstantValueString*>(
+                                data.constantValue().get()))
+                        read.insert(name->value().get());
+        });
+        bool isRight = true;
+        for (const InputController* input : m_graph->inputsController()->inputs())
+            isRight = isRight &&
+                      m_graph->collectInputUsers(*input).size() == read.count(input->identifier());
+        return isRight;
+    }
     std::size_t below(std::size_t count)
     {
         return std::uniform_int_distribution<std::size_t>(0, count - 1)(m_random);
