@@ -86,6 +86,18 @@ private:
     FuncNodeController& m_node;
 };
 
+// The connections, which may name inputs that the description does not know.
+class FuncNodeController::ConnexionsWatch final
+    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, ListChanges>
+{
+public:
+    explicit ConnexionsWatch(FuncNodeController& node) : m_node(node) {}
+    void deliver(const Orv::Data::DataMessage& message) override { m_node.onConnexions(message); }
+
+private:
+    FuncNodeController& m_node;
+};
+
 struct FuncNodeController::Instance
 {
     template <class Listener>
@@ -103,7 +115,8 @@ struct FuncNodeController::Instance
 
 FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphController& graph)
     : BaseNodeController(graph), m_node(&node),
-      m_description(functionTable().find(node.function().get()))
+      m_description(functionTable().find(node.function().get())),
+      m_connexionsWatch(std::make_unique<ConnexionsWatch>(*this))
 {
     if (isInstance(m_description))
         describeInstance();
@@ -111,7 +124,7 @@ FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphControlle
         m_data = makeFuncDataModifier(node.funcDatas(), *m_description->data);
     updateUnknownInputs();
     buildConnectors();
-    listenTo(node.connexions(), m_connexionsListener);
+    listenTo(node.connexions(), *m_connexionsWatch);
 }
 
 FuncNodeController::~FuncNodeController() = default;
@@ -214,7 +227,20 @@ bool FuncNodeController::updateUnknownInputs()
     return true;
 }
 
-// Served before the connections are read, which then find the inputs that they name.
+// Served before the connections are read, which then find the inputs that they name. While no input
+// is unknown, only what was touched can name one.
+void FuncNodeController::onConnexions(const Orv::Data::DataMessage& message)
+{
+    bool canStay = m_unknownInputs.empty() && m_description != nullptr;
+    for (const Orv::Data::TouchedChild& touched : message.touched) {
+        const auto* const connexion = static_cast<const Connexion*>(touched.object.get());
+        canStay = canStay && (connexion == nullptr ||
+                              m_description->input(connexion->identifier().get()) != nullptr);
+    }
+    if (!canStay)
+        onConnexions();
+}
+
 void FuncNodeController::onConnexions()
 {
     if (!updateUnknownInputs())

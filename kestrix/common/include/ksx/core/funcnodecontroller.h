@@ -79,12 +79,14 @@ private:
     struct Instance;
     class LinkListener;
     class ListListener;
+    class ConnexionsWatch;
 
     void describeInstance();
     void describeFunction(const Data::Content::Function& function);
     void describeGhost();
     // False if they stay the same.
     bool updateUnknownInputs();
+    void onConnexions(const Orv::Data::DataMessage& message);
     void onConnexions();
     // The type that feeds each input of the description, 0 where it is open.
     std::vector<unsigned> fedTypes() const;
@@ -94,8 +96,7 @@ private:
     std::unique_ptr<Instance> m_instance;         // null for all other functions
     std::unique_ptr<BaseFuncDataModifier> m_data; // null for a node that holds nothing
     std::vector<std::string> m_unknownInputs;     // that only connections name
-    ValueListener<FuncNodeController, ListChanges> m_connexionsListener{
-        *this, &FuncNodeController::onConnexions};
+    std::unique_ptr<ConnexionsWatch> m_connexionsWatch;
 };
 
 } // namespace Ksx::Core
