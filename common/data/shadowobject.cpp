@@ -145,7 +145,7 @@ void ShadowObject::mergeBehind(const PendingState& state, ManipulatorContextBase
         later->context.reset(&context);
     m_pending = std::make_unique<DataMessage>(*state.pending);
     if (later)
-        m_pending->merge(later->type, later->runs);
+        m_pending->merge(*later);
     for (ListenerEntry& entry : m_listeners) {
         const ListenerEntry* former = findEntry(state.entries, entry);
         auto own = entry.hasOwnMessage ? entry.ownMessage
@@ -153,7 +153,7 @@ void ShadowObject::mergeBehind(const PendingState& state, ManipulatorContextBase
                                        : nullptr;
         if (former != nullptr && former->ownMessage && own) {
             const auto joined = std::make_shared<DataMessage>(*former->ownMessage);
-            joined->merge(own->type, own->runs);
+            joined->merge(*own);
             own = joined;
         } else if (former != nullptr && former->ownMessage) {
             own = former->ownMessage;

@@ -154,6 +154,16 @@ TEST_F(Notification, AListHearsOnceOfAnItemThatIsChangedTwiceInARow)
     EXPECT_EQ(touchedBooks, Journal{"newer"});
 }
 
+TEST_F(Notification, AListHearsWhichItemsAnInnerEditChanged)
+{
+    noteTouchedBooks();
+    edit([&](auto& context) {
+        retitle(context, 0, "outer");
+        edit([&](auto& inner) { retitle(inner, 1, "inner"); });
+    });
+    EXPECT_EQ(touchedBooks, (Journal{"outer", "inner"}));
+}
+
 TEST_F(Notification, AListHearsOfItemsThatAnUndoBringsBack)
 {
     const auto erasing = makeCommand([&](auto& context) { erase(context, 0, 2); });
