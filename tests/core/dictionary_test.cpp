@@ -246,7 +246,7 @@ public:
 using KeyedClasses =
     testing::Types<CompNode, CompOutput, GraphOutput, ParamInput, ParamNode, ParamsGraph,
                    ParamsGraphData, ParamsGraphNode, GUIObject, Parameter, Connexion>;
-TYPED_TEST_SUITE(DictionaryOfClass, KeyedClasses);
+TYPED_TEST_SUITE(DictionaryOfClass, KeyedClasses, );
 
 TYPED_TEST(DictionaryOfClass, FindsItsItems)
 {

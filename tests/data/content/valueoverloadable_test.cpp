@@ -149,7 +149,7 @@ class OverloadableConstant : public testing::Test
 {};
 
 using Constants = testing::Types<KSX_CONSTANT_VALUES>;
-TYPED_TEST_SUITE(OverloadableConstant, Constants);
+TYPED_TEST_SUITE(OverloadableConstant, Constants, );
 
 TYPED_TEST(OverloadableConstant, SurvivesReadingAndWritingWithAnOverload)
 {
