@@ -1,13 +1,13 @@
 // What the tool does where a result is hard to write.
 #include "support/packagetext.h"
+#include "support/smalldisk.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include <gtest/gtest.h>
-#include <cerrno>
-#include <cstring>
-#include <sys/mount.h>
+#include <filesystem>
 
 using TestSupport::aPackage;
+using TestSupport::SmallDisk;
 using TestSupport::TemporaryDirectory;
 using TestSupport::Tool;
 using TestSupport::ToolRun;
@@ -147,9 +147,9 @@ TEST_F(SavingTool, FollowsALinkToAFileElsewhere)
 // Where there is neither space nor the right to make a file, the former bytes stay.
 TEST_F(SavingTool, PutsTheFormerBytesBackWhereItWritesDirectlyToAFullDisk)
 {
-    const std::string out = directory.path("out");
-    if (mount("tmpfs", out.c_str(), "tmpfs", 0, "size=64k") != 0)
-        GTEST_SKIP() << "no file system can be mounted: " << std::strerror(errno);
+    const SmallDisk disk(directory.path("out"));
+    if (!disk.isMounted())
+        GTEST_SKIP() << "no file system can be mounted";
     directory.write("in/a.obl", aPackage().named(std::string(1 << 20, 'x')).text());
     directory.write("out/a_updated.obl", Former);
     directory.setMode("out/a_updated.obl", 0666);
@@ -159,7 +159,6 @@ TEST_F(SavingTool, PutsTheFormerBytesBackWhereItWritesDirectlyToAFullDisk)
 
     const std::string left = directory.read("out/a_updated.obl");
     const std::string files = directory.files();
-    umount2(out.c_str(), MNT_DETACH);
     EXPECT_EQ(run.exitCode, 1) << run;
     EXPECT_EQ(run.err, errorLine());
     EXPECT_TRUE(left == Former);

@@ -4,14 +4,12 @@
 #include "data/content/resource.h"
 #include "ksx/core/filereferences.h"
 #include "support/packagetext.h"
+#include "support/plainuser.h"
 #include "support/shelfcases.h"
+#include "support/smalldisk.h"
 #include "support/temporarydirectory.h"
-#include "support/tool.h"
 #include <QFileInfo>
 #include <gtest/gtest.h>
-#include <cerrno>
-#include <cstring>
-#include <sys/mount.h>
 #include <sys/stat.h>
 
 using Ksx::Core::relativeToFile;
@@ -24,8 +22,9 @@ using TestSupport::aResource;
 using TestSupport::caseName;
 using TestSupport::packageFrom;
 using TestSupport::PackageText;
+using TestSupport::PlainUser;
+using TestSupport::SmallDisk;
 using TestSupport::TemporaryDirectory;
-using TestSupport::Tool;
 
 namespace {
 
@@ -458,22 +457,14 @@ class FullDisk : public SavedPackage
 protected:
     void SetUp() override
     {
-        directory.makeDirectory("disk");
-        const std::string disk = directory.path("disk");
-        m_isMounted = mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=64k") == 0;
-        if (!m_isMounted)
-            GTEST_SKIP() << "no file system can be mounted: " << std::strerror(errno);
-    }
-    void TearDown() override
-    {
-        if (m_isMounted)
-            umount2(directory.path("disk").c_str(), MNT_DETACH);
+        if (!m_disk.isMounted())
+            GTEST_SKIP() << "no file system can be mounted";
     }
 
     std::unique_ptr<Package> large = packageFrom(aPackage().named(std::string(1 << 20, 'x')));
 
 private:
-    bool m_isMounted = false;
+    SmallDisk m_disk{directory.makeDirectory("disk")};
 };
 
 TEST_F(FullDisk, LeavesTheFormerFileAndNothingElse)
@@ -517,23 +508,27 @@ class ClosedDirectory : public SavedPackage
 protected:
     void SetUp() override
     {
-        if (Tool::isRoot())
-            GTEST_SKIP() << "permissions do not bind root";
         directory.write("x/a.obl", Former + std::string(100000, 'x'));
+        directory.setMode("x/a.obl", 0666);
         directory.setMode("x", 0555);
+    }
+    bool saveAsPlainUser(const std::string& name)
+    {
+        const PlainUser user;
+        return save(name);
     }
 };
 
 TEST_F(ClosedDirectory, TakesAFileThatIsThere)
 {
-    EXPECT_TRUE(save("x/a.obl"));
+    EXPECT_TRUE(saveAsPlainUser("x/a.obl"));
 
     EXPECT_EQ(directory.read("x/a.obl"), aPackage().text());
 }
 
 TEST_F(ClosedDirectory, TakesNoNewFile)
 {
-    EXPECT_FALSE(save("x/b.obl"));
+    EXPECT_FALSE(saveAsPlainUser("x/b.obl"));
 
     EXPECT_EQ(directory.files(), "x/a.obl");
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <grp.h>
@@ -110,7 +111,8 @@ Tool& Tool::withEnvironment(const std::string& name, const std::string& value)
 Tool& Tool::withoutRootRights()
 {
     m_dropsRights = isRoot();
-    return *this;
+    // The temporary folder of root may be his own.
+    return m_dropsRights ? withEnvironment("TMPDIR", P_tmpdir) : *this;
 }
 
 Tool& Tool::withFaults(const std::string& plan)
