@@ -36,8 +36,8 @@ const Connexion* feedOf(const CompNode& node)
     return nullptr;
 }
 
-// The uid of the node that says of which type the output of an output node is; none if the node says
-// so itself, or nothing feeds it.
+// Returns the uid of the node that says of which type an output node's output is. Returns none if
+// the output node says so itself, or nothing feeds it.
 std::optional<Uid> sourceOf(const CompNode& node)
 {
     const CompOutputBridge* const bridge = bridgeOf(node);

@@ -69,8 +69,8 @@ void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)
     scratch().addListMove(*this, index, offset);
     ChangeRuns runs;
     runs.moveRun(index, offset);
-    Data::BaseObject* moved = static_cast<ContainerListBase&>(object()).childAt(
-        static_cast<std::size_t>(from + offset));
+    Data::BaseObject* moved =
+        static_cast<ContainerListBase&>(object()).childAt(static_cast<std::size_t>(from + offset));
     notify(ChangeType::Moved, runs, {&moved, 1});
 }
 

@@ -30,8 +30,8 @@ constexpr unsigned ColorOrImage = Color | Image;
 constexpr unsigned Float1OrGrayscaleImage = Float1 | GrayscaleImage;
 constexpr unsigned Float4OrColorImage = Float4 | ColorImage;
 
-// Returns true for what takes an image and no value: an input with a connector. A type that an image
-// can stand for is that of a value.
+// Returns true for what takes an image and no value: an input with a connector. A type for which an
+// image can stand is that of a value.
 constexpr bool isImage(unsigned type)
 {
     return type != Unknown && (type & ~Image) == 0;

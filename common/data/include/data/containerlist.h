@@ -14,7 +14,8 @@ class ManipulatorListBase;
 namespace Orv::Data {
 
 // A growing array of pointers behind one word: most lists of a document are empty or short. What is
-// inserted or erased moves the shorter side alone. Owns its storage, not what the pointers lead to. Throws std::length_error beyond 2^32 - 1.
+// inserted or erased moves the shorter side alone. Owns its storage, not what the pointers lead to.
+// Throws std::length_error beyond 2^32 - 1.
 class PointerArray
 {
 public:

@@ -44,8 +44,8 @@ protected:
 
     // Keeps the object for takeInserted().
     void noteInserted(const BaseObject& object);
-    // Posts an event on the object and, as a change of a descendant, on its ancestors. `children` are
-    // the items of a list with which it happened.
+    // Posts an event on the object and, as a change of a descendant, on its ancestors. With the
+    // `children` it happened, if the object is a list.
     void notify(BaseObject& object, std::uint32_t type, const ChangeRuns& runs,
                 const ChildrenSpan& children);
     // Tells every shadow of the subtree that its object leaves the tree.

@@ -32,8 +32,8 @@ unsigned typeOfGraphOutput(const Data::Content::Graph& graph,
 std::vector<unsigned> typesOfGraphOutputs(const Data::Content::Graph& graph);
 
 // The same types, kept in step with the nodes of a graph that say so: the output nodes, and what
-// feeds those that name no type. They stay until one of these nodes changes or goes, or another node
-// comes that belongs to an output or has the uid of one that is missing.
+// feeds those that name no type. They stay until one of these nodes changes or goes, or another
+// node comes that belongs to an output or has the uid of one that is missing.
 class GraphOutputTypes
 {
 public:

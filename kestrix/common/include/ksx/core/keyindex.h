@@ -11,8 +11,8 @@
 
 namespace Ksx::Core {
 
-// `Key` is UidKey, NameKey, IdentifierKey or another of their form. Unlike a Dictionary it knows all
-// items of a key, and shows no change before it is told.
+// `Key` is UidKey, NameKey, IdentifierKey or another of their form. Unlike a Dictionary it knows
+// all items of a key, and takes a walk while a change has not been told.
 template <class Item, class Key>
 class KeyIndex final : public ItemIndex<KeyIndex<Item, Key>, Item, typename Key::Type>
 {

@@ -45,8 +45,8 @@ public:
     // The object in the document: null at the default, and without a modifier.
     const Data::Content::Parameter* stored() const;
 
-    // True if the document changed; false too without a modifier, and for nan and the infinities. Throws boost::bad_any_cast for a
-    // value of another shape than value() has.
+    // True if the document changed; false too without a modifier, and for nan and the infinities.
+    // Throws boost::bad_any_cast for a value of another shape than value() has.
     bool setValue(const boost::any& value);
     bool setRelativeTo(InheritanceMethod method);
     // Lets the value be read from an input of the graph; see BaseParameterModifier::linkToInput().

@@ -53,7 +53,7 @@ public:
     // the default stands for it.
     virtual boost::any anyValue() const = 0;
     // True if the document changed; false for nan and the infinities, which no file can hold.
-    // Throws boost::bad_any_cast for a value of another shape. A value that is computed is replaced.
+    // Throws boost::bad_any_cast for a value of another shape. A computed value is replaced.
     virtual bool setValue(const boost::any& value) = 0;
     // Is this the effective value? False for another shape.
     virtual bool isValue(const boost::any& value) const = 0;

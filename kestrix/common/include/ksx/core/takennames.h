@@ -18,8 +18,8 @@ public:
     void remove(const std::string& name);
     std::size_t count(const std::string& name) const;
 
-    // Returns the first number, from `number` on, that makes of `base`, "_" and itself a name that is
-    // not there.
+    // Returns the first number, from `number` on, with which `base`, "_" and the number are no name
+    // that is there.
     long long freeNumber(const std::string& base, long long number) const;
     // The same as if `without`, which is there once or more, were there once less.
     long long freeNumber(const std::string& base, long long number,
