@@ -109,9 +109,23 @@ const BaseObject* findFunctionNode(const BaseObject& object, const TypedQuery& q
                            : findByUid(body->paramNodes(), query.uid(DataPathKey::FuncNodeUid));
 }
 
+// `cell` narrows the search to the cells of that uid, where it is given.
+const BaseObject* findInCells(const CompFilter& filter, std::optional<Uid> cell,
+                              const std::string& name, std::optional<Uid> node)
+{
+    for (const ParamsArray& array : filter.paramsArrays())
+        for (const ParamsArrayCell& one : array.paramsArrayCells())
+            if (!cell || one.uid().get() == *cell)
+                if (const BaseObject* result = findDynamicNode(one.parameters(), name, node))
+                    return result;
+    return nullptr;
+}
+
 const BaseObject* findInParamsGraphDatas(const CompFilter& filter, Uid data,
                                          const std::string& name, std::optional<Uid> node)
 {
+    if (const BaseObject* result = findInCells(filter, data, name, node))
+        return result;
     for (const ParamsGraph& paramsGraph : filter.paramsGraphs())
         if (const auto* found = findByUid(paramsGraph.paramsGraphDatas(), data))
             if (const BaseObject* result = findDynamicNode(found->parameters(), name, node))
@@ -123,8 +137,10 @@ const BaseObject* findInNodeParameters(const CompNode& compNode, const std::stri
                                        std::optional<Uid> node)
 {
     const BaseObject* implementation = compNode.compImplementation().get();
-    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation))
-        return findDynamicNode(filter->parameters(), name, node);
+    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation)) {
+        const BaseObject* const found = findDynamicNode(filter->parameters(), name, node);
+        return found != nullptr ? found : findInCells(*filter, std::nullopt, name, node);
+    }
     if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
         return findDynamicNode(instance->parameters(), name, node);
     if (const auto* bridge = dynamic_cast<const CompInputBridge*>(implementation))

@@ -18,7 +18,7 @@ ValueEntry entryOf(const QString& text, unsigned index)
 {
     ValueEntry entry;
     bool hasNumber = false;
-    const int semicolon = text.indexOf(QLatin1Char(';'));
+    const auto semicolon = text.indexOf(QLatin1Char(';'));
     const unsigned number = semicolon < 0 ? 0 : text.left(semicolon).trimmed().toUInt(&hasNumber);
     const QString name = hasNumber ? text.mid(semicolon + 1) : text;
     entry.identifier = name.toLatin1().toStdString();

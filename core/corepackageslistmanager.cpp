@@ -103,15 +103,6 @@ bool execute(std::unique_ptr<Orv::Core::DataModificationBase> modification)
     return manager != nullptr ? manager->execute(command) : command->execute();
 }
 
-// The uid of the element by which a package names itself. NoUid without one.
-Uid ownUid(const Package& package)
-{
-    for (const Dependency& dependency : package.dependencies())
-        if (dependency.filename().get() == Himself)
-            return dependency.uid().get();
-    return NoUid;
-}
-
 // The uids by which the packages of one load name each other, collected when they are needed first.
 class NamedUids
 {
@@ -364,8 +355,11 @@ public:
 
     PackageEntry& entryFor(const DependencyEntry& entry)
     {
-        if (entry.filename.isEmpty()) // a package that has never been saved
-            return m_table.add(uidFor(entry), {}, nullptr);
+        if (entry.filename.isEmpty()) { // a package that has never been saved
+            PackageEntry* const open =
+                entry.package ? m_table.findByPackage(*entry.package) : nullptr;
+            return open != nullptr ? *open : m_table.add(uidFor(entry), {}, nullptr);
+        }
         PackageEntry*& known = m_byFile[entry.filename];
         if (known == nullptr)
             known = m_table.findByPath(entry.filename);

@@ -171,7 +171,12 @@ std::string contentOfAllKinds()
         R"(<identifier v="out"/><uid v="30"/></graphoutput></graphOutputs><compNodes>)" +
         compNode("10", "<compFilter><filter v=\"blend\"/><parameters>" +
                            dynamicParameter("opacity", "20") +
-                           "</parameters><paramsGraphs><paramsGraph><name v=\"n\"/><uid v=\"1\"/>"
+                           "</parameters><paramsArrays><paramsArray><name v=\"keys\"/>"
+                           "<uid v=\"80\"/><paramsArrayCells><paramsArrayCell><uid v=\"81\"/>"
+                           "<parameters>" +
+                           dynamicParameter("position", "25") +
+                           "</parameters></paramsArrayCell></paramsArrayCells></paramsArray>"
+                           "</paramsArrays><paramsGraphs><paramsGraph><name v=\"n\"/><uid v=\"1\"/>"
                            "<paramsGraphDatas><paramsGraphData><identifier v=\"d\"/><uid v=\"40\"/>"
                            "<type v=\"t\"/><parameters>" +
                            dynamicParameter("color", "21") +
@@ -310,6 +315,14 @@ INSTANTIATE_TEST_SUITE_P(
                    "pkg://group/graph?typeParam=DynamicParamNodeType&parameterNameParam=color"
                    "&paramGraphDataUidParam=40&nodeUidParam=21",
                    "paramNode 21"},
+        TargetCase{"DynamicNodeOfACell",
+                   "pkg://group/graph?typeParam=DynamicParamNodeType&parameterNameParam=position"
+                   "&nodeUidParam=25",
+                   "paramNode 25"},
+        TargetCase{"DynamicNodeOfTheCellOfAUid",
+                   "pkg://group/graph?typeParam=DynamicParamNodeType&parameterNameParam=position"
+                   "&paramGraphDataUidParam=81&nodeUidParam=25",
+                   "paramNode 25"},
         TargetCase{"DynamicNodeOfAnInstance",
                    "pkg://group/graph?typeParam=DynamicParamNodeType&parameterNameParam=seed"
                    "&compNodeUidParam=11&nodeUidParam=22",

@@ -1,5 +1,6 @@
 #include "ksx/core/packageentrytable.h"
 
+#include "core/commanddatamodification.h"
 #include "core/manipulatorlist.h"
 #include "data/content/package.h"
 #include "data/content/packagemanipulators.h"
@@ -9,6 +10,7 @@
 #include "support/temporarydirectory.h"
 #include <QDir>
 #include <gtest/gtest.h>
+#include <filesystem>
 
 using Ksx::Core::editPlainly;
 using Ksx::Core::PackageEntry;
@@ -17,6 +19,8 @@ using Ksx::Data::Content::Package;
 using Ksx::Data::Content::PackagesList;
 using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorStruct;
+using TestSupport::aPackage;
+using TestSupport::packageFrom;
 using TestSupport::TemporaryDirectory;
 
 namespace {
@@ -72,6 +76,29 @@ TEST_F(EntryTable, ALinkIsTheFileToWhichItLeads)
     EXPECT_EQ(table.findByPath(at("y/a.obl")), &entry);
 }
 
+TEST_F(EntryTable, AFileThatComesLaterIsFoundBehindALink)
+{
+    directory.makeDirectory("x");
+    directory.makeLink("y", "x");
+    PackageEntry& entry = table.add(7, at("y/a.obl"), nullptr);
+
+    directory.write("x/a.obl", "");
+
+    EXPECT_EQ(table.findByPath(at("x/a.obl")), &entry);
+    EXPECT_EQ(table.findByPath(at("y/a.obl")), &entry);
+}
+
+TEST_F(EntryTable, AFileThatHasGoneIsFoundUnderItsName)
+{
+    directory.write("x/a.obl", "");
+    directory.makeLink("y", "x");
+    PackageEntry& entry = table.add(7, at("y/a.obl"), nullptr);
+
+    std::filesystem::remove(directory.path("x/a.obl"));
+
+    EXPECT_EQ(table.findByPath(at("y/a.obl")), &entry);
+}
+
 TEST_F(EntryTable, CaseCounts)
 {
     table.add(7, at("a.obl"), nullptr);
@@ -114,14 +141,26 @@ protected:
     ListeningTable()
     {
         editPlainly([this](ManipulatorContext& context) {
-            context.addListener(document.content(), table);
             const ManipulatorStruct<PackagesList> list(document, context);
             list.content().pushBack(std::make_unique<Package>());
             list.content().pushBack(std::make_unique<Package>());
             return true;
         });
+        editPlainly([this](ManipulatorContext& context) {
+            context.addListener(document.content(), table);
+            return true;
+        });
         table.add(1, at("a.obl"), &document.content().at(0));
         table.add(2, at("b.obl"), &document.content().at(1));
+    }
+    void append(std::unique_ptr<Package> package)
+    {
+        editPlainly([&](ManipulatorContext& context) {
+            ManipulatorStruct<PackagesList>(document, context)
+                .content()
+                .pushBack(std::move(package));
+            return true;
+        });
     }
     void erase(std::size_t index)
     {
@@ -140,19 +179,54 @@ TEST_F(ListeningTable, FindsWhatIsOpen)
     EXPECT_EQ(table.findByPackage(document.content().at(1)), table.findByUid(2));
 }
 
-TEST_F(ListeningTable, DropsTheEntriesOfPackagesThatHaveDied)
+TEST_F(ListeningTable, GivesAPackageThatComesAnEntryWithItsOwnUid)
+{
+    append(packageFrom(aPackage().dependingOn("?himself", 12)));
+
+    const PackageEntry* const entry = table.findByPackage(document.content().at(2));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry, table.findByUid(12));
+    EXPECT_EQ(entry->path, "");
+}
+
+TEST_F(ListeningTable, GivesAPackageThatComesAFreshUidInPlaceOfATakenOne)
+{
+    append(packageFrom(aPackage().dependingOn("?himself", 1)));
+
+    const PackageEntry* const entry = table.findByPackage(document.content().at(2));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_NE(entry->uid, 1u);
+    EXPECT_EQ(table.findByUid(1), table.findByPackage(document.content().at(0)));
+}
+
+TEST_F(ListeningTable, GivesAPackageThatComesBackItsEntryAgain)
+{
+    Orv::Core::CommandDataModification command(
+        [this](ManipulatorContext& context) {
+            ManipulatorStruct<PackagesList>(document, context).content().erase(0, 1);
+            return true;
+        },
+        {});
+    command.execute();
+    EXPECT_EQ(table.findByUid(1), nullptr);
+    EXPECT_EQ(table.findByPath(at("a.obl")), nullptr);
+
+    command.undo();
+
+    EXPECT_EQ(table.findByUid(1), table.findByPackage(document.content().at(0)));
+    EXPECT_EQ(table.findByPath(at("a.obl")), table.findByUid(1));
+}
+
+TEST_F(ListeningTable, DropsTheEntryOfAPackageThatLeavesAtOnce)
 {
     erase(0);
-    erase(0);
 
-    // The first is dead when the second leaves the list.
     EXPECT_EQ(table.findByUid(1), nullptr);
     EXPECT_EQ(table.findByPath(at("a.obl")), nullptr);
 }
 
 TEST_F(ListeningTable, ADroppedUidAndPathCanBeTakenAgain)
 {
-    erase(0);
     erase(0);
 
     PackageEntry& entry = table.add(1, at("a.obl"), nullptr);

@@ -277,6 +277,34 @@ TEST_F(PackagesManager, AnEmptyNameIsResolvedByTheUid)
     EXPECT_EQ(described(entries), Lines({directory.path("b.obl") + ": 1000", ": 5 -"}));
 }
 
+TEST_F(PackagesManager, AnEmptyNameLeadsToAnOpenPackageWithoutAFileByItsUid)
+{
+    Entry unsaved = asked("b.obl", aPackage().dependingOn("?himself", 12));
+    unsaved.filename.clear();
+    manager.finishLoading({unsaved});
+    const Entry a = asked("a.obl", aPackage().dependingOn("", 12));
+    Entries entries{a};
+    entries.splice(entries.end(), manager.dependenciesOf(a));
+
+    manager.finishLoading(entries);
+
+    EXPECT_TRUE(entries.back().package == openAt(0));
+    EXPECT_EQ(manager.table().findByUid(12), manager.table().findByPackage(*openAt(0)));
+    EXPECT_EQ(a.package->dependencies().at(0).uid().get(), 12u);
+}
+
+TEST_F(PackagesManager, APackageAddedWithoutLoadingHasAPathToItsObjects)
+{
+    std::vector<std::unique_ptr<Package>> packages;
+    packages.push_back(manager.newPackage("new"));
+
+    manager.addPackages(std::move(packages));
+
+    const auto* const entry = manager.table().findByPackage(*openAt(0));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(manager.table().findByUid(entry->uid), entry);
+}
+
 TEST_F(PackagesManager, BadDependenciesAreRemovedAndTraced)
 {
     Lines traced;
