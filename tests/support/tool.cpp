@@ -111,8 +111,9 @@ Tool& Tool::withEnvironment(const std::string& name, const std::string& value)
 Tool& Tool::withoutRootRights()
 {
     m_dropsRights = isRoot();
-    // The temporary folder of root may be his own.
-    return m_dropsRights ? withEnvironment("TMPDIR", P_tmpdir) : *this;
+    if (m_dropsRights) // the temporary folder of root may be his own
+        m_environment.emplace("TMPDIR", P_tmpdir);
+    return *this;
 }
 
 Tool& Tool::withFaults(const std::string& plan)
