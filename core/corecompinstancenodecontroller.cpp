@@ -26,6 +26,7 @@
 #include "ksx/core/subgraphlistener.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
+#include <algorithm>
 #include <unordered_set>
 
 namespace Ksx::Core {
@@ -44,6 +45,29 @@ std::shared_ptr<ParameterGroup> mainGroup()
 {
     return std::make_shared<ParameterGroup>(GroupRole::Main, "Instance_parameters",
                                             "INSTANCE_PARAMETERS", "INSTANCE_PARAMETERS");
+}
+
+// Returns the common parameters without those that a value input hides by its identifier. The
+// instance stores its parameters by identifier, so that one of the two has to give way.
+Data::Desc::ParameterGroupPointer
+commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
+{
+    const auto common = Data::Desc::DescriptionTables::instance().commonParameters();
+    const auto isHidden = [&](const DescParameter* parameter) {
+        return std::any_of(groups.begin(), groups.end(), [&](const auto& group) {
+            const DescParameter* own = group->find(parameter->identifier);
+            return own != nullptr && !ValueType::isImage(own->type);
+        });
+    };
+    const auto& parameters = common->parameters();
+    if (std::none_of(parameters.begin(), parameters.end(), isHidden))
+        return common;
+    auto rest = std::make_shared<ParameterGroup>(GroupRole::Common, common->identifier(),
+                                                 common->nameKey(), common->descKey());
+    for (const DescParameter* parameter : parameters)
+        if (!isHidden(parameter))
+            rest->add(*parameter);
+    return rest;
 }
 
 } // namespace
@@ -94,7 +118,6 @@ void CompInstanceNodeController::describe()
     m_inputsByName.clear();
     m_description = {};
     m_description.identifier = "compinstance";
-    m_description.groups.push_back(Data::Desc::DescriptionTables::instance().commonParameters());
     if (graph != nullptr) {
         describeGraph(*graph);
         listenerOf<SubGraphListener>(*graph).subscribe(*this);
@@ -147,6 +170,7 @@ void CompInstanceNodeController::describeGraph(const Graph& graph)
         m_description.inputs.push_back(&kept);
         m_inputsByName.emplace(kept.identifier, &kept);
     }
+    m_description.groups.push_back(commonGroupBeside(groups));
     m_description.groups.insert(m_description.groups.end(), groups.begin(), groups.end());
 }
 
@@ -154,6 +178,7 @@ void CompInstanceNodeController::describeGhost()
 {
     m_description.nameKey = "GHOST_GRAPH";
     m_description.descKey = "GHOST_GRAPH_DESC";
+    m_description.groups.push_back(Data::Desc::DescriptionTables::instance().commonParameters());
     m_description.groups.push_back(mainGroup());
 }
 

@@ -158,6 +158,44 @@ TEST_F(Instance, AParameterThatIsNotStoredHasTheDefaultOfTheInput)
     EXPECT_EQ(boost::any_cast<unsigned>(mode), 1u);
 }
 
+TEST_F(Instance, AnInputThatIsNamedLikeACommonParameterHidesIt)
+{
+    instantiate({"filter", 1, anInput("outputsize", 11, 256, aConstant("Float1", "0.5"))});
+    EXPECT_EQ(node->description("outputsize")->type, 256u);
+    EXPECT_NE(node->description("quality"), nullptr);
+    auto* parameter = node->CompNodeController::parameterController("outputsize");
+    ASSERT_NE(parameter, nullptr);
+    EXPECT_EQ(boost::any_cast<Orv::Data::Float1>(parameter->value())[0], 0.5F);
+    EXPECT_EQ(parameter->relativeTo(), InheritanceMethod::Absolute);
+    EXPECT_EQ(node->parametersController()->parameter("outputsize"), parameter);
+}
+
+TEST_F(Instance, TheValueOfAnInputThatIsNamedLikeACommonParameterCanBeSet)
+{
+    instantiate({"filter", 1, anInput("quality", 11, 512)});
+    auto* parameter = node->CompNodeController::parameterController("quality");
+    ASSERT_NE(parameter, nullptr);
+    EXPECT_TRUE(parameter->setValue(Orv::Data::Float2{{0.25F, 0.75F}}));
+    EXPECT_EQ(boost::any_cast<Orv::Data::Float2>(parameter->value())[1], 0.75F);
+}
+
+TEST_F(Instance, AValueInputThatIsNamedLikeACommonParameterIsDescribedByTheGraph)
+{
+    const auto inputs = instantiate({"filter", 1, anInput("randomseed", 11, 256)}).valueInputs();
+    ASSERT_EQ(inputs.size(), 1u);
+    EXPECT_EQ(inputs[0].description->type, 256u);
+    node->CompNodeController::parameterController(*inputs[0].description)
+        ->linkToInput({"seed", 256});
+    EXPECT_EQ(node->instance()->parameters().at(0).relativeTo().get(), 0u);
+}
+
+TEST_F(Instance, AnImageInputThatIsNamedLikeACommonParameterLeavesItAlone)
+{
+    instantiate({"filter", 1, anInput("quality", 11, 1)});
+    EXPECT_EQ(inputsOf(*node), Names{"quality"});
+    EXPECT_NE(node->CompNodeController::parameterController("quality"), nullptr);
+}
+
 TEST_F(Instance, ADropDownListGivesAnEntryForEachPartOfItsParameters)
 {
     instantiate({"filter", 1,
