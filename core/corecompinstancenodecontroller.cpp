@@ -12,16 +12,13 @@
 #include "data/desc/valuetype.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/connexionslistener.h"
-#include "ksx/core/datapath.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/inputparameter.h"
 #include "ksx/core/keyindex.h"
 #include "ksx/core/listenerof.h"
-#include "ksx/core/objecturl.h"
 #include "ksx/core/outputconnectorcontroller.h"
-#include "ksx/core/packageof.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/subgraphlistener.h"
 #include "ksx/core/valuelistener.h"
@@ -72,14 +69,13 @@ commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
 
 } // namespace
 
-// What may bring another graph under the node's path: the path itself, and what appears where the
-// path looks for it.
-template <std::uint32_t TypeMask>
-class CompInstanceNodeController::LinkListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2, TypeMask>
+// On the path of the instance and on its bridgings.
+class CompInstanceNodeController::PathListener final
+    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2,
+                                       Orv::Data::ChangeType::Value | ListChanges>
 {
 public:
-    explicit LinkListener(CompInstanceNodeController& node) : m_node(node) {}
+    explicit PathListener(CompInstanceNodeController& node) : m_node(node) {}
     void deliver(const Orv::Data::DataMessage& message) override
     {
         m_node.onSubGraphLinkChanged(editableContext(message));
@@ -92,24 +88,21 @@ private:
 CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
                                                        const CompInstance& instance,
                                                        CompGraphController& graph)
-    : CompNodeController(node, graph), m_instance(&instance)
+    : CompNodeController(node, graph), m_instance(&instance), m_link(*this),
+      m_pathListener(std::make_unique<PathListener>(*this))
 {
     describe();
     buildConnectors();
-    watch<Orv::Data::ChangeType::Value>(instance.path().value());
-    watch<ListChanges>(instance.outputBridgings());
+    listenTo(instance.path().value(), *m_pathListener);
+    listenTo(instance.outputBridgings(), *m_pathListener);
 }
 
 CompInstanceNodeController::~CompInstanceNodeController() = default;
 
 void CompInstanceNodeController::describe()
 {
-    const Package* package = m_instance ? packageOf(*m_instance) : nullptr;
-    const std::string path = m_instance ? m_instance->path().value().get() : std::string();
     const Graph* graph =
-        package == nullptr ? nullptr : dynamic_cast<const Graph*>(resolveObjectUrl(path, *package));
-    if (graph != nullptr && !isAttached(*graph))
-        graph = nullptr; // its package is being closed
+        m_instance ? m_link.follow<Graph>(m_instance->path().value().get(), *m_instance) : nullptr;
     m_referenced.reset(graph);
     m_outputNames.clear();
     if (m_instance)
@@ -121,28 +114,9 @@ void CompInstanceNodeController::describe()
     if (graph != nullptr) {
         describeGraph(*graph);
         listenerOf<SubGraphListener>(*graph).subscribe(*this);
-        return;
+    } else {
+        describeGhost();
     }
-    describeGhost();
-    if (package == nullptr || package->getParent() == nullptr)
-        return;
-    watch<Orv::Data::ChangeType::Inserted>(*package->getParent());
-    const auto dependency = DataPath::isDataPath(path) ? DataPath(path).dependency() : std::nullopt;
-    const std::string home =
-        "pkg://" + (dependency ? "?dependency=" + std::to_string(*dependency) : std::string());
-    if (const auto* target = dynamic_cast<const Package*>(resolveObjectUrl(home, *package)))
-        watch<Orv::Data::ChangeType::Inserted>(target->content());
-}
-
-template <std::uint32_t TypeMask>
-void CompInstanceNodeController::watch(const Orv::Data::BaseObject& object)
-{
-    for (const auto& [watched, listener] : m_links)
-        if (watched == &object)
-            return;
-    m_links.emplace_back(Orv::Data::DataPointerBox<Orv::Data::BaseObject>(&object),
-                         std::make_unique<LinkListener<TypeMask>>(*this));
-    listenTo(object, *m_links.back().second);
 }
 
 void CompInstanceNodeController::describeGraph(const Graph& graph)

@@ -22,6 +22,20 @@ const ContentList* contentOf(const Orv::Data::BaseObject& object)
     return nullptr;
 }
 
+const ContentObjectBase* findContent(const Orv::Data::BaseObject& owner,
+                                     const std::string& identifier)
+{
+    const ContentList* content = contentOf(owner);
+    if (content == nullptr)
+        return nullptr;
+    for (const ContentObjectBase& item : *content) {
+        const auto* named = dynamic_cast<const ContentInterface*>(&item);
+        if (named != nullptr && named->identifierAttribute().get() == identifier)
+            return &item;
+    }
+    return nullptr;
+}
+
 void visitContent(const Package& package,
                   const std::function<void(const ContentObjectBase&)>& visit)
 {

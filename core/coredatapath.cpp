@@ -26,19 +26,6 @@ std::optional<Uid> uidFromText(const std::optional<std::string_view>& text)
     return result.ec == std::errc() && result.ptr == end ? std::optional<Uid>(uid) : std::nullopt;
 }
 
-const BaseObject* findContent(const BaseObject& owner, const std::string& identifier)
-{
-    const auto* content = contentOf(owner);
-    if (content == nullptr)
-        return nullptr;
-    for (const ContentObjectBase& item : *content) {
-        const auto* named = dynamic_cast<const ContentInterface*>(&item);
-        if (named != nullptr && named->identifierAttribute().get() == identifier)
-            return &item;
-    }
-    return nullptr;
-}
-
 template <class List>
 const typename List::ItemType* findByUid(const List& list, std::optional<Uid> uid)
 {

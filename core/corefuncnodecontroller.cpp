@@ -3,20 +3,18 @@
 #include "core/manipulatorcontext.h"
 #include "data/content/function.h"
 #include "data/content/functionmanipulators.h"
-#include "data/content/package.h"
 #include "data/datamessage.h"
 #include "data/desc/descriptiontables.h"
 #include "data/desc/functiontable.h"
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
 #include "ksx/core/behavior/functionpath.h"
+#include "ksx/core/contentlink.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/funcdatamodifier.h"
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
-#include "ksx/core/objecturl.h"
 #include "ksx/core/outputconnectorcontroller.h"
-#include "ksx/core/packageof.h"
 #include <QCoreApplication>
 #include <unordered_set>
 
@@ -69,23 +67,6 @@ private:
     FuncNodeController& m_node;
 };
 
-// The lists in which a function that is missing may turn up. What changes within their items is not
-// looked at, since that is every edit.
-class FuncNodeController::ListListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2, ChangeType::Inserted>
-{
-public:
-    explicit ListListener(FuncNodeController& node) : m_node(node) {}
-    // May destroy this listener.
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_node.onSubGraphLinkChanged(editableContext(message));
-    }
-
-private:
-    FuncNodeController& m_node;
-};
-
 // The connections, which may name inputs that the description does not know.
 class FuncNodeController::ConnexionsWatch final
     : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, ListChanges>
@@ -100,17 +81,17 @@ private:
 
 struct FuncNodeController::Instance
 {
-    template <class Listener>
+    explicit Instance(FuncNodeController& node) : link(node) {}
     void listen(const Orv::Data::BaseObject& object, FuncNodeController& node)
     {
-        links.push_back(std::make_unique<Listener>(node));
-        listenTo(object, *links.back());
+        listeners.push_back(std::make_unique<LinkListener>(node));
+        listenTo(object, *listeners.back());
     }
 
     DescFunction description;
-    Orv::Data::DataPointerBox<Function> function;          // empty for a ghost
-    Orv::Data::DataPointerBox<Orv::Data::BaseObject> home; // the list in which it stood last
-    std::vector<std::unique_ptr<Orv::Data::ListenerBase>> links;
+    Orv::Data::DataPointerBox<Function> function; // empty for a ghost
+    ContentLink link;
+    std::vector<std::unique_ptr<LinkListener>> listeners;
 };
 
 FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphController& graph)
@@ -151,20 +132,14 @@ const Function* FuncNodeController::referencedFunction() const
 
 void FuncNodeController::describeInstance()
 {
-    auto former = std::move(m_instance);
-    m_instance = std::make_unique<Instance>();
+    m_instance = std::make_unique<Instance>(*this);
     m_instance->description = *functionTable().find(FunctionsEnum::Instance);
     m_description = &m_instance->description;
     if (!m_node)
         return;
-    m_instance->listen<LinkListener>(m_node->funcDatas(), *this);
-    if (former != nullptr)
-        m_instance->home = former->home;
-    const Package* package = packageOf(*m_node);
-    const auto* function = package == nullptr ? nullptr
-                                              : dynamic_cast<const Function*>(resolveObjectUrl(
-                                                    Behavior::functionPathOf(*m_node), *package));
-    if (function != nullptr)
+    m_instance->listen(m_node->funcDatas(), *this);
+    if (const auto* function =
+            m_instance->link.follow<Function>(Behavior::functionPathOf(*m_node), *m_node))
         describeFunction(*function);
     else
         describeGhost();
@@ -184,22 +159,14 @@ void FuncNodeController::describeFunction(const Function& function)
                                           input.attributes().label().get(),
                                           input.type().value().get(), false});
     m_instance->function.reset(&function);
-    m_instance->home.reset(function.getParent());
-    m_instance->listen<LinkListener>(function.paraminputs(), *this);
-    m_instance->listen<LinkListener>(function.type(), *this);
+    m_instance->listen(function.paraminputs(), *this);
+    m_instance->listen(function.type(), *this);
 }
 
 void FuncNodeController::describeGhost()
 {
     m_instance->description.nameKey = "GHOST_FUNCTION";
     m_instance->description.descKey = "GHOST_FUNCTION_DESC";
-    const Package* package = packageOf(*m_node);
-    if (package == nullptr)
-        return;
-    if (const Orv::Data::BaseObject* packages = package->getParent())
-        m_instance->listen<ListListener>(*packages, *this);
-    m_instance->listen<ListListener>(m_instance->home ? *m_instance->home : package->content(),
-                                     *this);
 }
 
 bool FuncNodeController::updateUnknownInputs()

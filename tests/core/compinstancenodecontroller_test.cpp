@@ -3,6 +3,7 @@
 #include "data/content/compinstance.h"
 #include "data/content/compnode.h"
 #include "data/content/graphmanipulators.h"
+#include "data/content/group.h"
 #include "data/content/parameter.h"
 #include "data/desc/filter.h"
 #include "data/desc/valuetype.h"
@@ -18,12 +19,14 @@
 #include "ksx/core/parametercontroller.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/tweakinputcontroller.h"
+#include "support/contentedits.h"
 #include "support/workspace.h"
 
 namespace {
 
 using namespace Ksx::Core;
 using namespace TestSupport;
+using Ksx::Data::Content::Group;
 
 std::string aDropDown(const std::string& identifier, unsigned uid, const std::string& parameters)
 {
@@ -46,10 +49,11 @@ GraphText aFilterGraph()
             aRootOutput(21) + aRootOutput(22)};
 }
 
-// An instance of a graph that is called "filter" in the package of that dependency.
-std::string anInstance(unsigned dependency)
+// An instance of the graph at that place in the package of that dependency.
+std::string anInstance(unsigned dependency, const std::string& place = "filter")
 {
-    return "<compInstance><path><value v=\"pkg://filter?dependency=" + std::to_string(dependency) +
+    return "<compInstance><path><value v=\"pkg://" + place +
+           "?dependency=" + std::to_string(dependency) +
            "\"/></path><parameters/><outputBridgings><outputBridging><uid v=\"71\"/>"
            "<identifier v=\"gray\"/></outputBridging></outputBridgings></compInstance>";
 }
@@ -88,6 +92,22 @@ protected:
         node = dynamic_cast<CompInstanceNodeController*>(graph->nodeByUid(61));
         return *node;
     }
+    // Opens a package in which the graph of an instance stands in a group, beside other content.
+    CompInstanceNodeController& openInGroup(const std::string& beside = {})
+    {
+        package = &workspace.open(
+            aPackage()
+                .dependingOnItself(400)
+                .containing(aGroup("tools", aGroup("empty") + aFilterGraph().text()))
+                .containing(
+                    GraphText{"use", 2, {}, {}, aNode(61, anInstance(400, "tools/filter"))}.text() +
+                    beside),
+            "/somewhere/use.obl", 400);
+        graph = &controllerIn(*package, 1);
+        node = dynamic_cast<CompInstanceNodeController*>(graph->nodeByUid(61));
+        return *node;
+    }
+    const Group& tools() const { return dynamic_cast<const Group&>(package->content().at(0)); }
     std::vector<std::string> inputsOf(const NodeController& controller)
     {
         std::vector<std::string> names;
@@ -307,6 +327,80 @@ TEST_F(Instance, BecomesAGhostWhenItsPackageIsClosed)
     EXPECT_EQ(inputsOf(*node), Names{"mask"});
     EXPECT_EQ(node->inputConnector(0)->targets().size(), 1u);
     EXPECT_EQ(xmlOf(*package), before);
+}
+
+TEST_F(Instance, ComesBackWithItsGraphByAnUndo)
+{
+    openInGroup();
+    ASSERT_TRUE(node->referencedGraph());
+    eraseFrom(tools().content(), 1);
+    EXPECT_FALSE(node->referencedGraph());
+    workspace.undoAll();
+    EXPECT_TRUE(node->referencedGraph());
+    EXPECT_EQ(inputsOf(*node), (Names{"picture", "mask"}));
+    workspace.redoAll();
+    EXPECT_FALSE(node->referencedGraph());
+}
+
+TEST_F(Instance, ComesBackWithTheGroupOfItsGraph)
+{
+    openInGroup();
+    eraseFrom(package->content(), 0);
+    EXPECT_FALSE(node->referencedGraph());
+    workspace.undoAll();
+    EXPECT_TRUE(node->referencedGraph());
+    eraseFrom(tools().content(), 1);
+    EXPECT_FALSE(node->referencedGraph());
+}
+
+TEST_F(Instance, IsAGhostWhileAGroupOnItsPathHasAnotherIdentifier)
+{
+    openInGroup();
+    rename(package->content().at(0), "other");
+    EXPECT_FALSE(node->referencedGraph());
+    rename(package->content().at(0), "tools");
+    EXPECT_TRUE(node->referencedGraph());
+}
+
+TEST_F(Instance, IsAGhostWhileItsGraphHasAnotherIdentifier)
+{
+    openInGroup();
+    rename(tools().content().at(1), "other");
+    EXPECT_FALSE(node->referencedGraph());
+    workspace.undoAll();
+    EXPECT_TRUE(node->referencedGraph());
+}
+
+TEST_F(Instance, FindsAGraphThatTakesTheIdentifierOnItsPath)
+{
+    openInGroup();
+    rename(tools().content().at(1), "other");
+    rename(tools().content().at(0), "filter");
+    EXPECT_FALSE(node->referencedGraph()); // that is a group
+    rename(tools().content().at(0), "empty");
+    rename(tools().content().at(1), "filter");
+    EXPECT_TRUE(node->referencedGraph());
+}
+
+TEST_F(Instance, BelongsToTheFirstGraphOfTheIdentifierOnItsPath)
+{
+    openInGroup(aGroup("spare", aFilterGraph().text()));
+    rename(package->content().at(2), "tools");
+    EXPECT_EQ(node->referencedGraph().get(), &tools().content().at(1));
+    rename(package->content().at(0), "former");
+    const auto& spare = dynamic_cast<const Group&>(package->content().at(2));
+    EXPECT_EQ(node->referencedGraph().get(), &spare.content().at(0));
+}
+
+TEST_F(Instance, ComesBackWithItsPackageByAnUndo)
+{
+    openGhost();
+    const auto& filters =
+        workspace.open(aPackage().containing(aFilterGraph().text()), "/somewhere/filters.obl", 500);
+    workspace.packages().removePackages({PackagesListManager::PackageBox(&filters)});
+    EXPECT_FALSE(node->referencedGraph());
+    workspace.undoAll();
+    EXPECT_TRUE(node->referencedGraph());
 }
 
 TEST_F(Instance, ANodeOfAGrayscaleOutputMakesAVariantNodeBehindItGrayscale)

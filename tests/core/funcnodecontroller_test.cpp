@@ -7,6 +7,7 @@
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
+#include "support/contentedits.h"
 #include "support/functiontext.h"
 #include "support/shelfcases.h"
 #include "support/workspace.h"
@@ -449,22 +450,7 @@ protected:
         return open(anInstance(1, FadePath, links) + aNumber(2),
                     aFunctionObject("fade", anInput("x", 71, 256) + anInput("edge", 72, 512)));
     }
-    void removeFunction()
-    {
-        using Orv::Core::ManipulatorList;
-        using Content = Orv::Data::ContainerList<Ksx::Data::Content::ContentObjectBase>;
-        const Orv::Data::DataPointerBox<Content> content(&package->content());
-        runEdit(content, 1, &applyErase, "remove");
-    }
-
-private:
-    static bool
-    applyErase(Orv::Core::ManipulatorList<Ksx::Data::Content::ContentObjectBase> content,
-               const Orv::Data::DataPointerBoxMasterKey&, int index)
-    {
-        content.erase(static_cast<std::size_t>(index), 1);
-        return true;
-    }
+    void removeFunction() { eraseFrom(package->content(), 1); }
 };
 
 TEST_F(FuncInstance, HasTheInputsOfItsFunction)
@@ -527,6 +513,30 @@ TEST_F(FuncInstance, FindsAFunctionInAPackageThatIsOpenedLater)
                    6);
     EXPECT_NE(instance.referencedFunction(), nullptr);
     EXPECT_EQ(inputsOf(instance), "x");
+}
+
+TEST_F(FuncInstance, BecomesAGhostWhenItsPackageIsClosedAndComesBackWithIt)
+{
+    const FuncNodeController& instance = open(anInstance(1, "pkg://fade?dependency=6"));
+    const auto& opened = workspace.open(
+        aPackage().containing(aFunctionObject("fade", anInput("x", 71, 256))), "b.obl", 6);
+    workspace.packages().removePackages({PackagesListManager::PackageBox(&opened)});
+    EXPECT_EQ(instance.referencedFunction(), nullptr);
+    EXPECT_EQ(instance.description()->nameKey, "GHOST_FUNCTION");
+    workspace.undoAll();
+    EXPECT_NE(instance.referencedFunction(), nullptr);
+}
+
+TEST_F(FuncInstance, FindsAFunctionInAGroup)
+{
+    const FuncNodeController& instance =
+        open(anInstance(1, "pkg://tools/fade?dependency=5"),
+             aGroup("other", aFunctionObject("fade", anInput("x", 71, 256))));
+    EXPECT_EQ(instance.referencedFunction(), nullptr);
+    rename(package->content().at(1), "tools");
+    EXPECT_NE(instance.referencedFunction(), nullptr);
+    workspace.undoAll();
+    EXPECT_EQ(instance.referencedFunction(), nullptr);
 }
 
 TEST_F(FuncInstance, HoldsNoData)

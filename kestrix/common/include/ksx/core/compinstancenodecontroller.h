@@ -3,6 +3,7 @@
 
 #include "data/desc/filter.h"
 #include "ksx/core/compnodecontroller.h"
+#include "ksx/core/contentlink.h"
 
 namespace Ksx::Data::Content {
 class CompInstance;
@@ -61,16 +62,13 @@ public:
     const Data::Desc::Filter* nodeDescription() const override { return &m_description; }
 
 private:
-    template <std::uint32_t TypeMask>
-    class LinkListener;
+    class PathListener;
 
     void describe();
     void describeGraph(const Data::Content::Graph& graph);
     void describeGhost();
     bool hasPrimaryInput() const;
     const Data::Desc::Parameter* describedInput(const std::string& identifier) const;
-    template <std::uint32_t TypeMask>
-    void watch(const Orv::Data::BaseObject& object);
 
     Orv::Data::DataPointerBox<Data::Content::CompInstance> m_instance;
     Orv::Data::DataPointerBox<Data::Content::Graph> m_referenced;
@@ -79,10 +77,8 @@ private:
     std::unordered_map<std::string_view, const Data::Desc::Parameter*> m_inputsByName;
     std::unordered_map<Uid, std::string> m_outputNames; // as the bridgings have them
     std::unique_ptr<ParametersController> m_parameters; // made at the first request
-    // On the path and, for a ghost, where its graph may turn up. They stay when that has happened.
-    std::vector<std::pair<Orv::Data::DataPointerBox<Orv::Data::BaseObject>,
-                          std::unique_ptr<Orv::Data::ListenerBase>>>
-        m_links;
+    ContentLink m_link;
+    std::unique_ptr<PathListener> m_pathListener;
 };
 
 } // namespace Ksx::Core

@@ -78,7 +78,6 @@ protected:
 private:
     struct Instance;
     class LinkListener;
-    class ListListener;
     class ConnexionsWatch;
 
     void describeInstance();
