@@ -465,8 +465,10 @@ RootOutputController* CompGraphController::rootOutput(Uid output) const
 std::vector<FuncNodeController*>
 CompGraphController::collectInputUsers(const InputController& input) const
 {
-    return m_graph ? Core::collectInputUsers(*m_graph, input.identifier())
-                   : std::vector<FuncNodeController*>();
+    const bool isOwn = m_graph && input.input() != nullptr &&
+                       input.input()->getParent() == &m_graph->paraminputs();
+    return isOwn ? Core::collectInputUsers(*m_graph, input.identifier())
+                 : std::vector<FuncNodeController*>();
 }
 
 } // namespace Ksx::Core

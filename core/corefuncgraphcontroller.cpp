@@ -211,6 +211,8 @@ bool FuncGraphController::disconnect(ConnectorController& a, ConnectorController
 
 void FuncGraphController::replaceSource(FuncNodeController& source, FuncNodeController& replacement)
 {
+    if (&source.graph() != this || &replacement.graph() != this)
+        return;
     const Hold hold(*this);
     OutputConnectorController& former = *source.outputConnector(0);
     OutputConnectorController& output = *replacement.outputConnector(0);

@@ -162,11 +162,16 @@ void GraphController::close()
     }
 }
 
+bool GraphController::holds(const NodeController& node) const
+{
+    return &node.graph() == this;
+}
+
 bool GraphController::connectWith(const char* className, ConnectorController& a,
                                   ConnectorController& b, bool replace)
 {
     const Ends ends(a, b);
-    if (&a.node() == &b.node() || !ends.areComplete())
+    if (&a.node() == &b.node() || !ends.areComplete() || !holds(a.node()) || !holds(b.node()))
         return false;
     NodeController& target = ends.input->node();
     const DataPointerBox<ConnexionList> connexions(target.connexions());
@@ -190,7 +195,7 @@ bool GraphController::disconnectWith(const char* className, ConnectorController&
                                      ConnectorController& b)
 {
     const Ends ends(a, b);
-    if (!ends.areComplete())
+    if (!ends.areComplete() || !holds(a.node()) || !holds(b.node()))
         return false;
     NodeController& target = ends.input->node();
     const ConnectionController* connection = target.connections().find(*ends.input, *ends.output);

@@ -10,6 +10,7 @@
 #include "ksx/core/packageof.h"
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace Ksx::Core::Behavior {
 
@@ -273,14 +274,24 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
         else
             write(list.at(i).name(), fate->item->identifier);
     }
+    Behavior::followInputs(m_node.connexions(), inputs);
+}
+
+void CompInstanceWriter::keepConnectionsTo(const Connectors& inputs)
+{
     auto connexions = m_node.connexions();
-    for (const std::size_t i : changedPlaces<IdentifierKey>(*connexions.get(), inputs)) {
-        const auto* fate = inputs.fateOf(connexions.get()->at(i).identifier().get());
-        if (fate != nullptr && fate->item && fate->isTypeChanged &&
-            !ValueType::isImage(fate->item->type))
-            connexions.erase(i, 1); // a value takes no image
-    }
-    Behavior::followInputs(connexions, inputs);
+    for (std::size_t i = connexions.get()->size(); i-- > 0;)
+        if (!inputs.has(connexions.get()->at(i).identifier().get()))
+            connexions.erase(i, 1);
+}
+
+bool Connectors::has(const std::string& identifier) const
+{
+    if (!std::exchange(m_isRead, true))
+        for (const ParamInput& input : m_graph.paraminputs())
+            if (ValueType::isImage(input.type().value().get()))
+                m_identifiers.insert(input.identifier().get());
+    return m_identifiers.count(identifier) != 0;
 }
 
 void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceDiff& inputs)

@@ -172,6 +172,7 @@ void GraphWatcher::writeTo(const DataMessage& message, const InterfaceDiff* inpu
     if (context == nullptr)
         return;
     PathTarget target(*m_graph);
+    const Connectors connectors(*m_graph);
     DroppedOutputs dropped;
     for (const InstanceBehavior* behavior :
          InstanceIndexOf<SyncCompInstance>::of(*m_graph).find(m_graph->identifier().get())) {
@@ -185,6 +186,7 @@ void GraphWatcher::writeTo(const DataMessage& message, const InterfaceDiff* inpu
             writer.followInputs(*inputs);
         if (outputs != nullptr)
             writer.followOutputs(*outputs, m_graph->graphOutputs());
+        writer.keepConnectionsTo(connectors);
     }
     dropped.dropConnections(*context);
 }

@@ -17,8 +17,9 @@ using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
 using Index = InstanceIndexOf<SyncCompInstance>;
 
-// Gives the instance the outputs of the graph to which its path leads, if there is one.
-void takeOutputs(const CompInstance& instance, ManipulatorContext& context)
+// Gives the instance the outputs of the graph to which its path leads, if there is one, and takes
+// the connections to inputs that the graph lacks.
+void takeInterface(const CompInstance& instance, ManipulatorContext& context)
 {
     if (!CompInstanceWriter::stands(instance))
         return;
@@ -28,8 +29,9 @@ void takeOutputs(const CompInstance& instance, ManipulatorContext& context)
         return;
     const InterfaceItems outputs = outputsOf(*graph);
     DroppedOutputs dropped;
-    CompInstanceWriter(instance, context, dropped)
-        .followOutputs(InterfaceDiff::whole(outputs), graph->graphOutputs());
+    CompInstanceWriter writer(instance, context, dropped);
+    writer.followOutputs(InterfaceDiff::whole(outputs), graph->graphOutputs());
+    writer.keepConnectionsTo(Connectors(*graph));
     dropped.dropConnections(context);
 }
 
@@ -48,7 +50,7 @@ std::string_view SyncCompInstance::path() const
 
 void SyncCompInstance::entered(const CompInstance& instance, ManipulatorContext& context)
 {
-    takeOutputs(instance, context);
+    takeInterface(instance, context);
 }
 
 void SyncCompInstance::deliver(const Orv::Data::DataMessage& message)
@@ -59,7 +61,7 @@ void SyncCompInstance::deliver(const Orv::Data::DataMessage& message)
     m_pathHash = hash;
     Index::of(*m_instance).add(*this);
     if (ManipulatorContext* context = editableContext(message))
-        takeOutputs(*m_instance, *context);
+        takeInterface(*m_instance, *context);
 }
 
 void SyncCompInstance::watch(const Graph& graph)

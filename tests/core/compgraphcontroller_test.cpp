@@ -15,6 +15,7 @@
 #include "ksx/core/outputcontroller.h"
 #include "ksx/core/parametercontroller.h"
 #include "ksx/core/rootoutputcontroller.h"
+#include "support/functiontext.h"
 #include "support/workspace.h"
 
 namespace {
@@ -379,6 +380,35 @@ TEST_F(CompGraph, AFilterThatIsNotKnownKeepsItsConnections)
                   aNode(2, aFilter("uniform"), {}, 20, 1)});
     EXPECT_EQ(controller.nodeByUid(1)->inputConnectorCount(), 0u);
     EXPECT_EQ(xmlOf(*package), before);
+}
+
+TEST_F(CompGraph, RefusesNodesOfAnotherGraph)
+{
+    package =
+        &workspace.open(aPackage().containing(GraphText{"a", 1}.text() + GraphText{"b", 2}.text()));
+    CompGraphController& a = controllerIn(*package, 0);
+    CompGraphController& b = controllerIn(*package, 1);
+    auto* source = a.addAtomicFilter(FilterKind::Uniform);
+    auto* target = a.addAtomicFilter(FilterKind::Blur);
+    auto* input = a.addInputNode({"value", 1});
+    a.connect(*source->outputConnector(0), *target->inputConnector(0), true);
+    const std::string connected = xmlOf(*package);
+    EXPECT_FALSE(b.connect(*input->outputConnector(0), *target->inputConnector(0), true));
+    EXPECT_FALSE(b.disconnect(*source->outputConnector(0), *target->inputConnector(0)));
+    b.removeNode(*source, true);
+    EXPECT_FALSE(b.inputsController()->removeInput(*input->input()));
+    EXPECT_EQ(xmlOf(*package), connected);
+}
+
+TEST_F(CompGraph, FindsNoUsersOfAnInputOfAnotherGraph)
+{
+    const std::string getter =
+        aFunctionNode(1, "get_float1", 256, {}, aDataItem(aConstant("String", "x")));
+    package = &workspace.open(aPackage().containing(
+        GraphText{"a", 1, anInput("x", 11, 256)}.text() +
+        GraphText{"b", 2, {}, {}, {}, aParameter("p", "0", aRootlessValue(getter))}.text()));
+    const auto* input = controllerIn(*package, 0).inputsController()->inputByIdentifier("x");
+    EXPECT_TRUE(controllerIn(*package, 1).collectInputUsers(*input).empty());
 }
 
 TEST_F(CompGraph, AnswersADescriptionForWhatIsInFrontOfASlash)

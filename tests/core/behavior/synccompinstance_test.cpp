@@ -565,6 +565,44 @@ INSTANTIATE_TEST_SUITE_P(Types, ComputedParameter,
 
 // When nothing is written.
 
+TEST_F(SyncCompInstance, LosesConnectionsToInputsThatTheGraphLacksWithAnotherPath)
+{
+    openBoth("pkg://gone?dependency=100");
+    edit([&](ManipulatorContext& context) {
+        auto connexion = std::make_unique<Connexion>();
+        connexion->identifier().assign("amount"); // an input that takes no image
+        ManipulatorStruct<CompNode>(b->compNodes().at(0), context)
+            .connexions()
+            .pushBack(std::move(connexion));
+    });
+    editGraph(*a, [](const ManipulatorStruct<Graph>& graph) {
+        graph.paraminputs().at(2).identifier().set("other");
+    });
+    EXPECT_EQ(connexionsOf(*b, 0), (Lines{"picture", "mask", "amount"}));
+    edit([&](ManipulatorContext& context) {
+        ManipulatorStruct<CompInstance>(implementationAt<CompInstance>(*b, 0), context)
+            .path()
+            .value()
+            .set(PathOfA);
+    });
+    EXPECT_EQ(connexionsOf(*b, 0), Lines{"picture"});
+}
+
+TEST_F(SyncCompInstance, LosesConnectionsToInputsThatTheGraphLacksWithAnyEditOfItsInterface)
+{
+    openBoth();
+    edit([&](ManipulatorContext& context) {
+        auto connexion = std::make_unique<Connexion>();
+        connexion->identifier().assign("nothing");
+        ManipulatorStruct<CompNode>(b->compNodes().at(0), context)
+            .connexions()
+            .pushBack(std::move(connexion));
+    });
+    EXPECT_EQ(connexionsOf(*b, 0), (Lines{"picture", "mask", "nothing"}));
+    editGraph(*a, [](const ManipulatorStruct<Graph>& graph) { addOutput(graph, "z", 23, 2); });
+    EXPECT_EQ(connexionsOf(*b, 0), (Lines{"picture", "mask"}));
+}
+
 TEST_F(SyncCompInstance, IsNotRepairedByOpening)
 {
     const GraphText wrong{

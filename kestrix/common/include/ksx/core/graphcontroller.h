@@ -37,7 +37,8 @@ public:
     virtual void removeNode(NodeController& node, bool disconnect);
     virtual bool isLocked() const { return false; } // no kind of graph can be locked
     // Connects an output and an input, given in any order. With `replace`, what fed the input
-    // before is disconnected. True if the connection exists afterwards.
+    // before is disconnected. True if the connection exists afterwards. Connectors of nodes of
+    // another graph are refused, here and by all other operations.
     virtual bool connect(ConnectorController& a, ConnectorController& b, bool replace);
     // Removes the connection of two connectors, in any order; the list stays as it is if there is
     // none. False if the two cannot be ends of a connection.
@@ -84,6 +85,8 @@ protected:
     void disconnectAll(NodeController& node);
 
 private:
+    bool holds(const NodeController& node) const;
+
     std::unordered_map<Uid, NodeController*> m_byUid;
     std::multimap<Uid, NodeController*> m_namesakes; // with a uid that an earlier node has
     std::map<std::pair<Uid, std::uint64_t>, ConnectionController*> m_waiting;

@@ -7,6 +7,9 @@
 #include "ksx/core/behavior/interfacediff.h"
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace Ksx::Data::Content {
@@ -28,6 +31,20 @@ private:
     std::map<const Data::Content::Graph*, std::set<std::pair<Uid, Uid>>> m_outputs; // node, output
 };
 
+// The inputs of a graph that are connectors of its instances. Read when they are first asked for,
+// since most instances have few connections or none. Made for one edit.
+class Connectors
+{
+public:
+    explicit Connectors(const Data::Content::Graph& graph) : m_graph(graph) {}
+    bool has(const std::string& identifier) const;
+
+private:
+    const Data::Content::Graph& m_graph;
+    mutable bool m_isRead = false;
+    mutable std::unordered_set<std::string_view> m_identifiers;
+};
+
 // Writes what has changed in a graph to one of its instances. Writes nothing that is right already.
 class CompInstanceWriter
 {
@@ -43,6 +60,8 @@ public:
     // The list is that of the graph's outputs.
     void followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list);
     void followInputs(const InterfaceDiff& inputs);
+    // Erases the connections to all other inputs.
+    void keepConnectionsTo(const Connectors& inputs);
 
 private:
     using Node = Orv::Core::ManipulatorStruct<Data::Content::CompNode>;

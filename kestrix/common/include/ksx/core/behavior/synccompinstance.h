@@ -11,8 +11,9 @@ namespace Ksx::Core::Behavior {
 
 // When the outputs of a graph are edited, the outputs of its instances follow, and what their
 // outputs had fed loses what has gone; when its inputs are edited, the parameters and connections of
-// its instances follow. An instance that comes to refer to another graph takes over its outputs. All
-// of that is part of the edit. Nothing is done for a graph that goes or comes: an instance that
+// its instances follow. An instance that comes to refer to another graph takes over its outputs. In
+// all these cases connections to inputs that the graph lacks are removed. All of that is part of the
+// edit. Nothing is done for a graph that goes or comes: an instance that
 // refers to no open graph keeps all that it has.
 class SyncCompInstance final : public InstanceBehavior,
                                public BehaviorOf<Data::Content::CompInstance, Data::Content::Graph>
