@@ -225,7 +225,7 @@ void FuncGraphController::replaceSource(FuncNodeController& source, FuncNodeCont
         if (input.node().takesList(input.identifier()))
             replaceEntries(input, former, output);
         else
-            connect(output, input, true);
+            makeConnection(ClassName, output, input, true);
     }
 }
 

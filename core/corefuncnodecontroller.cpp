@@ -22,6 +22,7 @@ namespace Ksx::Core {
 
 using namespace Data::Content;
 namespace FunctionType = Data::Desc::FunctionType;
+namespace ValueType = Data::Desc::ValueType;
 using Data::Desc::FunctionsEnum;
 using Orv::Core::ManipulatorContext;
 using Orv::Data::ChangeType;
@@ -46,6 +47,13 @@ bool isInstance(const DescFunction* description)
 bool isDefinite(unsigned type)
 {
     return type != 0 && (type & (type - 1)) == 0 && (type & FunctionType::AnyValue) == type;
+}
+
+// Inputs of graphs and functions hold their text as another type than functions give.
+unsigned withBothTexts(unsigned types)
+{
+    constexpr unsigned Texts = ValueType::Text | ValueType::String;
+    return (types & Texts) == 0 ? types : types | Texts;
 }
 
 } // namespace
@@ -289,6 +297,26 @@ void FuncNodeController::appendOutputConnectorNames(std::vector<ConnectorEntry>&
     entries.push_back({outputIdentifier(),
                        QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_NAME"),
                        0});
+}
+
+bool FuncNodeController::canConnect(const OutputConnectorController& source,
+                                    const InputConnectorController& connector) const
+{
+    return NodeController::canConnect(source, connector) &&
+           acceptsType(connector.identifier(), source.type());
+}
+
+// A source can name several types where its own follows from what feeds it. One that fits will do.
+bool FuncNodeController::acceptsType(const std::string& identifier, unsigned type) const
+{
+    const auto* input = m_description == nullptr ? nullptr : m_description->input(identifier);
+    if (input == nullptr || input->type == ValueType::Unknown || type == ValueType::Unknown)
+        return true;
+    const auto index = static_cast<std::size_t>(input - m_description->inputs.data());
+    const unsigned accepted = withBothTexts(m_description->acceptedTypes(index, fedTypes()));
+    if (type == FunctionType::NoOutput)
+        return FunctionType::includes(accepted, type);
+    return (accepted & type & FunctionType::AnyValue) != 0;
 }
 
 Uid FuncNodeController::uid() const

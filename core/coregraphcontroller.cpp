@@ -173,22 +173,26 @@ bool GraphController::connectWith(const char* className, ConnectorController& a,
     const Ends ends(a, b);
     if (&a.node() == &b.node() || !ends.areComplete() || !holds(a.node()) || !holds(b.node()))
         return false;
-    NodeController& target = ends.input->node();
-    const DataPointerBox<ConnexionList> connexions(target.connexions());
-    const bool isThere = ends.input->isConnectedTo(*ends.output);
-    if (!isThere && !target.canConnect(*ends.output, *ends.input))
+    if (!ends.input->isConnectedTo(*ends.output) &&
+        !ends.input->node().canConnect(*ends.output, *ends.input))
         return false;
+    return makeConnection(className, *ends.output, *ends.input, replace);
+}
+
+bool GraphController::makeConnection(const char* className, OutputConnectorController& output,
+                                     InputConnectorController& input, bool replace)
+{
+    const DataPointerBox<ConnexionList> connexions(input.node().connexions());
     const Transaction transaction(historyText(className, "CONNECT_TWO_NODES_HISTORY_DESC"));
     if (replace) {
-        const std::vector<ConnectorController*> sources = ends.input->targets();
+        const std::vector<ConnectorController*> sources = input.targets();
         for (ConnectorController* source : sources)
-            disconnect(*ends.input, *source);
+            disconnect(input, *source);
     }
-    if (target.canConnect(*ends.output, *ends.input))
-        runEdit(connexions,
-                ends.output->node().connectionInfo(*ends.output, ends.input->identifier()),
-                &applyConnect, QString());
-    return ends.output->isConnectedTo(*ends.input);
+    if (!input.isConnectedTo(output))
+        runEdit(connexions, output.node().connectionInfo(output, input.identifier()), &applyConnect,
+                QString());
+    return output.isConnectedTo(input);
 }
 
 bool GraphController::disconnectWith(const char* className, ConnectorController& a,

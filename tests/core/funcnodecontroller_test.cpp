@@ -243,18 +243,75 @@ TEST_F(FuncNode, ATypeThatTravelsInACircleComesToRest)
     EXPECT_TRUE(canBeUndone());
 }
 
-TEST_F(FuncNode, InputsThatDisagreeLeaveTheType)
+TEST_F(FuncNode, InputsThatComeToDisagreeLeaveTheType)
 {
-    open(aFunctionNode(1, "add", 256, aLink("a", 2)) + aNumber(2) + aPair(3));
-    EXPECT_TRUE(connect(3, 1, "b"));
+    open(aFunctionNode(1, "add", 256, aLink("a", 2) + aLink("b", 4)) + aNumber(2) + aPair(3) +
+         aFunctionNode(4, "neg", 256));
+    EXPECT_TRUE(connect(3, 4, "a"));
+    EXPECT_EQ(node(4).outputType(), 512u);
     EXPECT_EQ(node(1).outputType(), 256u);
 }
 
 TEST_F(FuncNode, ATypeThatTheFunctionDoesNotTakeLeavesTheType)
 {
-    open(aFunctionNode(1, "mulscalar", 512) + aNumber(2));
-    EXPECT_TRUE(connect(2, 1, "a"));
+    open(aFunctionNode(1, "mulscalar", 512, aLink("a", 3)) + aNumber(2) +
+         aFunctionNode(3, "neg", 512));
+    EXPECT_TRUE(connect(2, 3, "a"));
+    EXPECT_EQ(node(3).outputType(), 256u);
     EXPECT_EQ(node(1).outputType(), 512u);
+}
+
+struct ConnectionCase
+{
+    const char* name;
+    const char* function; // whose input "b", "a" or another is to be connected
+    const char* input;
+    unsigned type; // of the source
+    bool isAccepted;
+};
+
+class FuncNodeConnection : public FuncNode, public testing::WithParamInterface<ConnectionCase>
+{};
+
+TEST_P(FuncNodeConnection, IsMadeForTypesThatTheFunctionTakes)
+{
+    const ConnectionCase& tried = GetParam();
+    open(aFunctionNode(1, tried.function, 256, aLink("a", 2)) + aPair(2) +
+         aFunctionNode(3, "mystery", tried.type));
+    EXPECT_EQ(connect(3, 1, tried.input), tried.isAccepted);
+    EXPECT_TRUE(canBeUndone());
+}
+
+constexpr unsigned Nothing = 524288; // the type of a node without a value
+INSTANTIATE_TEST_SUITE_P(
+    Types, FuncNodeConnection,
+    testing::Values(ConnectionCase{"OfTheGenericType", "add", "b", 512, true},
+                    ConnectionCase{"OfAnotherType", "add", "b", 256, false},
+                    ConnectionCase{"OfAFixedType", "lerp", "x", 256, true},
+                    ConnectionCase{"OfAnotherThanTheFixedType", "lerp", "x", 16, false},
+                    ConnectionCase{"OutsideTheSetOfTheFunction", "mulscalar", "a", 256, false},
+                    ConnectionCase{"WithinTheSetOfTheFunction", "mulscalar", "a", 1024, true},
+                    ConnectionCase{"StillOpenWithOneThatFits", "lerp", "x", 3856, true},
+                    ConnectionCase{"StillOpenWithNoneThatFits", "lerp", "x", 240, false},
+                    ConnectionCase{"Unknown", "lerp", "x", 0, true},
+                    ConnectionCase{"NothingForAFlow", "if", "ifpath", Nothing, true},
+                    ConnectionCase{"NothingForAValue", "lerp", "x", Nothing, false},
+                    ConnectionCase{"ToAnUnknownFunction", "enigma", "a", 4, true}),
+    caseName<ConnectionCase>);
+
+TEST_F(FuncNode, AConnectionOfAFileStaysWhateverItsType)
+{
+    open(aFunctionNode(1, "sin", 256, aLink("a", 2)) + aPair(2));
+    EXPECT_TRUE(node(1).inputConnector(0)->isConnectedTo(*node(2).outputConnector(0)));
+    EXPECT_TRUE(connect(2, 1, "a"));
+    EXPECT_EQ(node(1).connexions()->size(), 1u);
+}
+
+TEST_F(FuncNode, AConnectionOfAFileMovesToAnotherSourceWhateverItsType)
+{
+    open(aFunctionNode(1, "sin", 256, aLink("a", 2)) + aPair(2) + aPair(3));
+    graph().replaceSource(node(2), node(3));
+    EXPECT_TRUE(node(1).inputConnector(0)->isConnectedTo(*node(3).outputConnector(0)));
 }
 
 TEST_F(FuncNode, ASourceOfUnknownTypeLeavesTheType)

@@ -56,6 +56,9 @@ public:
     bool isVariantConnector(const std::string& identifier) const override;
     void appendInputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
     void appendOutputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
+    // Not a source of which no type fits the function, beside what its other inputs get.
+    bool canConnect(const OutputConnectorController& source,
+                    const InputConnectorController& connector) const override;
     Uid uid() const override;
     // As the document says; a set of types while it is open which one of them it is.
     unsigned outputType() const override;
@@ -87,6 +90,7 @@ private:
     bool updateUnknownInputs();
     void onConnexions(const Orv::Data::DataMessage& message);
     void onConnexions();
+    bool acceptsType(const std::string& input, unsigned type) const;
     // The type that feeds each input of the description, 0 where it is open.
     std::vector<unsigned> fedTypes() const;
 

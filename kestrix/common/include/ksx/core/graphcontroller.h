@@ -80,6 +80,9 @@ protected:
     // The parts of connect() and disconnect(), under the history texts of a kind of graph.
     bool connectWith(const char* className, ConnectorController& a, ConnectorController& b,
                      bool replace);
+    // The part behind the checks. What may not be connected is connected all the same.
+    bool makeConnection(const char* className, OutputConnectorController& output,
+                        InputConnectorController& input, bool replace);
     bool disconnectWith(const char* className, ConnectorController& a, ConnectorController& b);
     // All connections of a node's inputs and outputs.
     void disconnectAll(NodeController& node);
