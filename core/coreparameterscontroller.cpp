@@ -1,5 +1,6 @@
 #include "ksx/core/parameterscontroller.h"
 
+#include "data/content/graph.h"
 #include "data/content/parameter.h"
 #include "data/desc/valuetype.h"
 #include <algorithm>
@@ -100,6 +101,16 @@ std::size_t ParametersController::count() const
 ParameterController& ParametersController::at(std::size_t index)
 {
     return row(index, *descriptions()[index]);
+}
+
+InheritedParamsListener* ParametersController::inherited()
+{
+    const auto& scope = m_context.objects();
+    const auto* graph =
+        scope.empty() ? nullptr : dynamic_cast<const Data::Content::Graph*>(scope.front().get());
+    if (m_inherited == nullptr && graph != nullptr)
+        m_inherited = std::make_unique<InheritedParamsListener>(graph->baseParameters());
+    return m_inherited.get();
 }
 
 void ParametersController::setDescriptions(Groups groups, bool hasPrimaryInput)

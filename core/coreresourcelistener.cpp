@@ -7,6 +7,7 @@
 #include "data/filename.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/objecturl.h"
 #include <QFile>
 #include <cmath>
 #include <fcntl.h>
@@ -123,6 +124,11 @@ void ResourceListener::setCookedQuality(float quality)
 {
     if (m_resource && std::isfinite(quality))
         runTransaction(m_resource->cookedQuality(), Float1{{quality}}, "SET_COOKED_QUALITY");
+}
+
+std::vector<DataPointerBox<CompNode>> ResourceListener::users(const Graph& graph) const
+{
+    return resourceUsers(m_resource ? objectUrl(*m_resource) : std::string(), graph);
 }
 
 std::unique_ptr<QFile> ResourceListener::open() const

@@ -356,6 +356,8 @@ TEST(ResourceUsersOfAGraph, AreFoundByTheUrlOfAnOpenResource)
         "/nowhere/a.obl", 12);
 
     EXPECT_EQ(resourceUsers(objectUrl(package.content().at(0)), *graphIn(package, 1)).size(), 1u);
+    const auto& resource = dynamic_cast<const Resource&>(package.content().at(0));
+    EXPECT_EQ(ResourceListener::of(resource).users(*graphIn(package, 1)).size(), 1u);
 }
 
 } // namespace

@@ -506,6 +506,8 @@ TEST_F(RetrieveDependency, AnswersTheDependencyOfAParameter)
     EXPECT_EQ(behavior.retrieve(text), Uid{200});
     EXPECT_EQ(behavior.retrieve(number), std::nullopt);
     EXPECT_EQ(usedBy(*user), Uids()); // no document has that behaviour
+    EXPECT_EQ(Ksx::Core::Behavior::ParameterListening(text).references().size(), 1u);
+    EXPECT_TRUE(Ksx::Core::Behavior::ParameterListening(number).references().empty());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "data/desc/parametergroup.h"
 #include "ksx/core/datacontext.h"
+#include "ksx/core/inheritedparamslistener.h"
 #include "ksx/core/parametercontroller.h"
 #include <cstddef>
 #include <memory>
@@ -39,6 +40,10 @@ public:
     std::size_t count() const;
     ParameterController& at(std::size_t index);
 
+    // Tells of changes of the graph's own parameters, which the rows may inherit. Made at the first
+    // call; null for the parameters of a graph.
+    InheritedParamsListener* inherited();
+
     // Rebuilds the rows in place for a node that is described anew. A row whose identifier is still
     // there stays, under its new description; stored values are left as they are.
     void setDescriptions(Groups groups, bool hasPrimaryInput);
@@ -67,8 +72,9 @@ private:
     DataContext m_context;
     Groups m_groups;
     bool m_hasNoInput;
-    mutable std::unique_ptr<RowIndex> m_index; // made at the first question
-    Rows m_rows;                               // by index; short, or null, where none was asked for
+    std::unique_ptr<InheritedParamsListener> m_inherited; // null until it is asked for
+    mutable std::unique_ptr<RowIndex> m_index;            // made at the first question
+    Rows m_rows; // by index; short, or null, where none was asked for
     LazySignal<std::size_t> m_removed;
     LazySignal<std::size_t> m_added;
 };

@@ -42,6 +42,10 @@ public:
     void setCookedFormat(std::uint32_t format);
     void setCookedQuality(float quality);
 
+    // The filter nodes of a graph that show the resource; see resourceUsers().
+    std::vector<Orv::Data::DataPointerBox<Data::Content::CompNode>>
+    users(const Data::Content::Graph& graph) const;
+
     // The linked file, open for reading. Null, with a report in the log, if it cannot be opened or
     // nothing can be read from it. An empty file can be read.
     std::unique_ptr<QFile> open() const;

@@ -6,6 +6,19 @@
 
 namespace Ksx::Core::Behavior {
 
+// Watches one parameter: the references that its value holds, as it now is.
+class ParameterListening
+{
+public:
+    explicit ParameterListening(const Data::Content::Parameter& parameter) : m_parameter(&parameter)
+    {}
+    // None for a value that is no text, and once the parameter has died. They point into its value.
+    RetrieveDependency::References references() const;
+
+private:
+    Orv::Data::DataPointerBox<Data::Content::Parameter> m_parameter;
+};
+
 // The reference is the value of a parameter that is a text. No document has it: the behaviours of
 // nodes look after the parameters that count.
 class RetrieveParameterDependency final
