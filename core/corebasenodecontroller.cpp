@@ -1,8 +1,12 @@
 #include "ksx/core/basenodecontroller.h"
 
+#include "core/listenersimple.h"
 #include "data/content/layoutmanipulators.h"
+#include "data/datamessage.h"
 #include "ksx/core/constantvalue.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/graphcontroller.h"
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -45,6 +49,44 @@ QString history(const char* key)
 
 } // namespace
 
+class BaseNodeController::NodeWatch final
+    : public Orv::Core::ListenerSimple<0, Orv::Data::ChangeType::Descendant>
+{
+public:
+    explicit NodeWatch(BaseNodeController& node) : m_node(node) {}
+    void deliver(const Orv::Data::DataMessage& message) override { m_node.onNode(message); }
+
+private:
+    BaseNodeController& m_node;
+};
+
+BaseNodeController::BaseNodeController(GraphController& graph) : NodeController(graph) {}
+
+BaseNodeController::~BaseNodeController() = default;
+
+void BaseNodeController::begin(const Orv::Data::BaseObject& node)
+{
+    buildConnectors();
+    m_toldPosition = position();
+    m_toldDepth = depth();
+    m_nodeWatch = std::make_unique<NodeWatch>(*this);
+    listenTo(node, *m_nodeWatch);
+}
+
+void BaseNodeController::onNode(const Orv::Data::DataMessage& message)
+{
+    graph().followUid(*this, editableContext(message));
+    const QPointF place = position();
+    const bool isMoved = std::exchange(m_toldPosition, place) != place;
+    const float present = depth();
+    const bool isDeeper = std::exchange(m_toldDepth, present) != present;
+    if (isMoved)
+        positionChanged(place);
+    if (isDeeper)
+        depthChanged(present);
+    tellOutputType();
+}
+
 QPointF BaseNodeController::position() const
 {
     const GUILayout* place = layout();
@@ -56,9 +98,8 @@ QPointF BaseNodeController::position() const
 
 void BaseNodeController::setPosition(const QPointF& position)
 {
-    if (runEdit(DataPointerBox<GUILayout>(layout()), position, &applyPosition,
-                history("MOVE_NODE_HISTORY_DESC")))
-        positionChanged(this->position());
+    runEdit(DataPointerBox<GUILayout>(layout()), position, &applyPosition,
+            history("MOVE_NODE_HISTORY_DESC"));
 }
 
 float BaseNodeController::depth() const
@@ -69,9 +110,8 @@ float BaseNodeController::depth() const
 
 void BaseNodeController::setDepth(float depth)
 {
-    if (runEdit(DataPointerBox<GUILayout>(layout()), depth, &applyDepth,
-                history("SET_DEPTH_NODE_HISTORY_DESC")))
-        depthChanged(depth);
+    runEdit(DataPointerBox<GUILayout>(layout()), depth, &applyDepth,
+            history("SET_DEPTH_NODE_HISTORY_DESC"));
 }
 
 } // namespace Ksx::Core

@@ -19,8 +19,11 @@
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/packageof.h"
 #include "ksx/core/parameterscontroller.h"
+#include "ksx/core/resourcelistener.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
+#include <QFile>
+#include <algorithm>
 
 namespace Ksx::Core {
 
@@ -76,12 +79,14 @@ CompFilterNodeController::CompFilterNodeController(const CompNode& node, const C
     : CompNodeController(node, graph), m_description(findDescription(filter)), m_filter(&filter),
       m_groups(groupsOf(m_description))
 {
-    buildConnectors();
-    if (description(ColorSwitch) == nullptr)
+    begin(node);
+    const bool hasResource = !resourceParameterOf(filter.filter().get()).empty();
+    if (description(ColorSwitch) == nullptr && !hasResource)
         return;
     m_watch = std::make_unique<ParametersWatch>(*this);
     listenTo(filter.parameters(), *m_watch);
     m_colorSwitch = colorSwitch();
+    readResource();
 }
 
 CompFilterNodeController::~CompFilterNodeController() = default;
@@ -178,7 +183,8 @@ void CompFilterNodeController::appendInputConnectorNames(std::vector<ConnectorEn
     for (const DescParameter* input : m_description->inputs)
         entries.push_back(
             {input->identifier,
-             QCoreApplication::translate("Ksx::Data::Desc::Filters", input->nameKey.c_str()), 0});
+             QCoreApplication::translate("Ksx::Data::Desc::Filters", input->nameKey.c_str()), 0,
+             QCoreApplication::translate("Ksx::Data::Desc::Filters", input->descKey.c_str())});
 }
 
 unsigned CompFilterNodeController::connectorUsage(const std::string&) const
@@ -212,7 +218,6 @@ bool CompFilterNodeController::setOutputTypeFromInput(unsigned type, Manipulator
     }
     for (const CompOutput& output : node()->compOutputs())
         ManipulatorStruct<CompOutput>(output, *context).comptype().value().set(type);
-    outputTypeChanged(type);
     return true;
 }
 
@@ -267,9 +272,25 @@ std::optional<bool> CompFilterNodeController::colorSwitch() const
     return isColor == nullptr ? std::nullopt : std::optional<bool>(*isColor);
 }
 
+void CompFilterNodeController::readResource()
+{
+    const std::string name =
+        m_filter ? resourceParameterOf(m_filter->filter().get()) : std::string();
+    const auto isPath = [&](const Parameter& parameter) { return parameter.name().get() == name; };
+    const bool isStored = m_filter && std::any_of(m_filter->parameters().begin(),
+                                                  m_filter->parameters().end(), isPath);
+    const Resource* const found = isStored ? resource() : nullptr;
+    if (m_resource == found)
+        return;
+    m_resource.reset(found);
+    if (found != nullptr && isAttached(*found))
+        ResourceListener::of(*found).isReachable(); // reports a file that cannot be read
+}
+
 // Only a change of the switch itself sets the type: another edit leaves alone what a file says.
 void CompFilterNodeController::onParameters(const Orv::Data::DataMessage& message)
 {
+    readResource();
     const std::optional<bool> isColor = colorSwitch();
     if (isColor == m_colorSwitch)
         return;

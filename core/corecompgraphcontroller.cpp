@@ -64,6 +64,7 @@ struct AddFilterParameters
 struct AddInstanceParameters
 {
     DataPointerBox<Graph> graph;
+    std::string path;
     Uid uid = NoUid; // filled by the edit
 };
 
@@ -174,23 +175,25 @@ bool applyAddInstance(GraphManipulator graph, const DataPointerBoxMasterKey&,
                       AddInstanceParameters& added)
 {
     auto instance = std::make_unique<CompInstance>();
-    std::string path;
-    if (added.graph)
-        path = objectUrl(*added.graph);
-    // A name that cannot stand in a path, or that another graph has as well, leads elsewhere.
+    const std::string path = added.graph ? objectUrl(*added.graph) : added.path;
     const Package* package = packageOf(*graph.get());
-    if (!path.empty() && package != nullptr &&
-        resolveObjectUrl(path, *package) != added.graph.get())
-        return false;
+    const Graph* instantiated = path.empty() ? nullptr : added.graph.get();
+    if (!path.empty() && package != nullptr) {
+        const auto* found = dynamic_cast<const Graph*>(resolveObjectUrl(path, *package));
+        // A name that cannot stand in a path, or that another graph has as well, leads elsewhere.
+        if (added.graph && found != instantiated)
+            return false;
+        instantiated = found;
+    }
     instance->path().value().assign(path);
     added.uid = newNodeUid(graph.compNodes());
     CompInstance& made = *instance;
     auto node = makeNode(added.uid, std::move(instance));
-    if (!path.empty()) {
-        const std::vector<unsigned> types = typesOfGraphOutputs(*added.graph);
+    if (instantiated != nullptr) {
+        const std::vector<unsigned> types = typesOfGraphOutputs(*instantiated);
         std::size_t index = 0;
         std::unordered_set<Uid> taken;
-        for (const GraphOutput& output : added.graph->graphOutputs()) {
+        for (const GraphOutput& output : instantiated->graphOutputs()) {
             auto bridging = std::make_unique<OutputBridging>();
             bridging->uid().assign(addOutput(*node, types[index++], taken));
             bridging->identifier().assign(output.identifier().get());
@@ -293,6 +296,14 @@ CompGraphController::CompGraphController(const Graph& graph)
     m_rootOutputs.follow(graph.root().rootOutputs());
     m_nodes.follow(graph.compNodes());
     settleAll();
+    listenTo(graph.primaryInput().value(), m_primaryListener);
+}
+
+// What the parameters are relative to depends on whether there is a primary input.
+void CompGraphController::onPrimaryInput()
+{
+    if (m_graph)
+        m_parameters->setDescriptions(commonGroups(), hasPrimaryInput(*m_graph));
 }
 
 CompGraphController::~CompGraphController()
@@ -331,6 +342,7 @@ CompGraphController::NodeList::Callbacks CompGraphController::nodeCallbacks()
         nodeAboutToBeRemoved(&node, index);
         leaveNode(node);
     };
+    callbacks.moved = [this] { reorderNamesakes(); };
     return callbacks;
 }
 
@@ -385,28 +397,36 @@ CompFilterNodeController* CompGraphController::addAtomicFilter(FilterKind filter
 
 CompFilterNodeController* CompGraphController::addAtomicFilter(unsigned filter)
 {
-    return nodeOf<CompFilterNodeController>(addNode(
-        m_graph, AddFilterParameters{filter}, &applyAddFilter, "ADD_ATOMIC_FILTER_HISTORY_DESC"));
+    const DataPointerBox<CompGraphController> self(this);
+    const Uid uid = addNode(m_graph, AddFilterParameters{filter}, &applyAddFilter,
+                            "ADD_ATOMIC_FILTER_HISTORY_DESC");
+    return self ? nodeOf<CompFilterNodeController>(uid) : nullptr;
 }
 
 CompInstanceNodeController*
-CompGraphController::addInstanceNode(const DataPointerBox<Graph>& instantiated)
+CompGraphController::addInstanceNode(const DataPointerBox<Graph>& instantiated,
+                                     const std::string& path)
 {
-    return nodeOf<CompInstanceNodeController>(addNode(m_graph, AddInstanceParameters{instantiated},
-                                                      &applyAddInstance,
-                                                      "ADD_INSTANCE_NODE_HISTORY_DESC"));
+    const DataPointerBox<CompGraphController> self(this);
+    const Uid uid = addNode(m_graph, AddInstanceParameters{instantiated, path}, &applyAddInstance,
+                            "ADD_INSTANCE_NODE_HISTORY_DESC");
+    return self ? nodeOf<CompInstanceNodeController>(uid) : nullptr;
 }
 
 CompInputNodeController* CompGraphController::addInputNode(const BridgeEntry& entry)
 {
-    return nodeOf<CompInputNodeController>(addNode(
-        m_graph, AddBridgeParameters{entry}, &applyAddInputNode, "ADD_INPUT_NODE_HISTORY_DESC"));
+    const DataPointerBox<CompGraphController> self(this);
+    const Uid uid = addNode(m_graph, AddBridgeParameters{entry}, &applyAddInputNode,
+                            "ADD_INPUT_NODE_HISTORY_DESC");
+    return self ? nodeOf<CompInputNodeController>(uid) : nullptr;
 }
 
 CompOutputNodeController* CompGraphController::addOutputNode(const BridgeEntry& entry)
 {
-    return nodeOf<CompOutputNodeController>(addNode(
-        m_graph, AddBridgeParameters{entry}, &applyAddOutputNode, "ADD_OUTPUT_NODE_HISTORY_DESC"));
+    const DataPointerBox<CompGraphController> self(this);
+    const Uid uid = addNode(m_graph, AddBridgeParameters{entry}, &applyAddOutputNode,
+                            "ADD_OUTPUT_NODE_HISTORY_DESC");
+    return self ? nodeOf<CompOutputNodeController>(uid) : nullptr;
 }
 
 void CompGraphController::removeNode(NodeController& node, bool disconnect)
@@ -414,9 +434,6 @@ void CompGraphController::removeNode(NodeController& node, bool disconnect)
     auto* const removed = dynamic_cast<CompNodeController*>(&node);
     if (removed == nullptr || &removed->graph() != this)
         return;
-    const Transaction transaction(history("REMOVE_NODE_HISTORY_DESC"));
-    if (disconnect)
-        disconnectAll(node);
     RemoveNodeParameters parameters{DataPointerBox<CompNode>(removed->node()), {}, {}};
     if (const auto* bridge = dynamic_cast<CompInputNodeController*>(removed)) {
         if (const InputController* input = bridge->input())
@@ -424,7 +441,11 @@ void CompGraphController::removeNode(NodeController& node, bool disconnect)
     } else if (const auto* output = dynamic_cast<CompOutputNodeController*>(removed)) {
         parameters.output = output->output();
     }
-    runEdit(m_graph, parameters, &applyRemoveNode, QString());
+    const DataPointerBox<Graph> graph = m_graph; // this may die of the disconnecting
+    const Transaction transaction(history("REMOVE_NODE_HISTORY_DESC"));
+    if (disconnect)
+        disconnectAll(node);
+    runEdit(graph, parameters, &applyRemoveNode, QString());
 }
 
 bool CompGraphController::connect(ConnectorController& a, ConnectorController& b, bool replace)

@@ -35,7 +35,7 @@ CompInputNodeController::CompInputNodeController(const CompNode& node,
     : CompNodeController(node, graph), m_bridge(&bridge),
       m_watch(std::make_unique<TypeWatch>(*this)), m_type(0)
 {
-    buildConnectors();
+    begin(node);
     m_type = primaryType();
     listenTo(bridge.entry(), *m_watch);
     if (const InputController* found = input())
@@ -69,23 +69,30 @@ void CompInputNodeController::appendOutputConnectorNames(std::vector<ConnectorEn
 {
     const std::size_t first = entries.size();
     CompNodeController::appendOutputConnectorNames(entries);
-    for (std::size_t i = first; i < entries.size(); ++i)
+    for (std::size_t i = first; i < entries.size(); ++i) {
         entries[i].label =
             QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_NAME");
+        entries[i].tooltip =
+            QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_DESC");
+    }
 }
 
 const Data::Desc::Parameter*
 CompInputNodeController::description(const std::string& identifier) const
 {
-    return Data::Desc::DescriptionTables::instance().commonParameters()->find(
-        std::string_view(identifier).substr(0, identifier.find('/')));
+    const std::string_view name = std::string_view(identifier).substr(0, identifier.find('/'));
+    for (const auto& group : parameterDescriptions())
+        if (const Data::Desc::Parameter* found = group->find(name))
+            return found;
+    return nullptr;
 }
 
 const std::vector<Data::Desc::ParameterGroupPointer>&
 CompInputNodeController::parameterDescriptions() const
 {
     static const std::vector<Data::Desc::ParameterGroupPointer> groups{
-        Data::Desc::DescriptionTables::instance().commonParameters()};
+        Data::Desc::DescriptionTables::instance().commonParameters(),
+        Data::Desc::DescriptionTables::instance().inputParameters()};
     return groups;
 }
 
@@ -95,7 +102,7 @@ void CompInputNodeController::onInputs(const Orv::Data::DataMessage& message)
     if (type == m_type)
         return;
     m_type = type;
-    outputTypeChanged(type);
+    tellOutputType();
     propagateOutputType(editableContext(message));
 }
 

@@ -14,6 +14,7 @@
 #include "ksx/core/connexionslistener.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphcontrollerlistener.h"
+#include "ksx/core/graphoutputtype.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/inputparameter.h"
 #include "ksx/core/keyindex.h"
@@ -24,6 +25,7 @@
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace Ksx::Core {
@@ -42,6 +44,22 @@ std::shared_ptr<ParameterGroup> mainGroup()
 {
     return std::make_shared<ParameterGroup>(GroupRole::Main, "Instance_parameters",
                                             "INSTANCE_PARAMETERS", "INSTANCE_PARAMETERS");
+}
+
+QString translated(const char* key)
+{
+    return QCoreApplication::translate("Ksx::Data::Desc::Filters", key);
+}
+
+Data::Desc::FilterOutput outputOf(const GraphOutput& output, unsigned type)
+{
+    const std::string& identifier = output.identifier().get();
+    const std::string& label = output.attributes().label().get();
+    Data::Desc::FilterOutput described{identifier, label.empty() ? identifier : label,
+                                       output.attributes().description().get(), type};
+    for (const Usage& usage : output.usages())
+        described.usages.push_back({usage.name().get(), usage.components().get()});
+    return described;
 }
 
 // Returns the common parameters without those that a value input hides by its identifier. The
@@ -92,7 +110,7 @@ CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
       m_pathListener(std::make_unique<PathListener>(*this))
 {
     describe();
-    buildConnectors();
+    begin(node);
     listenTo(instance.path().value(), *m_pathListener);
     listenTo(instance.outputBridgings(), *m_pathListener);
 }
@@ -144,6 +162,9 @@ void CompInstanceNodeController::describeGraph(const Graph& graph)
         m_description.inputs.push_back(&kept);
         m_inputsByName.emplace(kept.identifier, &kept);
     }
+    const std::vector<unsigned> types = typesOfGraphOutputs(graph);
+    for (const GraphOutput& output : graph.graphOutputs())
+        m_description.outputs.push_back(outputOf(output, types[m_description.outputs.size()]));
     m_description.groups.push_back(commonGroupBeside(groups));
     m_description.groups.insert(m_description.groups.end(), groups.begin(), groups.end());
 }
@@ -154,6 +175,19 @@ void CompInstanceNodeController::describeGhost()
     m_description.descKey = "GHOST_GRAPH_DESC";
     m_description.groups.push_back(Data::Desc::DescriptionTables::instance().commonParameters());
     m_description.groups.push_back(mainGroup());
+    if (!m_instance)
+        return;
+    for (const OutputBridging& bridging : m_instance->outputBridgings()) {
+        const std::string& identifier = bridging.identifier().get();
+        m_description.outputs.push_back(
+            {identifier,
+             translated("GHOST_OUTPUT_ENTRY_%1")
+                 .replace(QStringLiteral("%1"), QString::fromLatin1(identifier.c_str()))
+                 .toLatin1()
+                 .toStdString(),
+             translated("GHOST_OUTPUT_ENTRY_DESC").toLatin1().toStdString(),
+             typeOfOutput(bridging.uid().get())});
+    }
 }
 
 const GraphOutput*
@@ -214,7 +248,8 @@ void CompInstanceNodeController::appendInputConnectorNames(
     std::unordered_set<std::string> known;
     for (const DescParameter* input : m_description.inputs)
         if (known.insert(input->identifier).second)
-            entries.push_back({input->identifier, QString::fromLatin1(input->nameKey.c_str()), 0});
+            entries.push_back({input->identifier, QString::fromLatin1(input->nameKey.c_str()), 0,
+                               QString::fromLatin1(input->descKey.c_str())});
     if (m_referenced || connexions() == nullptr)
         return;
     for (const Connexion& connexion : *connexions())
@@ -227,17 +262,20 @@ void CompInstanceNodeController::appendOutputConnectorNames(
 {
     if (node() == nullptr)
         return;
-    for (const CompOutput& output : node()->compOutputs()) {
-        ConnectorEntry entry{std::string(), {}, output.uid().get()};
+    std::unordered_map<std::string_view, const Data::Desc::FilterOutput*> described;
+    for (const Data::Desc::FilterOutput& output : m_description.outputs)
+        described.emplace(output.identifier, &output);
+    for (const CompOutput& compOutput : node()->compOutputs()) {
+        ConnectorEntry entry{std::string(), {}, compOutput.uid().get()};
         const auto name = m_outputNames.find(entry.uid);
         if (name != m_outputNames.end())
             entry.identifier = name->second;
-        if (m_referenced)
-            entry.label = QString::fromLatin1(entry.identifier.c_str());
-        else
-            entry.label =
-                QCoreApplication::translate("Ksx::Data::Desc::Filters", "GHOST_OUTPUT_ENTRY_%1")
-                    .replace(QStringLiteral("%1"), QString::fromLatin1(entry.identifier.c_str()));
+        entry.label = QString::fromLatin1(entry.identifier.c_str());
+        const auto output = described.find(entry.identifier);
+        if (output != described.end()) {
+            entry.label = QString::fromLatin1(output->second->name.c_str());
+            entry.tooltip = QString::fromLatin1(output->second->tooltip.c_str());
+        }
         entries.push_back(std::move(entry));
     }
 }

@@ -158,7 +158,6 @@ void CompNodeController::onOutputsChanged(const Orv::Data::DataMessage& message)
     onConnectorsChanged();
     ManipulatorContext* context = editableContext(message);
     graph().retryConnectionsTo(*this, context);
-    outputTypeChanged(outputType());
     propagateOutputType(context);
 }
 

@@ -31,7 +31,7 @@ CompOutputNodeController::CompOutputNodeController(const CompNode& node,
                                                    CompGraphController& graph)
     : CompNodeController(node, graph), m_bridge(&bridge)
 {
-    buildConnectors();
+    begin(node);
 }
 
 CompOutputNodeController::~CompOutputNodeController() = default;
@@ -56,14 +56,15 @@ unsigned CompOutputNodeController::connectorType(const std::string& identifier) 
 
 bool CompOutputNodeController::isVariantConnector(const std::string& identifier) const
 {
-    return identifier == OutputNodeInput || identifier.empty();
+    return identifier == OutputNodeInput;
 }
 
 void CompOutputNodeController::appendInputConnectorNames(std::vector<ConnectorEntry>& entries) const
 {
-    entries.push_back({std::string(OutputNodeInput),
-                       QCoreApplication::translate("Ksx::Data::Desc::Filters", "INPUT_ENTRY_NAME"),
-                       0});
+    entries.push_back(
+        {std::string(OutputNodeInput),
+         QCoreApplication::translate("Ksx::Data::Desc::Filters", "INPUT_ENTRY_NAME"), 0,
+         QCoreApplication::translate("Ksx::Data::Desc::Filters", "INPUT_ENTRY_DESC")});
 }
 
 void CompOutputNodeController::appendOutputConnectorNames(std::vector<ConnectorEntry>&) const {}
@@ -82,6 +83,15 @@ unsigned CompOutputNodeController::outputType() const
         ->type();
 }
 
+// The node has no output, and so no variant one: its own type follows its input all the same.
+bool CompOutputNodeController::onInputTypeChanged(InputConnectorController&,
+                                                  const OutputConnectorController& source,
+                                                  ManipulatorContext* context)
+{
+    return context != nullptr && Data::Desc::ValueType::isImage(source.type()) &&
+           setOutputTypeFromInput(source.type(), context);
+}
+
 bool CompOutputNodeController::setOutputTypeFromInput(unsigned type, ManipulatorContext* context)
 {
     const unsigned current = m_bridge ? m_bridge->connectionColorType().get() : 0;
@@ -96,7 +106,6 @@ bool CompOutputNodeController::setOutputTypeFromInput(unsigned type, Manipulator
     }
     using BridgeManipulator = Orv::Core::ManipulatorStruct<CompOutputBridge>;
     BridgeManipulator(*m_bridge, *context).connectionColorType().set(type);
-    outputTypeChanged(type);
     return true;
 }
 

@@ -2,10 +2,12 @@
 
 #include "data/content/connexion.h"
 #include "data/datamessage.h"
+#include "data/shadowobject.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
+#include <algorithm>
 #include <iterator>
 #include <unordered_map>
 
@@ -25,6 +27,22 @@ void ConnexionsListener::refreshAll(Orv::Core::ManipulatorContext* context)
 {
     for (const auto& connection : m_connections)
         connection->refresh(context);
+    orderSources();
+}
+
+void ConnexionsListener::orderSources()
+{
+    const auto hasSeveral = [](const auto& connection) {
+        return connection->input() != nullptr && connection->input()->targets().size() > 1;
+    };
+    if (std::none_of(m_connections.begin(), m_connections.end(), hasSeveral))
+        return;
+    std::unordered_map<ConnectorController*, std::vector<ConnectorController*>> sources;
+    for (const auto& connection : m_connections)
+        if (hasSeveral(connection))
+            sources[connection->input()].push_back(connection->output());
+    for (auto& [input, outputs] : sources)
+        input->setTargets(std::move(outputs));
 }
 
 ConnectionController* ConnexionsListener::find(const ConnectorController& input,
@@ -42,7 +60,9 @@ void ConnexionsListener::deliver(const Orv::Data::DataMessage& message)
     if (list == nullptr)
         return;
     const bool isShapeAlone = (message.type & Orv::Data::ChangeType::Descendant) == 0;
-    if (isShapeAlone && isPlain(message.runs, list->size()))
+    const bool isLate = m_isAhead; // what the script tells is here already
+    m_isAhead = list->shadow() != nullptr && list->shadow()->hasPending();
+    if (isShapeAlone && !isLate && !m_isAhead && isPlain(message.runs, list->size()))
         followRuns(message, *list);
     else
         rearrange(message, *list);
@@ -61,15 +81,19 @@ bool ConnexionsListener::isPlain(const Orv::Data::ChangeRuns& runs, std::size_t 
     return expected == size;
 }
 
-// Those that leave let go of their ends before others take them.
+// Those that leave let go of their ends before others take them. Who hears of it may edit the list,
+// so that this has been read by then.
 void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const List& list)
 {
     std::vector<std::size_t> added;
+    std::vector<std::unique_ptr<ConnectionController>> gone;
     std::size_t place = 0;
     for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
         const auto begin = m_connections.begin() + static_cast<std::ptrdiff_t>(place);
         if (run.kind == Orv::Data::RunKind::Erased) {
-            m_connections.erase(begin, begin + static_cast<std::ptrdiff_t>(run.count));
+            const auto end = begin + static_cast<std::ptrdiff_t>(run.count);
+            std::move(begin, end, std::back_inserter(gone));
+            m_connections.erase(begin, end);
             continue;
         }
         if (run.kind == Orv::Data::RunKind::Inserted) {
@@ -83,8 +107,12 @@ void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const
         }
         place += run.count;
     }
+    gone.clear();
     for (const std::size_t index : added)
         m_connections[index]->refresh(editableContext(message));
+    const bool isAppended = added.empty() || added.front() + added.size() == m_connections.size();
+    if (!isAppended)
+        orderSources();
 }
 
 void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const List& list)

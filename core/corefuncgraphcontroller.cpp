@@ -67,9 +67,30 @@ bool applyRemoveNode(GraphManipulator graph, const DataPointerBoxMasterKey&,
     return true;
 }
 
-bool applySetOutput(GraphManipulator graph, const DataPointerBoxMasterKey&, Uid uid)
+struct SetOutputParameters
 {
-    writeRoot(graph, uid);
+    DataPointerBox<ParamNode> node;
+    Uid uid;                     // another one than the node has, if that cannot be a root
+    bool hasConnections = false; // those that name the former uid lead to the node
+};
+
+bool applySetOutput(GraphManipulator graph, const DataPointerBoxMasterKey&,
+                    const SetOutputParameters& output)
+{
+    auto nodes = graph.paramNodes();
+    const std::size_t index = output.node ? nodes.get()->indexOf(*output.node) : 0;
+    if (!output.node || index == nodes.get()->size())
+        return false;
+    const Uid former = output.node->uid().get();
+    if (former != output.uid)
+        nodes.at(index).uid().set(output.uid);
+    for (std::size_t i = 0; output.hasConnections && i < nodes.get()->size(); ++i) {
+        auto connexions = nodes.at(i).connexions();
+        for (std::size_t j = 0; j < connexions.get()->size(); ++j)
+            if (connexions.get()->at(j).connRef().value().get() == former)
+                connexions.at(j).connRef().value().set(output.uid);
+    }
+    writeRoot(graph, output.uid);
     return true;
 }
 
@@ -115,20 +136,21 @@ void replaceEntries(InputConnectorController& list, const OutputConnectorControl
 class FuncGraphController::Hold
 {
 public:
-    explicit Hold(FuncGraphController& graph) : m_graph(graph) { ++m_graph.m_holdCount; }
+    explicit Hold(FuncGraphController& graph) : m_graph(&graph) { ++graph.m_holdCount; }
     Hold(const Hold&) = delete;
     Hold& operator=(const Hold&) = delete;
     ~Hold()
     {
-        if (--m_graph.m_holdCount != 0)
+        FuncGraphController* const graph = m_graph.access();
+        if (graph == nullptr || --graph->m_holdCount != 0)
             return;
-        for (const auto& node : std::exchange(m_graph.m_untidy, {}))
+        for (const auto& node : std::exchange(graph->m_untidy, {}))
             if (node)
                 node.access()->dropUnusedInputs();
     }
 
 private:
-    FuncGraphController& m_graph;
+    DataPointerBox<FuncGraphController> m_graph; // which may die of an edit
 };
 
 FuncGraphController::FuncGraphController(const DynamicValue& graph)
@@ -161,6 +183,7 @@ FuncGraphController::NodeList::Callbacks FuncGraphController::nodeCallbacks()
         nodeAboutToBeRemoved(&node, index);
         leaveNode(node);
     };
+    callbacks.moved = [this] { reorderNamesakes(); };
     return callbacks;
 }
 
@@ -176,8 +199,10 @@ FuncNodeController* FuncGraphController::addAtomicFunction(unsigned function)
         return nullptr;
     const Uid uid =
         UidSource::shared().next([this](Uid used) { return nodeByUid(used) != nullptr; });
+    const DataPointerBox<FuncGraphController> self(this);
     if (!runEdit(m_graph, AddFunctionParameters{description, uid}, &applyAddFunction,
-                 historyText(ClassName, "ADD_ATOMIC_FUNCTION_HISTORY_DESC")))
+                 historyText(ClassName, "ADD_ATOMIC_FUNCTION_HISTORY_DESC")) ||
+        !self)
         return nullptr;
     return static_cast<FuncNodeController*>(nodeByUid(uid));
 }
@@ -187,14 +212,14 @@ void FuncGraphController::removeNode(NodeController& node, bool disconnect)
     auto* const removed = dynamic_cast<FuncNodeController*>(&node);
     if (removed == nullptr || &removed->graph() != this)
         return;
+    const RemoveNodeParameters parameters{DataPointerBox<ParamNode>(removed->node()),
+                                          removed->isOutputNode()};
+    const DataPointerBox<DynamicValue> graph = m_graph; // this may die of the disconnecting
     const Hold hold(*this);
     const Transaction transaction(historyText(ClassName, "REMOVE_NODE_HISTORY_DESC"));
     if (disconnect)
         disconnectAll(node);
-    runEdit(
-        m_graph,
-        RemoveNodeParameters{DataPointerBox<ParamNode>(removed->node()), removed->isOutputNode()},
-        &applyRemoveNode, QString());
+    runEdit(graph, parameters, &applyRemoveNode, QString());
 }
 
 bool FuncGraphController::connect(ConnectorController& a, ConnectorController& b, bool replace)
@@ -209,16 +234,23 @@ bool FuncGraphController::disconnect(ConnectorController& a, ConnectorController
     return disconnectWith(ClassName, a, b);
 }
 
-void FuncGraphController::replaceSource(FuncNodeController& source, FuncNodeController& replacement)
+void FuncGraphController::replaceSource(FuncNodeController& replaced,
+                                        FuncNodeController& replacement)
 {
-    if (&source.graph() != this || &replacement.graph() != this)
+    if (&replaced.graph() != this || &replacement.graph() != this)
         return;
     const Hold hold(*this);
-    OutputConnectorController& former = *source.outputConnector(0);
+    OutputConnectorController& former = *replaced.outputConnector(0);
     OutputConnectorController& output = *replacement.outputConnector(0);
-    const std::vector<ConnectorController*> targets = former.targets();
-    for (ConnectorController* target : targets) {
-        auto& input = static_cast<InputConnectorController&>(*target);
+    const DataPointerBox<FuncGraphController> self(this);
+    const DataPointerBox<OutputConnectorController> source(&former), other(&output);
+    std::vector<DataPointerBox<ConnectorController>> targets;
+    for (const ConnectorController* target : former.targets())
+        targets.emplace_back(target);
+    for (const auto& target : targets) {
+        if (!self || !source || !other || !target)
+            continue; // who heard of the last edit has taken it away
+        auto& input = static_cast<InputConnectorController&>(*target.access());
         // An input stands among the targets once for each of its connections.
         if (!input.isConnectedTo(former) || &input.node() == &replacement)
             continue;
@@ -246,7 +278,13 @@ bool FuncGraphController::setOutputNode(FuncNodeController& node)
     const bool hasValue = node.description() == nullptr || node.description()->hasOutput();
     if (!hasValue || &node.graph() != this || node.isOutputNode())
         return false;
-    return runEdit(m_graph, node.uid(), &applySetOutput,
+    SetOutputParameters output{DataPointerBox<ParamNode>(node.node()), node.uid()};
+    if (output.uid == 0) { // a root of 0 is none
+        output.uid = UidSource::shared().next(
+            [this](Uid used) { return used == 0 || nodeByUid(used) != nullptr; });
+        output.hasConnections = nodeByUid(0) == &node;
+    }
+    return runEdit(m_graph, output, &applySetOutput,
                    QStringLiteral("Debug: Setting a node as output"))
         .has_value();
 }

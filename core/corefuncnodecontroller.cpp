@@ -112,7 +112,7 @@ FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphControlle
     if (m_description != nullptr && m_description->data)
         m_data = makeFuncDataModifier(node.funcDatas(), *m_description->data);
     updateUnknownInputs();
-    buildConnectors();
+    begin(node);
     listenTo(node.connexions(), *m_connexionsWatch);
 }
 
@@ -294,9 +294,10 @@ void FuncNodeController::appendInputConnectorNames(std::vector<ConnectorEntry>& 
 
 void FuncNodeController::appendOutputConnectorNames(std::vector<ConnectorEntry>& entries) const
 {
-    entries.push_back({outputIdentifier(),
-                       QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_NAME"),
-                       0});
+    entries.push_back(
+        {outputIdentifier(),
+         QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_NAME"), 0,
+         QCoreApplication::translate("Ksx::Data::Desc::Filters", "ENTRY_OUTPUT_DESC")});
 }
 
 bool FuncNodeController::canConnect(const OutputConnectorController& source,
@@ -370,7 +371,6 @@ bool FuncNodeController::setOutputTypeFromInput(unsigned type, ManipulatorContex
     }
     using NodeManipulator = Orv::Core::ManipulatorStruct<ParamNode>;
     NodeManipulator(*m_node, *context).type().value().set(type);
-    outputTypeChanged(type);
     return true;
 }
 

@@ -41,6 +41,16 @@ bool applyDisconnect(ManipulatorList<Connexion> connexions, const DataPointerBox
     return true;
 }
 
+using ConnectorBox = DataPointerBox<ConnectorController>;
+
+std::vector<ConnectorBox> boxesOf(const std::vector<ConnectorController*>& connectors)
+{
+    std::vector<ConnectorBox> boxes;
+    for (const ConnectorController* connector : connectors)
+        boxes.emplace_back(connector);
+    return boxes;
+}
+
 // The input and the output of two connectors given in any order; both null if they are not that.
 struct Ends
 {
@@ -77,6 +87,8 @@ bool GraphController::disconnect(ConnectorController&, ConnectorController&)
 
 NodeController* GraphController::nodeByUid(Uid uid) const
 {
+    if (!m_unordered.empty() && m_unordered.erase(uid) != 0)
+        pickFirst(uid);
     const auto found = m_byUid.find(uid);
     return found == m_byUid.end() ? nullptr : found->second;
 }
@@ -103,21 +115,80 @@ void GraphController::retryConnectionsTo(const NodeController& node, Manipulator
     for (auto i = m_waiting.lower_bound({uid, 0}); i != m_waiting.end() && i->first.first == uid;
          ++i)
         waiting.push_back(i->second);
-    for (ConnectionController* connection : waiting)
+    std::set<NodeController*> targets;
+    for (ConnectionController* connection : waiting) {
         connection->refresh(context);
+        if (connection->input() != nullptr && connection->input()->targets().size() > 1)
+            targets.insert(&connection->target());
+    }
+    for (NodeController* target : targets)
+        target->m_connections->orderSources();
+}
+
+void GraphController::pickFirst(Uid uid) const
+{
+    const auto [first, last] = m_namesakes.equal_range(uid);
+    const auto found = m_byUid.find(uid);
+    if (found == m_byUid.end() || first == last)
+        return;
+    for (NodeController* node : nodes()) {
+        if (node == found->second)
+            return;
+        const auto other =
+            std::find_if(first, last, [&](const auto& i) { return i.second == node; });
+        if (other == last)
+            continue;
+        std::swap(other->second, found->second);
+        return;
+    }
+}
+
+void GraphController::settleNamesakes(Uid uid, ManipulatorContext* context)
+{
+    m_unordered.insert(uid);
+    const NodeController* first = nodeByUid(uid);
+    const auto [begin, end] = m_namesakes.equal_range(uid);
+    for (auto i = begin; i != end; ++i)
+        for (const auto& output : i->second->m_outputs)
+            i->second->releaseConnectionsOf(*output, false, context);
+    if (first != nullptr)
+        retryConnectionsTo(*first, context);
+}
+
+void GraphController::reorderNamesakes()
+{
+    std::set<Uid> uids;
+    for (const auto& [uid, node] : m_namesakes)
+        uids.insert(uid);
+    for (const Uid uid : uids)
+        settleNamesakes(uid, nullptr);
+}
+
+void GraphController::followUid(NodeController& node, ManipulatorContext* context)
+{
+    if (node.uid() == node.m_enteredUid)
+        return;
+    leaveIndex(node);
+    enterNode(node);
+    settleNode(node, context);
 }
 
 void GraphController::enterNode(NodeController& node)
 {
     node.m_enteredUid = node.uid();
-    if (!m_byUid.emplace(node.m_enteredUid, &node).second)
-        m_namesakes.emplace(node.m_enteredUid, &node);
+    if (m_byUid.emplace(node.m_enteredUid, &node).second)
+        return;
+    m_namesakes.emplace(node.m_enteredUid, &node);
+    m_unordered.insert(node.m_enteredUid);
 }
 
 void GraphController::settleNode(NodeController& node, ManipulatorContext* context)
 {
     node.m_connections->refreshAll(context);
-    retryConnectionsTo(node, context);
+    if (m_namesakes.count(node.m_enteredUid) != 0)
+        settleNamesakes(node.m_enteredUid, context);
+    else
+        retryConnectionsTo(node, context);
 }
 
 void GraphController::settleAll()
@@ -127,6 +198,12 @@ void GraphController::settleAll()
 }
 
 void GraphController::leaveNode(NodeController& node)
+{
+    node.m_connections->clear();
+    leaveIndex(node);
+}
+
+void GraphController::leaveIndex(NodeController& node)
 {
     const auto found = m_byUid.find(node.m_enteredUid);
     const auto [first, last] = m_namesakes.equal_range(node.m_enteredUid);
@@ -140,10 +217,10 @@ void GraphController::leaveNode(NodeController& node)
     } else if (found != m_byUid.end() && first != last) {
         found->second = first->second;
         m_namesakes.erase(first);
+        m_unordered.insert(node.m_enteredUid);
     } else if (found != m_byUid.end()) {
         m_byUid.erase(found);
     }
-    node.m_connections->clear();
     for (const auto& output : node.m_outputs)
         node.releaseConnectionsOf(*output, false, nullptr);
     if (const NodeController* heir = nodeByUid(node.m_enteredUid))
@@ -183,16 +260,21 @@ bool GraphController::makeConnection(const char* className, OutputConnectorContr
                                      InputConnectorController& input, bool replace)
 {
     const DataPointerBox<ConnexionList> connexions(input.node().connexions());
+    // Who hears of one command may take away what the next one needs.
+    const DataPointerBox<GraphController> self(this);
+    const ConnectorBox source(&output);
+    const ConnectorBox target(&input);
     const Transaction transaction(historyText(className, "CONNECT_TWO_NODES_HISTORY_DESC"));
-    if (replace) {
-        const std::vector<ConnectorController*> sources = input.targets();
-        for (ConnectorController* source : sources)
-            disconnect(input, *source);
-    }
+    if (replace)
+        for (const ConnectorBox& former : boxesOf(input.targets()))
+            if (self && target && former)
+                disconnect(input, *former.access());
+    if (!self || !source || !target)
+        return false;
     if (!input.isConnectedTo(output))
         runEdit(connexions, output.node().connectionInfo(output, input.identifier()), &applyConnect,
                 QString());
-    return output.isConnectedTo(input);
+    return source && target && output.isConnectedTo(input);
 }
 
 bool GraphController::disconnectWith(const char* className, ConnectorController& a,
@@ -212,15 +294,17 @@ bool GraphController::disconnectWith(const char* className, ConnectorController&
 
 void GraphController::disconnectAll(NodeController& node)
 {
-    const auto disconnectTargets = [this](ConnectorController& connector) {
-        const std::vector<ConnectorController*> targets = connector.targets();
-        for (ConnectorController* target : targets)
-            disconnect(connector, *target);
-    };
-    for (std::size_t i = 0; i < node.inputConnectorCount(); ++i)
-        disconnectTargets(*node.inputConnector(i));
-    for (std::size_t i = 0; i < node.outputConnectorCount(); ++i)
-        disconnectTargets(*node.outputConnector(i));
+    std::vector<ConnectorBox> connectors;
+    for (const auto& input : node.m_inputs)
+        connectors.emplace_back(input.get());
+    for (const auto& output : node.m_outputs)
+        connectors.emplace_back(output.get());
+    const DataPointerBox<GraphController> self(this);
+    for (const ConnectorBox& connector : connectors)
+        if (self && connector)
+            for (const ConnectorBox& target : boxesOf(connector->targets()))
+                if (self && connector && target)
+                    disconnect(*connector.access(), *target.access());
 }
 
 } // namespace Ksx::Core

@@ -170,14 +170,19 @@ void replaceByConstant(FuncNodeController& getter, const boost::any& value)
     FuncGraphController& graph = getter.funcGraph();
     FuncNodeController* constant =
         graph.addAtomicFunction(Data::Desc::constantOfGetter(getter.functionType()));
-    if (constant == nullptr)
-        return;
-    constant->setData(value);
-    constant->setPosition(getter.position());
-    graph.replaceSource(getter, *constant);
-    if (getter.isOutputNode())
+    // Who hears of one command may take away what the next one needs.
+    const Orv::Data::DataPointerBox<FuncNodeController> read(&getter), written(constant);
+    const auto areThere = [&] { return read && written; };
+    if (areThere())
+        constant->setData(value);
+    if (areThere())
+        constant->setPosition(getter.position());
+    if (areThere())
+        graph.replaceSource(getter, *constant);
+    if (areThere() && getter.isOutputNode())
         graph.setOutputNode(*constant);
-    graph.removeNode(getter, true);
+    if (areThere())
+        graph.removeNode(getter, true);
 }
 
 } // namespace

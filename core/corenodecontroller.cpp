@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <iterator>
 #include <unordered_map>
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -58,6 +59,14 @@ void NodeController::buildConnectors()
     rebuildOutputConnectors();
     if (const auto* list = connexions())
         m_connections->follow(*list);
+    m_toldType = primaryType();
+}
+
+void NodeController::tellOutputType()
+{
+    const unsigned type = primaryType();
+    if (std::exchange(m_toldType, type) != type)
+        outputTypeChanged(type);
 }
 
 void NodeController::indexConnectors()
@@ -88,6 +97,7 @@ void NodeController::rebuildOutputConnectors()
     m_outputs.clear();
     m_connectorIndex.reset();
     auto next = old.begin();
+    std::vector<ConnectorController*> added;
     for (const ConnectorEntry& entry : entries) {
         const auto found = findFrom(next, old, [&](const auto& output) {
             return output != nullptr && output->outputUid() == entry.uid &&
@@ -95,15 +105,19 @@ void NodeController::rebuildOutputConnectors()
         });
         if (found != old.end()) {
             (*found)->setLabel(entry.label);
+            (*found)->setTooltip(entry.tooltip);
             m_outputs.push_back(std::move(*found));
             next = std::next(found);
             continue;
         }
         m_outputs.push_back(std::make_unique<OutputConnectorController>(
             *this, entry.uid, entry.identifier, entry.label));
-        connectorAdded(m_outputs.back().get());
+        m_outputs.back()->setTooltip(entry.tooltip);
+        added.push_back(m_outputs.back().get());
     }
     indexConnectors();
+    for (ConnectorController* connector : added)
+        connectorAdded(connector);
     for (const auto& output : old) {
         if (output == nullptr)
             continue;
@@ -120,21 +134,26 @@ void NodeController::rebuildInputConnectors(ManipulatorContext* context)
     m_inputs.clear();
     m_connectorIndex.reset();
     auto next = old.begin();
+    std::vector<ConnectorController*> added;
     for (const ConnectorEntry& entry : entries) {
         const auto found = findFrom(next, old, [&](const auto& input) {
             return input != nullptr && input->identifier() == entry.identifier;
         });
         if (found != old.end()) {
             (*found)->setLabel(entry.label);
+            (*found)->setTooltip(entry.tooltip);
             m_inputs.push_back(std::move(*found));
             next = std::next(found);
             continue;
         }
         m_inputs.push_back(
             std::make_unique<InputConnectorController>(*this, entry.identifier, entry.label));
-        connectorAdded(m_inputs.back().get());
+        m_inputs.back()->setTooltip(entry.tooltip);
+        added.push_back(m_inputs.back().get());
     }
     indexConnectors();
+    for (ConnectorController* connector : added)
+        connectorAdded(connector);
     for (const auto& input : old) {
         if (input == nullptr)
             continue;

@@ -39,6 +39,7 @@ ParamGraphController::NodeList::Callbacks ParamGraphController::nodeCallbacks()
         nodeAboutToBeRemoved(&node, index);
         leaveNode(node);
     };
+    callbacks.moved = [this] { reorderNamesakes(); };
     return callbacks;
 }
 

@@ -45,7 +45,7 @@ DataContext contextOf(const ParamsGraphNode& node)
 ParamNodeController::ParamNodeController(const ParamsGraphNode& node, ParamGraphController& graph)
     : BaseNodeController(graph), m_node(&node), m_description(findDescription(node))
 {
-    buildConnectors();
+    begin(node);
 }
 
 ParamNodeController::~ParamNodeController() = default;

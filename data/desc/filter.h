@@ -47,6 +47,22 @@ struct ParameterList
     std::vector<const Parameter*> fields; // parameters of the filter's own group
 };
 
+struct OutputUsage
+{
+    std::string name;       // such as "diffuse"
+    std::string components; // such as "RGBA"
+};
+
+// An output of a node that has several.
+struct FilterOutput
+{
+    std::string identifier;
+    std::string name;    // for users
+    std::string tooltip; // for users
+    unsigned type = 0;   // one ValueType
+    std::vector<OutputUsage> usages = {};
+};
+
 // The filters of the table are never changed. A node without a table makes one of its own and fills
 // the fields.
 struct Filter
@@ -64,6 +80,9 @@ struct Filter
     std::vector<ParameterGroupPointer> groups;
     // The connectors, in order. They are in the filter's own group too, before the parameters.
     std::vector<const Parameter*> inputs;
+    // Of a node that makes its own description. The filters of the table have the one output that
+    // `outputTypes` describes.
+    std::vector<FilterOutput> outputs;
     std::vector<ParameterList> lists;
     std::vector<SubNode> subNodes; // of an FX-map; no other filter has any
 

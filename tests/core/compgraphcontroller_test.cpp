@@ -3,6 +3,7 @@
 #include "data/content/compfilter.h"
 #include "data/content/compnode.h"
 #include "data/desc/filter.h"
+#include "data/diagnosticlog.h"
 #include "ksx/core/compfilternodecontroller.h"
 #include "ksx/core/compinputnodecontroller.h"
 #include "ksx/core/compinstancenodecontroller.h"
@@ -409,6 +410,48 @@ TEST_F(CompGraph, FindsNoUsersOfAnInputOfAnotherGraph)
         GraphText{"b", 2, {}, {}, {}, aParameter("p", "0", aRootlessValue(getter))}.text()));
     const auto* input = controllerIn(*package, 0).inputsController()->inputByIdentifier("x");
     EXPECT_TRUE(controllerIn(*package, 1).collectInputUsers(*input).empty());
+}
+
+TEST_F(CompGraph, AnOutputNodeHasNoVariantOutput)
+{
+    const auto* node = open().addOutputNode({"result", 1});
+    EXPECT_FALSE(node->isVariantConnector(""));
+    EXPECT_TRUE(node->isVariantConnector("inputNodeOutput"));
+}
+
+TEST_F(CompGraph, AnInputNodeDescribesTheResourceOfItsImage)
+{
+    auto* node = open().addInputNode({"picture", 1});
+    ASSERT_NE(node->description("bitmapresourcepath"), nullptr);
+    EXPECT_EQ(node->description("bitmapresourcepath/x")->type, 32768u);
+    EXPECT_NE(node->description("outputsize"), nullptr);
+}
+
+TEST_F(CompGraph, ConnectorsHaveTooltips)
+{
+    CompGraphController& controller = open();
+    EXPECT_EQ(controller.addInputNode({"a", 1})->outputConnector(0)->tooltip(),
+              "ENTRY_OUTPUT_DESC");
+    EXPECT_EQ(controller.addOutputNode({"b", 1})->inputConnector(0)->tooltip(), "INPUT_ENTRY_DESC");
+    EXPECT_EQ(controller.addAtomicFilter(FilterKind::Blur)->inputConnector(0)->tooltip(),
+              "BLUR_INPUT_1_DESC");
+}
+
+TEST_F(CompGraph, AFilterReadsItsResourceWhenItsControllerIsMade)
+{
+    std::vector<std::string> log;
+    const int sink = Orv::DiagnosticLog::addSink(
+        [&](const Orv::LogRecord& record) { log.push_back(record.text); });
+    const std::string path =
+        aParameter("bitmapresourcepath", "", aConstant("String", "pkg://wood"));
+    package = &workspace.open(
+        aPackage()
+            .containing(aResource("wood", "/nowhere/wood.png"))
+            .containing(
+                GraphText{"g", 4, {}, {}, aNode(1, aFilter("bitmap", path), {}, 10, 1)}.text()));
+    controllerIn(*package, 1);
+    Orv::DiagnosticLog::removeSink(sink);
+    EXPECT_EQ(log, std::vector<std::string>{"Unreachable resource"});
 }
 
 TEST_F(CompGraph, AnswersADescriptionForWhatIsInFrontOfASlash)

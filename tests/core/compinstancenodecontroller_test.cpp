@@ -238,6 +238,58 @@ TEST_F(Instance, FindsTheOutputOfItsGraphBehindAConnector)
     EXPECT_EQ(output->identifier(), "gray");
 }
 
+TEST_F(Instance, DescribesTheOutputsOfItsGraph)
+{
+    GraphText filter = aFilterGraph();
+    filter.outputs = "<graphoutput><identifier v=\"color\"/><uid v=\"21\"/><attributes>"
+                     "<label v=\"Colour\"/><description v=\"All of it\"/></attributes><usages>"
+                     "<usage><components v=\"RGBA\"/><name v=\"diffuse\"/></usage></usages>"
+                     "</graphoutput>" +
+                     anOutput("gray", 22);
+    const auto& outputs = instantiate(filter).nodeDescription()->outputs;
+    ASSERT_EQ(outputs.size(), 2u);
+    EXPECT_EQ(outputs[0].identifier, "color");
+    EXPECT_EQ(outputs[0].name, "Colour");
+    EXPECT_EQ(outputs[0].tooltip, "All of it");
+    EXPECT_EQ(outputs[0].type, 1u);
+    ASSERT_EQ(outputs[0].usages.size(), 1u);
+    EXPECT_EQ(outputs[0].usages[0].name, "diffuse");
+    EXPECT_EQ(outputs[0].usages[0].components, "RGBA");
+    EXPECT_EQ(outputs[1].name, "gray");
+    EXPECT_EQ(outputs[1].type, 2u);
+    EXPECT_EQ(node->outputConnector(0)->label(), "Colour");
+    EXPECT_EQ(node->outputConnector(0)->tooltip(), "All of it");
+}
+
+TEST_F(Instance, OfAGhostDescribesTheOutputsThatItRemembers)
+{
+    const auto& outputs = openGhost().nodeDescription()->outputs;
+    ASSERT_EQ(outputs.size(), 1u);
+    EXPECT_EQ(outputs[0].identifier, "gray");
+    EXPECT_EQ(outputs[0].name, "GHOST_OUTPUT_ENTRY_gray");
+    EXPECT_EQ(outputs[0].tooltip, "GHOST_OUTPUT_ENTRY_DESC");
+    EXPECT_EQ(outputs[0].type, 2u);
+    EXPECT_EQ(node->outputConnector(0)->tooltip(), "GHOST_OUTPUT_ENTRY_DESC");
+}
+
+TEST_F(Instance, OfAPathIsAGhostUntilTheGraphIsThere)
+{
+    open(aFilterGraph());
+    auto* ghost = graph->addInstanceNode({}, "pkg://later");
+    ASSERT_NE(ghost, nullptr);
+    EXPECT_EQ(ghost->instance()->path().value().get(), "pkg://later");
+    EXPECT_FALSE(ghost->referencedGraph());
+    EXPECT_EQ(ghost->outputConnectorCount(), 0u);
+    rename(package->content().at(0), "later");
+    EXPECT_TRUE(ghost->referencedGraph());
+}
+
+TEST_F(Instance, OfAPathThatLeadsToAGraphHasItsOutputs)
+{
+    open(aFilterGraph());
+    EXPECT_EQ(graph->addInstanceNode({}, "pkg://filter")->outputConnectorCount(), 2u);
+}
+
 TEST_F(Instance, CanBeUndone)
 {
     open(aFilterGraph());

@@ -119,6 +119,18 @@ TEST_F(FuncGraph, AddsAFunctionAtTheEndWithTheTypeOfItsDescription)
     EXPECT_TRUE(canBeUndone());
 }
 
+TEST_F(FuncGraph, ANodeOfUidZeroCanBeTheOutput)
+{
+    FuncGraphController& graph = open(aDynamicValue(5, aFunctionNode(5, "sin", 256, aLink("a", 0)) +
+                                                           aFunctionNode(0, "cos", 256)));
+    FuncNodeController& zero = node(graph, 0);
+    EXPECT_TRUE(graph.setOutputNode(zero));
+    EXPECT_NE(zero.uid(), 0u);
+    EXPECT_EQ(graph.outputNode(), &zero);
+    EXPECT_TRUE(inputOf(graph, 5, "a").isConnectedTo(*zero.outputConnector(0)));
+    EXPECT_TRUE(canBeUndone());
+}
+
 TEST_F(FuncGraph, AddsAConstantOfZero)
 {
     FuncGraphController& graph = openNodes({});

@@ -53,13 +53,16 @@ private:
     // The color mode that the node's own switch gives; none without such a parameter.
     std::optional<bool> colorSwitch() const;
     void onParameters(const Orv::Data::DataMessage& message);
+    // Looks for the resource, and reads it if it is another one than before.
+    void readResource();
 
     const Data::Desc::Filter* m_description;
     Orv::Data::DataPointerBox<Data::Content::CompFilter> m_filter;
     std::vector<Data::Desc::ParameterGroupPointer> m_groups; // the common ones first
     std::unique_ptr<ParametersController> m_parameters;      // made at the first request
-    std::unique_ptr<ParametersWatch> m_watch;                // for filters with a color switch
-    std::optional<bool> m_colorSwitch;                       // as it was last seen
+    std::unique_ptr<ParametersWatch> m_watch; // for filters with a color switch or a resource
+    Orv::Data::DataPointerBox<Data::Content::Resource> m_resource; // as it was last seen
+    std::optional<bool> m_colorSwitch;                             // as it was last seen
 };
 
 } // namespace Ksx::Core

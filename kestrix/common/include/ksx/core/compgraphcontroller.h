@@ -4,6 +4,7 @@
 #include "ksx/core/controllerlist.h"
 #include "ksx/core/graphcontroller.h"
 #include "ksx/core/graphinterface.h"
+#include "ksx/core/valuelistener.h"
 #include <memory>
 #include <string>
 #include <vector>
@@ -61,11 +62,12 @@ public:
     // known gives a node without description and connectors.
     CompFilterNodeController* addAtomicFilter(Data::Desc::FilterKind filter);
     CompFilterNodeController* addAtomicFilter(unsigned filter);
-    // A node that shows another graph, which must stand in an open package. A graph that does not
-    // gives a node without outputs and with an empty path. Refused for a graph to which no path can
-    // lead, since its identifier holds a "/" or "?", or another one has it as well.
+    // A node that shows another graph, which must stand in an open package. Without a graph the
+    // node gets the path, and has outputs if that leads to a graph. Refused for a graph to which no
+    // path can lead, since its identifier holds a "/" or "?", or another one has it as well.
     CompInstanceNodeController*
-    addInstanceNode(const Orv::Data::DataPointerBox<Data::Content::Graph>& instantiated);
+    addInstanceNode(const Orv::Data::DataPointerBox<Data::Content::Graph>& instantiated,
+                    const std::string& path = {});
     CompInputNodeController* addInputNode(const BridgeEntry& entry);
     // The type is that of the node's connection until something is connected.
     CompOutputNodeController* addOutputNode(const BridgeEntry& entry);
@@ -97,6 +99,7 @@ public:
     LazySignal<RootOutputController*, std::size_t> rootOutputAboutToBeRemoved;
 
 private:
+    void onPrimaryInput();
     using NodeList = ControllerList<Data::Content::CompNode, CompNodeController>;
     using OutputList = ControllerList<Data::Content::GraphOutput, OutputController>;
     using RootOutputList = ControllerList<Data::Content::RootOutput, RootOutputController>;
@@ -116,6 +119,8 @@ private:
     mutable NodeList m_nodes;
     mutable OutputList m_outputs;
     mutable RootOutputList m_rootOutputs;
+    ValueListener<CompGraphController> m_primaryListener{*this,
+                                                         &CompGraphController::onPrimaryInput};
 };
 
 } // namespace Ksx::Core

@@ -30,6 +30,9 @@ public:
     unsigned connectorUsage(const std::string& identifier) const override;
     // The type of its connection, else of what feeds it, else 0.
     unsigned outputType() const override;
+    bool onInputTypeChanged(InputConnectorController& connector,
+                            const OutputConnectorController& source,
+                            Orv::Core::ManipulatorContext* context) override;
     bool setOutputTypeFromInput(unsigned type, Orv::Core::ManipulatorContext* context) override;
     bool isInheritable(const Data::Desc::Parameter& description) const override;
     // Of images with a definite type alone.

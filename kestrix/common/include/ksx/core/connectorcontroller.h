@@ -4,6 +4,7 @@
 #include "data/securedobject.h"
 #include "ksx/core/lazysignal.h"
 #include <QString>
+#include <utility>
 #include <vector>
 
 namespace Ksx::Core {
@@ -35,15 +36,19 @@ public:
     virtual const QString& label() const { return m_label; }
     virtual void setLabel(const QString& label);
     virtual ColorKind colorKind() const = 0;
+    const QString& tooltip() const { return m_tooltip; }
+    void setTooltip(const QString& tooltip) { m_tooltip = tooltip; }
 
     NodeController& node() const { return m_node; }
-    // The sources of an input, the inputs that an output feeds; in the order in which they came.
+    // The sources of an input, in the order of the document's connections; the inputs that an output
+    // feeds, in the order in which they came.
     const std::vector<ConnectorController*>& targets() const { return m_targets; }
     bool isConnectedTo(const ConnectorController& other) const;
 
     // One side of a connection each.
     void attach(ConnectorController& other) { m_targets.push_back(&other); }
     void detach(ConnectorController& other);
+    void setTargets(std::vector<ConnectorController*> targets) { m_targets = std::move(targets); }
     void forgetTargets() { m_targets.clear(); } // when the whole graph goes
 
     LazySignal<> nameChanged;
@@ -54,6 +59,7 @@ private:
     std::vector<ConnectorController*> m_targets;
     QString m_name;
     QString m_label;
+    QString m_tooltip;
 };
 
 } // namespace Ksx::Core

@@ -7,6 +7,7 @@
 #include "data/containerlist.h"
 #include "ksx/core/connectioncontroller.h"
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Ksx::Core {
@@ -29,9 +30,11 @@ public:
     // Makes the controllers of what stands in the list, unresolved, and listens from now on.
     void follow(const List& list);
     // Lets go of all connections.
-    void clear() { m_connections.clear(); }
+    void clear() { const auto gone = std::exchange(m_connections, {}); }
     // Reads all connections anew.
     void refreshAll(Orv::Core::ManipulatorContext* context);
+    // Brings the sources of each input into the order of the list.
+    void orderSources();
 
     const std::vector<std::unique_ptr<ConnectionController>>& connections() const
     {
@@ -50,6 +53,7 @@ private:
 
     NodeController& m_node;
     std::vector<std::unique_ptr<ConnectionController>> m_connections;
+    bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 
 } // namespace Ksx::Core

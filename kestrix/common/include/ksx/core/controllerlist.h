@@ -5,11 +5,13 @@
 #include "data/changeevent.h"
 #include "data/containerlist.h"
 #include "data/datamessage.h"
+#include "data/shadowobject.h"
 #include "ksx/core/edit.h"
 #include <deque>
 #include <functional>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Ksx::Core {
@@ -17,6 +19,9 @@ namespace Ksx::Core {
 // Has one place for each item of the list, in the list's order. The place is empty where the
 // factory makes no controller. Follows the list by its change notices, so that controllers come and
 // go with their objects, in time with what has changed. Must not outlive the list's owner.
+//
+// Callbacks may edit the list: such an edit is told later, and the items that it takes out live as
+// long. So nothing is read from the list once the first callback has been called.
 template <class Item, class Controller>
 class ControllerList final
     : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Inserted |
@@ -81,7 +86,9 @@ public:
         const auto* list = static_cast<const List*>(message.object.get());
         if (list == nullptr)
             return;
-        if (isPlain(message.runs, list->size()))
+        const bool isLate = m_isAhead; // what the script tells is here already
+        m_isAhead = list->shadow() != nullptr && list->shadow()->hasPending();
+        if (!isLate && !m_isAhead && isPlain(message.runs, list->size()))
             followRuns(message, *list);
         else
             rearrange(message, *list);
@@ -109,7 +116,15 @@ private:
 
     void followRuns(const Orv::Data::DataMessage& message, const List& list)
     {
+        std::vector<const Item*> inserted;
         std::size_t place = 0;
+        for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
+            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count; ++i)
+                inserted.push_back(&list.at(place + i));
+            place += run.inNewList() ? run.count : 0;
+        }
+        auto next = inserted.begin();
+        place = 0;
         for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
             switch (run.kind) {
             case Orv::Data::RunKind::Erased:
@@ -118,7 +133,7 @@ private:
                 break;
             case Orv::Data::RunKind::Inserted:
                 for (std::size_t i = 0; i < run.count; ++i)
-                    insertAt(place++, list, message);
+                    insertAt(place++, **next++, message);
                 break;
             default:
                 place += run.count;
@@ -131,12 +146,12 @@ private:
         if (m_places[index].controller != nullptr && m_callbacks.aboutToRemove)
             m_callbacks.aboutToRemove(*m_places[index].controller, index);
         m_byItem.erase(m_places[index].item);
+        const Place removed = std::move(m_places[index]); // dies when the places are in order
         m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(index));
     }
 
-    void insertAt(std::size_t index, const List& list, const Orv::Data::DataMessage& message)
+    void insertAt(std::size_t index, const Item& item, const Orv::Data::DataMessage& message)
     {
-        const Item& item = list.at(index);
         m_places.insert(m_places.begin() + static_cast<std::ptrdiff_t>(index),
                         Place{&item, m_callbacks.make(item)});
         if (!m_byItem.empty())
@@ -153,9 +168,10 @@ private:
     // Puts the places into the order of the list, whatever they were before.
     void rearrange(const Orv::Data::DataMessage& message, const List& list)
     {
-        std::unordered_map<const Item*, bool> isListed;
+        std::vector<const Item*> items;
         for (const Item& item : list)
-            isListed.emplace(&item, false);
+            items.push_back(&item);
+        const std::unordered_set<const Item*> isListed(items.begin(), items.end());
         for (std::size_t i = m_places.size(); i > 0; --i)
             if (isListed.count(m_places[i - 1].item) == 0)
                 removeAt(i - 1);
@@ -165,11 +181,11 @@ private:
         m_places.clear();
         m_byItem.clear();
         std::vector<std::size_t> fresh;
-        for (const Item& item : list) {
-            const auto found = held.find(&item);
+        for (const Item* item : items) {
+            const auto found = held.find(item);
             if (found == held.end()) {
                 fresh.push_back(m_places.size());
-                m_places.push_back({&item, m_callbacks.make(item)});
+                m_places.push_back({item, m_callbacks.make(*item)});
             } else {
                 m_places.push_back(std::move(found->second));
             }
@@ -183,6 +199,7 @@ private:
     Callbacks m_callbacks;
     std::deque<Place> m_places; // at both ends of which items come and go in constant time
     std::unordered_map<const Item*, Controller*> m_byItem; // empty until somebody asks
+    bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 
 } // namespace Ksx::Core

@@ -7,6 +7,7 @@
 #include <QString>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -46,7 +47,7 @@ public:
 
     // All nodes that have a controller, in the order of the document.
     virtual std::vector<NodeController*> nodes() const = 0;
-    // In constant time; null if there is none. The first one that came, of nodes with one uid.
+    // In constant time; null if there is none. The first one in the document, of nodes with one uid.
     NodeController* nodeByUid(Uid uid) const;
 
     // The index is the place in the document's list.
@@ -61,6 +62,9 @@ public:
     // Lets the connections that wait for this node look again.
     void retryConnectionsTo(const NodeController& node, Orv::Core::ManipulatorContext* context);
 
+    // For a node whose uid may have changed.
+    void followUid(NodeController& node, Orv::Core::ManipulatorContext* context);
+
     // For types that travel through the graph: a number for each journey.
     std::uint64_t nextWave() { return ++m_wave; }
     bool isClosing() const { return m_isClosing; }
@@ -72,6 +76,8 @@ protected:
     void settleNode(NodeController& node, Orv::Core::ManipulatorContext* context);
     // Takes the node out of the index, and lets go of its connections.
     void leaveNode(NodeController& node);
+    // For nodes that have changed their order.
+    void reorderNamesakes();
     // Connects all nodes that have been entered, when the graph is built.
     void settleAll();
     // To be called by the destructors of the kinds: nodes may die in any order after it.
@@ -89,9 +95,15 @@ protected:
 
 private:
     bool holds(const NodeController& node) const;
+    void leaveIndex(NodeController& node);
+    // Finds the first one in the document of the nodes with a uid.
+    void pickFirst(Uid uid) const;
+    // Connects what names a uid that several nodes have to the first of them.
+    void settleNamesakes(Uid uid, Orv::Core::ManipulatorContext* context);
 
-    std::unordered_map<Uid, NodeController*> m_byUid;
-    std::multimap<Uid, NodeController*> m_namesakes; // with a uid that an earlier node has
+    mutable std::unordered_map<Uid, NodeController*> m_byUid;
+    mutable std::multimap<Uid, NodeController*> m_namesakes; // with a uid that an earlier node has
+    mutable std::set<Uid> m_unordered; // of several nodes, of which the first is to be found
     std::map<std::pair<Uid, std::uint64_t>, ConnectionController*> m_waiting;
     std::uint64_t m_lastWaiting = 0;
     std::uint64_t m_wave = 0;

@@ -10,8 +10,14 @@ template <class... Arguments>
 class LazySignal<Arguments...>::Connected final : public Signal
 {
 public:
-    void fire(Arguments... arguments) override { signal(arguments...); }
-    boost::signals2::signal<void(Arguments...)> signal;
+    using Boosted = boost::signals2::signal<void(Arguments...)>;
+    // A subscriber may take away whose signal this is.
+    void fire(Arguments... arguments) override
+    {
+        const std::shared_ptr<Boosted> kept = signal;
+        (*kept)(arguments...);
+    }
+    std::shared_ptr<Boosted> signal = std::make_shared<Boosted>();
 };
 
 template <class... Arguments>
@@ -20,7 +26,7 @@ LazySignal<Arguments...>::connect(const std::function<void(Arguments...)>& funct
 {
     if (m_signal == nullptr)
         m_signal = std::make_unique<Connected>();
-    return static_cast<Connected&>(*m_signal).signal.connect(function);
+    return static_cast<Connected&>(*m_signal).signal->connect(function);
 }
 
 } // namespace Ksx::Core

@@ -40,6 +40,7 @@ struct ConnectorEntry
     std::string identifier;
     QString label;
     Uid uid = 0; // of outputs that have one
+    QString tooltip = {};
 };
 
 // Owned by its graph's controller; lives as long as the node stands in the graph. Operations that
@@ -141,6 +142,8 @@ public:
 protected:
     // For the constructors of leaf classes, once the node can list its connectors.
     void buildConnectors();
+    // Fires outputTypeChanged() if the node gives another type than it told last.
+    void tellOutputType();
     // Looks anew for the ends of all connections to and from this node, whose connectors changed.
     void refreshConnections(Orv::Core::ManipulatorContext* context);
 
@@ -160,6 +163,7 @@ private:
     std::unique_ptr<ConnexionsListener> m_connections;
     Uid m_enteredUid = 0;     // under which the graph knows the node
     std::uint64_t m_wave = 0; // of the last type that travelled through
+    unsigned m_toldType = 0;
 };
 
 } // namespace Ksx::Core
