@@ -8,7 +8,7 @@ sources=$1
 work=$(mktemp -d)
 trap 'chmod -R u+w "$work"; rm -rf "$work"' EXIT
 export PATH=$work/bin:$PATH LC_ALL=C
-unset LC_CTYPE LC_MESSAGES LANGUAGE
+unset LC_CTYPE LC_MESSAGES LANGUAGE CCACHE_DISABLE
 export KESTRIX_BUILD_DIR=$work/build
 mkdir "$work/bin"
 
