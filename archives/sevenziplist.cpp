@@ -1,6 +1,6 @@
 #include "sevenziplist.h"
 
-#include "ksx/core/archivereader.h"
+#include "reading/archivereader.h"
 #include <QtEndian>
 #include <algorithm>
 #include <numeric>

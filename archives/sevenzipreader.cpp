@@ -1,5 +1,5 @@
 // Reads 7z archives with libarchive. Built as a library of its own, which is loaded at need.
-#include "ksx/core/archivereader.h"
+#include "reading/archivereader.h"
 
 #include "sevenziplist.h"
 #include <archive.h>

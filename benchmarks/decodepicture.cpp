@@ -4,7 +4,7 @@
 // decodepicture <path of kestrix-decode> [<picture>]
 #include "imageformats/libraryoutput.h"
 #include "imageformats/picturedecoding.h"
-#include "ksx/core/picturedecoder.h"
+#include "resource/picturedecoder.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -5,7 +5,7 @@
 #include "imageformats/confinement.h"
 #include "imageformats/libraryoutput.h"
 #include "imageformats/picturedecoding.h"
-#include "ksx/core/pictureanswer.h"
+#include "resource/pictureanswer.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,15 +1,15 @@
 #include "ksx/core/behavior/behaviors.h"
 
-#include "ksx/core/behavior/retrievecompexternallinkdependency.h"
-#include "ksx/core/behavior/retrievecompfilterdependency.h"
-#include "ksx/core/behavior/retrievecompinputbridgedependency.h"
-#include "ksx/core/behavior/retrievecompinstancedependency.h"
-#include "ksx/core/behavior/retrievefunctioninstancedependency.h"
-#include "ksx/core/behavior/synccompinstance.h"
-#include "ksx/core/behavior/syncfunctioninstance.h"
-#include "ksx/core/behavior/syncfunctiontype.h"
-#include "ksx/core/behavior/syncgraphprimaryinput.h"
-#include "ksx/core/behavior/syncgraphrootoutput.h"
+#include "behavior/retrievecompexternallinkdependency.h"
+#include "behavior/retrievecompfilterdependency.h"
+#include "behavior/retrievecompinputbridgedependency.h"
+#include "behavior/retrievecompinstancedependency.h"
+#include "behavior/retrievefunctioninstancedependency.h"
+#include "behavior/synccompinstance.h"
+#include "behavior/syncfunctioninstance.h"
+#include "behavior/syncfunctiontype.h"
+#include "behavior/syncgraphprimaryinput.h"
+#include "behavior/syncgraphrootoutput.h"
 
 namespace Ksx::Core::Behavior {
 

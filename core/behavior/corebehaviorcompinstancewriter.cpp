@@ -1,13 +1,13 @@
-#include "ksx/core/behavior/compinstancewriter.h"
+#include "behavior/compinstancewriter.h"
 
+#include "behavior/functionroot.h"
+#include "behavior/ownerof.h"
+#include "content/constantvalue.h"
+#include "content/packageof.h"
 #include "data/content/graph.h"
 #include "data/content/parametermanipulators.h"
 #include "data/desc/valuetype.h"
-#include "ksx/core/behavior/functionroot.h"
-#include "ksx/core/behavior/ownerof.h"
-#include "ksx/core/constantvalue.h"
-#include "ksx/core/keyindex.h"
-#include "ksx/core/packageof.h"
+#include "editing/keyindex.h"
 #include <algorithm>
 #include <limits>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "ksx/core/behavior/functionpath.h"
+#include "behavior/functionpath.h"
 
+#include "content/functionnode.h"
 #include "data/content/paramnode.h"
-#include "ksx/core/functionnode.h"
 
 namespace Ksx::Core::Behavior {
 

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/functionroot.h"
+#include "behavior/functionroot.h"
 
 #include "data/content/dynamicvalue.h"
 

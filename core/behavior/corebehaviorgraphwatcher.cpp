@@ -1,14 +1,14 @@
-#include "ksx/core/behavior/graphwatcher.h"
+#include "behavior/graphwatcher.h"
 
+#include "behavior/compinstancewriter.h"
+#include "behavior/pathtarget.h"
+#include "behavior/synccompinstance.h"
+#include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/datamessage.h"
 #include "data/shadowobject.h"
-#include "ksx/core/behavior/compinstancewriter.h"
-#include "ksx/core/behavior/pathtarget.h"
-#include "ksx/core/behavior/synccompinstance.h"
+#include "graph/graphoutputtype.h"
 #include "ksx/core/edit.h"
-#include "ksx/core/graphoutputtype.h"
-#include "ksx/core/packageof.h"
 #include <utility>
 
 namespace Ksx::Core::Behavior {

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/imageinputs.h"
+#include "behavior/imageinputs.h"
 
 #include "data/desc/valuetype.h"
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/instanceindex.h"
+#include "behavior/instanceindex.h"
 
 #include <functional>
 

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/interfacememory.h"
+#include "behavior/interfacememory.h"
 
 #include "data/containerlist.h"
 #include "data/content/paraminput.h"

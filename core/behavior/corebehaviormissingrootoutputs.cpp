@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/missingrootoutputs.h"
+#include "behavior/missingrootoutputs.h"
 
 namespace Ksx::Core::Behavior {
 

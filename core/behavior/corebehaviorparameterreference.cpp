@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/parameterreference.h"
+#include "behavior/parameterreference.h"
 
 #include "data/content/parameter.h"
 

@@ -1,10 +1,10 @@
-#include "ksx/core/behavior/pathtarget.h"
+#include "behavior/pathtarget.h"
 
+#include "content/packageof.h"
 #include "data/content/contentobjectbase.h"
 #include "data/content/package.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/objecturl.h"
-#include "ksx/core/packageof.h"
 #include <algorithm>
 
 namespace Ksx::Core::Behavior {

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/retrievecompexternallinkdependency.h"
+#include "behavior/retrievecompexternallinkdependency.h"
 
 namespace Ksx::Core::Behavior {
 

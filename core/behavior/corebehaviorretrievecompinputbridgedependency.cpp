@@ -1,6 +1,6 @@
-#include "ksx/core/behavior/retrievecompinputbridgedependency.h"
+#include "behavior/retrievecompinputbridgedependency.h"
 
-#include "ksx/core/behavior/parameterreference.h"
+#include "behavior/parameterreference.h"
 
 namespace Ksx::Core::Behavior {
 

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/retrievecompinstancedependency.h"
+#include "behavior/retrievecompinstancedependency.h"
 
 namespace Ksx::Core::Behavior {
 

@@ -1,5 +1,6 @@
-#include "ksx/core/behavior/retrievedependency.h"
+#include "behavior/retrievedependency.h"
 
+#include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/package.h"
 #include "data/content/packagemanipulators.h"
@@ -8,7 +9,6 @@
 #include "ksx/core/datapath.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/ilibraryservices.h"
-#include "ksx/core/packageof.h"
 #include "ksx/core/packageslistmanager.h"
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
-#include "ksx/core/behavior/retrievefunctioninstancedependency.h"
+#include "behavior/retrievefunctioninstancedependency.h"
 
-#include "ksx/core/behavior/functionpath.h"
+#include "behavior/functionpath.h"
 
 namespace Ksx::Core::Behavior {
 

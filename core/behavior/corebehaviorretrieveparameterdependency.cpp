@@ -1,6 +1,6 @@
-#include "ksx/core/behavior/retrieveparameterdependency.h"
+#include "behavior/retrieveparameterdependency.h"
 
-#include "ksx/core/behavior/parameterreference.h"
+#include "behavior/parameterreference.h"
 
 namespace Ksx::Core::Behavior {
 

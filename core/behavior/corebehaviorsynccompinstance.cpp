@@ -1,12 +1,12 @@
-#include "ksx/core/behavior/synccompinstance.h"
+#include "behavior/synccompinstance.h"
 
+#include "behavior/compinstancewriter.h"
+#include "behavior/graphwatcher.h"
+#include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/datamessage.h"
-#include "ksx/core/behavior/compinstancewriter.h"
-#include "ksx/core/behavior/graphwatcher.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/objecturl.h"
-#include "ksx/core/packageof.h"
 #include <functional>
 
 namespace Ksx::Core::Behavior {

@@ -1,15 +1,15 @@
-#include "ksx/core/behavior/syncfunctioninstance.h"
+#include "behavior/syncfunctioninstance.h"
 
+#include "behavior/compinstancewriter.h"
+#include "behavior/interfacememory.h"
+#include "behavior/pathtarget.h"
+#include "behavior/rounds.h"
+#include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/functionmanipulators.h"
 #include "data/datamessage.h"
-#include "ksx/core/behavior/compinstancewriter.h"
-#include "ksx/core/behavior/interfacememory.h"
-#include "ksx/core/behavior/pathtarget.h"
-#include "ksx/core/behavior/rounds.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/objecturl.h"
-#include "ksx/core/packageof.h"
 #include "ksx/core/valuelistener.h"
 #include <functional>
 

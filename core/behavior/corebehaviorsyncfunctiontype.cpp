@@ -1,10 +1,10 @@
-#include "ksx/core/behavior/syncfunctiontype.h"
+#include "behavior/syncfunctiontype.h"
 
+#include "behavior/functionroot.h"
+#include "behavior/ownerof.h"
 #include "data/content/functionmanipulators.h"
 #include "data/datamessage.h"
 #include "data/diagnosticlog.h"
-#include "ksx/core/behavior/functionroot.h"
-#include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/edit.h"
 #include <optional>
 

@@ -1,11 +1,11 @@
-#include "ksx/core/behavior/syncgraphprimaryinput.h"
+#include "behavior/syncgraphprimaryinput.h"
 
+#include "behavior/imageinputs.h"
+#include "behavior/ownerof.h"
 #include "data/content/graphmanipulators.h"
 #include "data/datamessage.h"
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
-#include "ksx/core/behavior/imageinputs.h"
-#include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/uidsource.h"
 

@@ -1,9 +1,9 @@
-#include "ksx/core/behavior/syncgraphrootoutput.h"
+#include "behavior/syncgraphrootoutput.h"
 
+#include "behavior/missingrootoutputs.h"
+#include "behavior/ownerof.h"
 #include "data/datamessage.h"
 #include "data/diagnosticlog.h"
-#include "ksx/core/behavior/missingrootoutputs.h"
-#include "ksx/core/behavior/ownerof.h"
 #include "ksx/core/uidsource.h"
 #include <unordered_set>
 

@@ -2,8 +2,8 @@
 
 #include "data/baseobject.h"
 #include "data/xmldatawriter.h"
-#include "ksx/core/domtext.h"
 #include "support/packagetext.h"
+#include "updating/domtext.h"
 #include <QBuffer>
 #include <QDomDocument>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "support/functionevaluator.h"
 
+#include "content/constantvalue.h"
 #include "data/content/dynamicvalue.h"
-#include "ksx/core/constantvalue.h"
 #include <algorithm>
 #include <cmath>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "support/packagedom.h"
 
-#include "ksx/core/dompath.h"
 #include "support/assemblytext.h"
+#include "updating/dompath.h"
 #include <QDomDocument>
 #include <QTextStream>
 #include <map>

@@ -1,7 +1,7 @@
 #include "support/packagetext.h"
 
 #include "data/content/package.h"
-#include "ksx/core/oblimporter.h"
+#include "reading/oblimporter.h"
 #include <QBuffer>
 #include <gtest/gtest.h>
 #include <algorithm>

@@ -3,9 +3,9 @@
 #include "core/messagenode.h"
 #include "data/content/package.h"
 #include "data/xmldatawriter.h"
-#include "ksx/core/documentdevice.h"
-#include "ksx/core/ipackageupdater.h"
 #include "support/golden.h"
+#include "updating/documentdevice.h"
+#include "updating/ipackageupdater.h"
 #include <QBuffer>
 #include <QCoreApplication>
 #include <gtest/gtest.h>

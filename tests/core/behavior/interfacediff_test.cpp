@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/interfacediff.h"
+#include "behavior/interfacediff.h"
 
 #include <gtest/gtest.h>
 

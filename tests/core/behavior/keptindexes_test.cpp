@@ -1,16 +1,16 @@
 // What is kept beside the lists of a graph, after random edits, undone and redone ones among them,
 // is what would be found out from the lists as they are.
+#include "behavior/graphwatcher.h"
+#include "behavior/imageinputs.h"
+#include "behavior/interfacememory.h"
+#include "behavior/missingrootoutputs.h"
 #include "behaviorfixture.h"
-#include "ksx/core/behavior/graphwatcher.h"
-#include "ksx/core/behavior/imageinputs.h"
-#include "ksx/core/behavior/interfacememory.h"
-#include "ksx/core/behavior/missingrootoutputs.h"
-#include "ksx/core/contentidentifiers.h"
-#include "ksx/core/contentuids.h"
-#include "ksx/core/contentwalk.h"
+#include "content/contentidentifiers.h"
+#include "content/contentuids.h"
+#include "content/contentwalk.h"
+#include "editing/keyindex.h"
+#include "graph/graphoutputtype.h"
 #include "ksx/core/graphinterface.h"
-#include "ksx/core/graphoutputtype.h"
-#include "ksx/core/keyindex.h"
 #include "ksx/core/listenerof.h"
 #include <algorithm>
 #include <random>

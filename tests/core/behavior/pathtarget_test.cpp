@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/pathtarget.h"
+#include "behavior/pathtarget.h"
 
 #include "behaviorfixture.h"
 #include "ksx/core/objecturl.h"

@@ -1,8 +1,8 @@
-#include "ksx/core/behavior/retrievedependency.h"
+#include "behavior/retrievedependency.h"
 
+#include "behavior/retrievecompinstancedependency.h"
+#include "behavior/retrieveparameterdependency.h"
 #include "behaviorfixture.h"
-#include "ksx/core/behavior/retrievecompinstancedependency.h"
-#include "ksx/core/behavior/retrieveparameterdependency.h"
 #include "support/functiontext.h"
 
 namespace {

@@ -1,7 +1,7 @@
-#include "ksx/core/behavior/synccompinstance.h"
+#include "behavior/synccompinstance.h"
 
 #include "behaviorfixture.h"
-#include "ksx/core/graphoutputtype.h"
+#include "graph/graphoutputtype.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/syncfunctioninstance.h"
+#include "behavior/syncfunctioninstance.h"
 
 #include "behaviorfixture.h"
 #include "support/functiontext.h"

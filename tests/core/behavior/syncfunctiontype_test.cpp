@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/syncfunctiontype.h"
+#include "behavior/syncfunctiontype.h"
 
 #include "behaviorfixture.h"
 #include "support/functiontext.h"

@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/syncgraphprimaryinput.h"
+#include "behavior/syncgraphprimaryinput.h"
 
 #include "behaviorfixture.h"
 

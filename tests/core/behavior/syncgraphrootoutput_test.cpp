@@ -1,4 +1,4 @@
-#include "ksx/core/behavior/syncgraphrootoutput.h"
+#include "behavior/syncgraphrootoutput.h"
 
 #include "behaviorfixture.h"
 

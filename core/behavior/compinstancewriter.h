@@ -1,0 +1,87 @@
+// Edits of instances of graphs.
+#pragma once
+
+#include "behavior/interfacediff.h"
+#include "core/manipulatorlist.h"
+#include "core/manipulatorstruct.h"
+#include "data/content/nodemanipulators.h"
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace Ksx::Data::Content {
+class Graph;
+class GraphOutput;
+} // namespace Ksx::Data::Content
+
+namespace Ksx::Core::Behavior {
+
+// The outputs of nodes that an edit has taken away.
+class DroppedOutputs
+{
+public:
+    void add(const Data::Content::CompNode& node, Uid output);
+    // Erases the connections that came from them, in one walk over each graph. Once, at the end.
+    void dropConnections(Orv::Core::ManipulatorContext& context) const;
+
+private:
+    std::map<const Data::Content::Graph*, std::set<std::pair<Uid, Uid>>> m_outputs; // node, output
+};
+
+// The inputs of a graph that are connectors of its instances. Read when they are first asked for,
+// since most instances have few connections or none. Made for one edit.
+class Connectors
+{
+public:
+    explicit Connectors(const Data::Content::Graph& graph) : m_graph(graph) {}
+    bool has(const std::string& identifier) const;
+
+private:
+    const Data::Content::Graph& m_graph;
+    mutable bool m_isRead = false;
+    mutable std::unordered_set<std::string_view> m_identifiers;
+};
+
+// Writes what has changed in a graph to one of its instances. Writes nothing that is right already.
+class CompInstanceWriter
+{
+public:
+    using GraphOutputs = Orv::Data::ContainerList<Data::Content::GraphOutput>;
+
+    // The instance stands in a node of a graph; see stands().
+    CompInstanceWriter(const Data::Content::CompInstance& instance,
+                       Orv::Core::ManipulatorContext& context, DroppedOutputs& dropped);
+    // Is the instance what a node of a graph in an open package is?
+    static bool stands(const Data::Content::CompInstance& instance);
+
+    // The list is that of the graph's outputs.
+    void followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list);
+    void followInputs(const InterfaceDiff& inputs);
+    // Erases the connections to all other inputs.
+    void keepConnectionsTo(const Connectors& inputs);
+
+private:
+    using Node = Orv::Core::ManipulatorStruct<Data::Content::CompNode>;
+    using Instance = Orv::Core::ManipulatorStruct<Data::Content::CompInstance>;
+
+    void removeOutput(std::size_t bridging);
+    void setType(Uid output, unsigned type);
+    void addOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list);
+    void makeOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list);
+    void orderOutputs(const InterfaceDiff& outputs);
+    std::size_t indexOfOutput(Uid uid) const;
+    std::size_t indexOfBridging(const std::string& identifier) const;
+
+    Node m_node;
+    Instance m_instance;
+    DroppedOutputs& m_dropped;
+};
+
+// Writes changes of inputs to the connections of an instance.
+void followInputs(const Orv::Core::ManipulatorList<Data::Content::Connexion>& connexions,
+                  const InterfaceDiff& inputs);
+
+} // namespace Ksx::Core::Behavior

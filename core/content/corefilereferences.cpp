@@ -1,0 +1,54 @@
+#include "ksx/core/filereferences.h"
+
+#include "content/contentwalk.h"
+#include "data/content/package.h"
+#include "data/content/resource.h"
+#include "data/treewalk.h"
+
+namespace Ksx::Core {
+
+namespace {
+
+TextAttribute* asText(Orv::Data::BaseObject& object)
+{
+    if (object.kind() != Orv::Data::ObjectKind::Attribute ||
+        !static_cast<Orv::Data::AttributeBase&>(object).isText())
+        return nullptr;
+    return static_cast<TextAttribute*>(&object);
+}
+
+} // namespace
+
+// Package files and resources are all that a file path stands in; a walk over the whole tree would
+// be a large part of the time of opening a package.
+std::vector<const TextAttribute*> fileReferencesOf(const Data::Content::Package& package)
+{
+    std::vector<const TextAttribute*> references;
+    for (const Data::Content::Dependency& dependency : package.dependencies())
+        references.push_back(&dependency.filename());
+    visitContent(package, [&](const Data::Content::ContentObjectBase& object) {
+        if (const auto* resource = dynamic_cast<const Data::Content::Resource*>(&object))
+            references.push_back(&resource->filepath());
+    });
+    return references;
+}
+
+std::vector<TextAttribute*> fileReferencesOf(Data::Content::Package& package)
+{
+    std::vector<TextAttribute*> references;
+    for (const TextAttribute* reference :
+         fileReferencesOf(static_cast<const Data::Content::Package&>(package)))
+        references.push_back(const_cast<TextAttribute*>(reference)); // the package is not const
+    return references;
+}
+
+void visitTexts(Data::Content::Package& package, const std::function<void(TextAttribute&)>& visit)
+{
+    Orv::Data::visitTree(static_cast<Orv::Data::BaseObject&>(package),
+                         [&](Orv::Data::BaseObject& object) {
+                             if (TextAttribute* text = asText(object))
+                                 visit(*text);
+                         });
+}
+
+} // namespace Ksx::Core

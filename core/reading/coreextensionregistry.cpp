@@ -1,0 +1,114 @@
+#include "reading/extensionregistry.h"
+
+#include "reading/assemblyversionreaders.h"
+#include "reading/oblarimporter.h"
+#include "reading/oblasmimporter.h"
+#include "reading/oblimporter.h"
+#include "reading/oblversionreaders.h"
+#include "updating/oblformatupdater3962n1.h"
+#include "updating/oblformatupdater3962n2.h"
+#include "updating/oblformatupdater4510.h"
+#include "updating/oblformatupdater4858.h"
+#include "updating/oblformatupdater5017.h"
+#include "updating/oblformatupdater5356.h"
+#include "updating/oblformatupdater7049.h"
+#include "updating/packageupdater3962.h"
+#include "updating/packageupdater4253.h"
+#include "updating/packageupdater6141.h"
+#include <algorithm>
+
+namespace Ksx::Core {
+
+namespace {
+
+using Orv::Core::Version;
+using namespace Orv::Core::Extensions;
+
+template <class Updater>
+std::unique_ptr<IUpdater> make()
+{
+    return std::make_unique<Updater>();
+}
+
+struct UpdaterRow
+{
+    unsigned build;
+    std::unique_ptr<IUpdater> (*make)();
+};
+
+// The history of the format, in ascending order of the builds that introduced the steps.
+constexpr UpdaterRow UpdaterTable[] = {
+    {3962, &make<OBLFormatUpdater3962n1>}, //
+    {3962, &make<OBLFormatUpdater3962n2>}, //
+    {3962, &make<PackageUpdater3962>},     //
+    {4253, &make<PackageUpdater4253>},     //
+    {4510, &make<OBLFormatUpdater4510>},   //
+    {4858, &make<OBLFormatUpdater4858>},   //
+    {5017, &make<OBLFormatUpdater5017>},   //
+    {5356, &make<OBLFormatUpdater5356>},   //
+    {6141, &make<PackageUpdater6141>},     //
+    {7049, &make<OBLFormatUpdater7049>},   //
+};
+
+} // namespace
+
+Version applicationVersion()
+{
+    return {2, 0, 1, 9782};
+}
+
+const ExtensionRegistry& ExtensionRegistry::instance()
+{
+    static const ExtensionRegistry registry; // the language guards the first use
+    return registry;
+}
+
+template <class Interface, class Extension>
+void ExtensionRegistry::add(std::vector<const Interface*>& list,
+                            std::unique_ptr<Extension> extension)
+{
+    list.push_back(extension.get());
+    m_owned.emplace_back(std::move(extension));
+}
+
+ExtensionRegistry::ExtensionRegistry()
+{
+    add(m_importers, std::make_unique<OBLImporter>());
+    add(m_importers, std::make_unique<OBLARImporter>());
+    add(m_importers, std::make_unique<OBLASMImporter>());
+    add(m_formatVersionReaders, std::make_unique<OBLDataFormatVersionReader>());
+    add(m_formatVersionReaders, std::make_unique<OBLARDataFormatVersionReader>());
+    add(m_formatVersionReaders, std::make_unique<OBLASMDataFormatVersionReader>());
+    add(m_updaterVersionReaders, std::make_unique<OBLUpdaterVersionReader>());
+    for (const UpdaterRow& row : UpdaterTable) {
+        add(m_updaters, row.make());
+        const IUpdater* updater = m_updaters.back();
+        if (const auto* format = dynamic_cast<const IDataFormatUpdater*>(updater))
+            m_formatUpdaters.push_back(format);
+        if (const auto* package = dynamic_cast<const IPackageUpdater*>(updater))
+            m_packageUpdaters.push_back(package);
+    }
+}
+
+const IDataImporter* ExtensionRegistry::importerFor(const QUrl& url) const
+{
+    const IDataImporter* newest = nullptr;
+    for (const IDataImporter* importer : m_importers) {
+        const bool isUsable = importer->isCompatible(applicationVersion()) &&
+                              importer->version() <= applicationVersion() && importer->accepts(url);
+        if (isUsable && (newest == nullptr || newest->version() < importer->version()))
+            newest = importer;
+    }
+    return newest;
+}
+
+const IUpdater* ExtensionRegistry::newestUpdater() const
+{
+    const auto newest = std::max_element(m_updaters.begin(), m_updaters.end(),
+                                         [](const IUpdater* a, const IUpdater* b) {
+                                             return a->updaterVersion() < b->updaterVersion();
+                                         });
+    return newest == m_updaters.end() ? nullptr : *newest;
+}
+
+} // namespace Ksx::Core

@@ -1,0 +1,577 @@
+#include "ksx/core/packagereader.h"
+
+#include "data/content/package.h"
+#include "reading/extensionregistry.h"
+#include "support/packagetext.h"
+#include "support/shelfcases.h"
+#include "support/temporarydirectory.h"
+#include "updating/oblformatupdater3962n1.h"
+#include "updating/oblformatupdater3962n2.h"
+#include "updating/packageupdater3962.h"
+#include <gtest/gtest.h>
+#include <typeinfo>
+
+using Ksx::Core::PackageReader;
+using Ksx::Data::Content::Package;
+using Orv::Core::MessageNode;
+using Orv::Core::Version;
+using TestSupport::aPackage;
+using TestSupport::aResource;
+using TestSupport::caseName;
+using TestSupport::PackageText;
+using TestSupport::TemporaryDirectory;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Opens files of a directory with everything that a caller can ask for.
+class PackageReading : public testing::Test
+{
+protected:
+    std::unique_ptr<Package> open(const QUrl& url)
+    {
+        return PackageReader::open(
+            url, &log, [this](float fraction) { progress.push_back(fraction); },
+            [this](const PackageReader::Updaters& updaters, const QUrl& asked,
+                   const Version& version) {
+                askedUpdaters = updaters;
+                askedUrl = asked;
+                askedVersion = version;
+                ++questions;
+                return isConfirmed;
+            },
+            converters.empty() ? nullptr : &converters, &wasUpdated, noBackup);
+    }
+    std::unique_ptr<Package> open(const std::string& name = "a.obl") { return open(urlOf(name)); }
+    QUrl urlOf(const std::string& name) const
+    {
+        return QUrl::fromLocalFile(QString::fromStdString(directory.path(name)));
+    }
+    std::string urlText(const std::string& name) const
+    {
+        return urlOf(name).toString().toStdString();
+    }
+    // A file of those versions, an empty one left out, whose other contents need no update.
+    void write(const std::string& formatVersion, const std::string& updaterVersion) const
+    {
+        PackageText package = aPackage();
+        package.with("formatVersion", formatVersion).without("updaterVersion");
+        if (!updaterVersion.empty())
+            package.with("updaterVersion", updaterVersion);
+        directory.write("a.obl", package.text());
+    }
+    Lines stepsAsked() const
+    {
+        Lines steps;
+        for (const auto* updater : askedUpdaters)
+            steps.push_back(updater->updaterVersion().toString().toStdString());
+        return steps;
+    }
+    std::string logText() const { return log.toText().toStdString(); }
+
+    TemporaryDirectory directory;
+    MessageNode log;
+    std::vector<float> progress;
+    PackageReader::Converters converters;
+    bool isConfirmed = true;
+    bool noBackup = true;
+    bool wasUpdated = false;
+    int questions = 0;
+    PackageReader::Updaters askedUpdaters;
+    QUrl askedUrl;
+    Version askedVersion;
+};
+
+// Which steps a file needs.
+
+struct SelectionCase
+{
+    const char* name;
+    const char* formatVersion;
+    const char* updaterVersion; // empty: the element is missing
+    Lines steps;
+};
+
+std::ostream& operator<<(std::ostream& stream, const SelectionCase& c)
+{
+    return stream << c.name;
+}
+
+class StepsOfAFile : public PackageReading, public testing::WithParamInterface<SelectionCase>
+{};
+
+TEST_P(StepsOfAFile, AreThoseBehindItsVersion)
+{
+    write(GetParam().formatVersion, GetParam().updaterVersion);
+
+    const auto package = open();
+
+    EXPECT_NE(package, nullptr) << logText();
+    EXPECT_EQ(stepsAsked(), GetParam().steps);
+    EXPECT_EQ(wasUpdated, !GetParam().steps.empty());
+    EXPECT_EQ(questions, GetParam().steps.empty() ? 0 : 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Versions, StepsOfAFile,
+    testing::Values(
+        SelectionCase{"Current", "1.1.0.7049", "", {}},
+        SelectionCase{"CurrentTwice", "1.1.0.7049", "1.1.0.7049", {}},
+        SelectionCase{"OneBefore", "1.1.0.7048", "", {"1.1.0.7049"}},
+        SelectionCase{"ThreeSteps", "1.1.0.5355", "", {"1.1.0.5356", "1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{"AtAStep", "1.1.0.5356", "", {"1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{"AtTheFirstStep",
+                      "1.0.1.3962",
+                      "",
+                      {"1.0.1.4253", "1.0.1.4510", "1.0.3.4858", "1.0.3.5017", "1.1.0.5356",
+                       "1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{"BeforeTheFirstStep",
+                      "1.0.1.3961",
+                      "",
+                      {"1.0.1.3962", "1.0.1.3962", "1.0.1.3962", "1.0.1.4253", "1.0.1.4510",
+                       "1.0.3.4858", "1.0.3.5017", "1.1.0.5356", "1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{
+            "BehindAPackageStep",
+            "1.0.1.3962",
+            "1.0.1.4253",
+            {"1.0.1.4510", "1.0.3.4858", "1.0.3.5017", "1.1.0.5356", "1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{"OldFormatButUpdated", "1.0.0.1", "1.1.0.7049", {}},
+        SelectionCase{
+            "UpdaterVersionDecides", "1.1.0.7049", "1.1.0.5356", {"1.1.0.6141", "1.1.0.7049"}},
+        SelectionCase{
+            "LaterFormatWithAnOldUpdaterVersion", "9.9.9.9", "1.1.0.6141", {"1.1.0.7049"}},
+        SelectionCase{"LaterUpdaterVersion", "1.1.0.7049", "9.9.9.9", {}},
+        SelectionCase{"NoVersion", "0.0.0.0", "", {}},
+        SelectionCase{"NoVersionTwice", "0.0.0.0", "0.0.0.0", {}},
+        SelectionCase{"NoUpdaterVersion", "1.0.1.3962", "0.0.0.0", {}},
+        SelectionCase{"NoFormatVersionAlone", "0.0.0.0", "1.1.0.6141", {"1.1.0.7049"}},
+        SelectionCase{"UnreadableUpdaterVersion", "1.1.0.6141", "folly", {"1.1.0.7049"}},
+        SelectionCase{"BuildsOfALaterRevisionAreSmall", "1.1.1.1", "1.1.0.7048", {"1.1.0.7049"}}),
+    caseName<SelectionCase>);
+
+TEST_F(PackageReading, StepsOfOneVersionKeepTheirOrder)
+{
+    write("1.0.0.1", "");
+
+    open();
+
+    ASSERT_EQ(askedUpdaters.size(), 10u);
+    const auto is = [this](std::size_t index, const std::type_info& type) {
+        const auto& updater = *askedUpdaters[index];
+        return typeid(updater) == type;
+    };
+    EXPECT_TRUE(is(0, typeid(Ksx::Core::OBLFormatUpdater3962n1)));
+    EXPECT_TRUE(is(1, typeid(Ksx::Core::OBLFormatUpdater3962n2)));
+    EXPECT_TRUE(is(2, typeid(Ksx::Core::PackageUpdater3962)));
+}
+
+TEST_F(PackageReading, StepsOfTheFormatRunBeforeThoseOfThePackage)
+{
+    write("1.0.3.5017", "");
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    Lines steps;
+    for (const auto& message : log.children())
+        if (message->text().endsWith(" : NAME"))
+            steps.push_back(message->text().toStdString());
+    EXPECT_EQ(steps, Lines({"1.1.0.5356 : NAME", "1.1.0.7049 : NAME", "1.1.0.6141 : NAME"}));
+    EXPECT_FALSE(log.hasError());
+}
+
+TEST_F(PackageReading, AFileOfALaterFormatIsRefused)
+{
+    write("1.1.0.7050", "");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_APPLICATION_TOO_OLD_TO_OPEN_URL_" + urlText("a.obl") +
+                             "_VERSION_1.1.0.7049_1.1.0.7050_NEEDED\n");
+}
+
+TEST_F(PackageReading, AFileOfALaterFormatIsRefusedWhateverItsUpdaterVersion)
+{
+    write("1.2.0.0", "1.1.0.7049");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_APPLICATION_TOO_OLD_TO_OPEN_URL_" + urlText("a.obl") +
+                             "_VERSION_1.1.0.7049_1.2.0.0_NEEDED\n");
+}
+
+TEST_F(PackageReading, PlaceholdersInAUrlAreNotFilled)
+{
+    directory.write(
+        "%1%2%3.obl",
+        aPackage().with("formatVersion", "1.1.0.7050").without("updaterVersion").text());
+
+    EXPECT_EQ(open("%1%2%3.obl"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_APPLICATION_TOO_OLD_TO_OPEN_URL_" + urlText("%1%2%3.obl") +
+                             "_VERSION_1.1.0.7049_1.1.0.7050_NEEDED\n");
+}
+
+// Versions that are written into the package.
+
+TEST_F(PackageReading, AnUpdatedPackageGetsTheVersionsOfItsLastStep)
+{
+    write("1.0.1.3962", "");
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->formatVersion().get(), "1.1.0.7049");
+    EXPECT_EQ(package->updaterVersion().get(), "1.1.0.7049");
+}
+
+TEST_F(PackageReading, ACurrentPackageKeepsWhatItHad)
+{
+    write("1.0.0.1", "1.1.0.7049");
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->formatVersion().get(), "1.0.0.1");
+    EXPECT_EQ(package->updaterVersion().get(), "1.1.0.7049");
+}
+
+TEST_F(PackageReading, ACurrentPackageGetsNoUpdaterVersion)
+{
+    write("1.1.0.7049", "");
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->updaterVersion().get(), "");
+}
+
+TEST_F(PackageReading, TheFileIsNeverChanged)
+{
+    write("1.0.1.3962", "");
+    const std::string before = directory.read("a.obl");
+
+    open();
+
+    EXPECT_EQ(directory.read("a.obl"), before);
+}
+
+// The question.
+
+TEST_F(PackageReading, TheCallerIsAskedWithTheUrlAndTheVersion)
+{
+    write("1.0.0.1", "1.1.0.6141");
+
+    EXPECT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(askedUrl, urlOf("a.obl"));
+    EXPECT_EQ(askedVersion, (Version{1, 1, 0, 6141}));
+}
+
+TEST_F(PackageReading, ANoEndsTheOpening)
+{
+    write("1.1.0.6141", "");
+    isConfirmed = false;
+    noBackup = false;
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_UPDATE_PROCESS_STOPED_BY_USER\n");
+    EXPECT_EQ(directory.files(), "a.obl");
+}
+
+TEST_F(PackageReading, NobodyNeedsToBeAsked)
+{
+    write("1.1.0.6141", "");
+
+    const auto package =
+        PackageReader::open(urlOf("a.obl"), nullptr, {}, {}, nullptr, nullptr, true);
+
+    ASSERT_NE(package, nullptr);
+    EXPECT_EQ(package->formatVersion().get(), "1.1.0.7049");
+}
+
+// The backup.
+
+TEST_F(PackageReading, AnOldFileIsBackedUp)
+{
+    write("1.0.0.1", "1.1.0.6141");
+    noBackup = false;
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(directory.files(), ".autosave/a_1_1_0_6141.obl a.obl");
+    EXPECT_EQ(directory.read(".autosave/a_1_1_0_6141.obl"), directory.read("a.obl"));
+    EXPECT_EQ(log.children().front()->text().toStdString(),
+              "ERROR_FILE_BACKUP_DONE_" + directory.path(".autosave/a_1_1_0_6141.obl"));
+    EXPECT_FALSE(log.hasError());
+}
+
+TEST_F(PackageReading, ABackupIsNamedByBaseNameVersionAndLastSuffix)
+{
+    directory.write(
+        "a.b.obl", aPackage().with("formatVersion", "1.0.1.3962").without("updaterVersion").text());
+    noBackup = false;
+
+    ASSERT_NE(open("a.b.obl"), nullptr) << logText();
+
+    EXPECT_EQ(directory.files(), ".autosave/a_1_0_1_3962.obl a.b.obl");
+}
+
+TEST_F(PackageReading, ABackupReplacesAFormerOne)
+{
+    write("1.1.0.6141", "");
+    directory.write(".autosave/a_1_1_0_6141.obl", "former");
+    directory.write(".autosave/other", "other");
+    noBackup = false;
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(directory.read(".autosave/a_1_1_0_6141.obl"), directory.read("a.obl"));
+    EXPECT_EQ(directory.read(".autosave/other"), "other");
+}
+
+TEST_F(PackageReading, AFailedBackupDoesNotStopTheUpdate)
+{
+    write("1.1.0.6141", "");
+    directory.write(".autosave", "no directory");
+    noBackup = false;
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr);
+    EXPECT_EQ(package->formatVersion().get(), "1.1.0.7049");
+    EXPECT_EQ(log.children().front()->text().toStdString(),
+              "ERROR_FILE_BACKUP_FAILED_" + directory.path(".autosave/a_1_1_0_6141.obl"));
+    EXPECT_TRUE(log.hasError());
+}
+
+TEST_F(PackageReading, ACurrentFileIsNotBackedUp)
+{
+    write("1.1.0.7049", "");
+    noBackup = false;
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(directory.files(), "a.obl");
+}
+
+TEST_F(PackageReading, NoBackupMeansNone)
+{
+    write("1.1.0.6141", "");
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(directory.files(), "a.obl");
+}
+
+// Failures.
+
+TEST_F(PackageReading, AnUnknownEndingHasNoImporter)
+{
+    directory.write("a.OBL", aPackage().text());
+
+    EXPECT_EQ(open("a.OBL"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_NO_IMPORTER_FOUND\n");
+}
+
+TEST_F(PackageReading, AnotherSchemeHasNoDevice)
+{
+    EXPECT_EQ(open(QUrl("http://x/a.obl")), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_CREATE_DEVICE\n");
+}
+
+TEST_F(PackageReading, AMissingFileDoesNotOpen)
+{
+    EXPECT_EQ(open("missing.obl"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_OPEN_URL_" + urlText("missing.obl") + "\n");
+}
+
+TEST_F(PackageReading, ADirectoryDoesNotOpen)
+{
+    directory.makeDirectory("a.obl");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_OPEN_URL_" + urlText("a.obl") + "\n");
+}
+
+TEST_F(PackageReading, AFileNeedsAFormatVersion)
+{
+    write("1.1.0", "1.1.0.7049");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_READ_VERSION_OF_URL_" + urlText("a.obl") + "\n");
+}
+
+TEST_F(PackageReading, AFileThatIsNoPackageHasNoVersion)
+{
+    directory.write("a.obl", "");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_READ_VERSION_OF_URL_" + urlText("a.obl") + "\n");
+}
+
+TEST_F(PackageReading, ABadDocumentGivesNoPackage)
+{
+    directory.write("a.obl", aPackage().without("platform").text());
+
+    EXPECT_EQ(open(), nullptr);
+
+    ASSERT_EQ(log.children().size(), 2u) << logText();
+    EXPECT_TRUE(log.children()[0]->text().startsWith("ERROR_XML_READ_ERROR :\n"));
+    EXPECT_EQ(log.children()[1]->text(), "ERROR_FAIL_TO_CREATE_PACKAGE");
+    EXPECT_EQ(log.children()[1]->level(), Orv::Core::MessageLevel::Error);
+    EXPECT_FALSE(wasUpdated);
+}
+
+TEST_F(PackageReading, ABadOldDocumentFailsInItsFirstStep)
+{
+    directory.write(
+        "a.obl",
+        aPackage().with("formatVersion", "1.0.3.5017").without("updaterVersion").text() + "<x>");
+
+    EXPECT_EQ(open(), nullptr);
+
+    ASSERT_FALSE(log.children().empty());
+    EXPECT_EQ(log.children().front()->text(), "1.1.0.5356 : NAME");
+    EXPECT_EQ(log.children().back()->text(), "ERROR_FAIL_TO_APPLY_FORMAT_UPDATER_NAME");
+    EXPECT_TRUE(log.hasError());
+}
+
+struct SilentCase
+{
+    const char* name;
+    const char* url;
+    const char* document;
+};
+
+std::ostream& operator<<(std::ostream& stream, const SilentCase& c)
+{
+    return stream << c.name;
+}
+
+class SilentFailure : public PackageReading, public testing::WithParamInterface<SilentCase>
+{};
+
+TEST_P(SilentFailure, NeedsNoLog)
+{
+    directory.write("a.obl", GetParam().document);
+    const QUrl url = *GetParam().url == '\0' ? urlOf("a.obl") : QUrl(GetParam().url);
+
+    EXPECT_EQ(PackageReader::open(url, nullptr, {}, {}, nullptr, nullptr, false), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, SilentFailure,
+    testing::Values(SilentCase{"NoImporter", "a.xml", ""},
+                    SilentCase{"NoDevice", "http://x/a.obl", ""},
+                    SilentCase{"NoFile", "file:///nowhere/a.obl", ""},
+                    SilentCase{"NoVersion", "", ""},
+                    SilentCase{"TooNew", "", "<formatVersion v=\"9.0.0.0\"/>"},
+                    SilentCase{"FailingStep", "", "<formatVersion v=\"1.0.0.0\"/><x>"},
+                    SilentCase{"NoPackage", "", "<formatVersion v=\"1.1.0.7049\"/>"},
+                    SilentCase{"EmptyUrl", "x", ""}),
+    caseName<SilentCase>);
+
+// File references.
+
+TEST_F(PackageReading, FileReferencesBecomeAbsolute)
+{
+    directory.write("in/a.obl", aPackage()
+                                    .dependingOn("../b.obl", 1)
+                                    .dependingOn("/x/c.obl", 2)
+                                    .dependingOnItself(3)
+                                    .dependingOn("obl://d.obl", 4)
+                                    .dependingOn("obl://sub/d.obl", 5)
+                                    .dependingOn("", 6)
+                                    .containing(aResource("r", "./x y.png"))
+                                    .text());
+
+    const auto package = open("in/a.obl");
+
+    ASSERT_NE(package, nullptr) << logText();
+    const auto filename = [&](std::size_t index) {
+        return package->dependencies().at(index).filename().get();
+    };
+    EXPECT_EQ(filename(0), directory.path("in") + "/../b.obl");
+    EXPECT_EQ(filename(1), "/x/c.obl");
+    EXPECT_EQ(filename(2), "?himself");
+    EXPECT_EQ(filename(3), "obl://d.obl");
+    EXPECT_EQ(filename(4), directory.path("in") + "/obl://sub/d.obl");
+    EXPECT_EQ(filename(5), "");
+}
+
+// Puts a word behind each reference.
+class AppendingConverter final : public Orv::Data::IXmlValueConverter
+{
+public:
+    explicit AppendingConverter(std::string word) : m_word(std::move(word)) {}
+    bool convert(const std::string& in, std::string& out) const override
+    {
+        out = in + m_word;
+        return in != "?himself";
+    }
+
+private:
+    std::string m_word;
+};
+
+TEST_F(PackageReading, ConvertersFollowInTheirOrder)
+{
+    const AppendingConverter first("-1");
+    const AppendingConverter second("-2");
+    converters = {&first, &second};
+    directory.write("a.obl", aPackage().dependingOn("b.obl", 1).dependingOnItself(2).text());
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->dependencies().at(0).filename().get(), directory.path("b.obl") + "-1-2");
+    EXPECT_EQ(package->dependencies().at(1).filename().get(), "?himself");
+}
+
+TEST_F(PackageReading, ThePresetsConverterTakesTheFirstDirectory)
+{
+    const Orv::Data::XmlValueConverterURLPrefixReplacement presets("obl://",
+                                                                   {QDir("/one"), QDir("/two")});
+    converters = {&presets};
+    directory.write(
+        "a.obl", aPackage().dependingOn("obl://b.obl", 1).dependingOn("obl://b/c.obl", 2).text());
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->dependencies().at(0).filename().get(), "/one/b.obl");
+    EXPECT_EQ(package->dependencies().at(1).filename().get(), directory.path() + "/obl://b/c.obl");
+}
+
+TEST_F(PackageReading, ReferencesOfUpdatedPackagesAreConvertedToo)
+{
+    directory.write("a.obl", aPackage()
+                                 .with("formatVersion", "1.1.0.5356")
+                                 .without("updaterVersion")
+                                 .dependingOn("b.obl", 1)
+                                 .text());
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->dependencies().at(0).filename().get(), directory.path("b.obl"));
+}
+
+TEST_F(PackageReading, ProgressIsTold)
+{
+    write("1.0.1.3962", "");
+
+    ASSERT_NE(open(), nullptr) << logText();
+
+    EXPECT_FALSE(progress.empty());
+}
+
+} // namespace
