@@ -1,6 +1,6 @@
 #include "behavior/retrievefunctioninstancedependency.h"
 
-#include "behavior/functionpath.h"
+#include "function/functionpath.h"
 
 namespace Ksx::Core::Behavior {
 

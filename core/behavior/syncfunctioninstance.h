@@ -1,11 +1,11 @@
 // Keeps instances of functions in step with their functions.
 #pragma once
 
-#include "behavior/functionpath.h"
 #include "behavior/instanceindex.h"
 #include "data/content/function.h"
 #include "data/content/paramnode.h"
 #include "data/datapointerbox.h"
+#include "function/functionpath.h"
 #include "ksx/core/datanotifier.h"
 
 namespace Ksx::Core::Behavior {

@@ -8,6 +8,7 @@
 #include "data/desc/functiontable.h"
 #include "graph/connexionslistener.h"
 #include "ksx/core/funcnodecontroller.h"
+#include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include <utility>
@@ -293,6 +294,12 @@ std::vector<NodeController*> FuncGraphController::nodes() const
 {
     const auto controllers = m_nodes.controllers();
     return {controllers.begin(), controllers.end()};
+}
+
+FuncGraphController*
+graphController(const Orv::Data::DataPointerBox<Data::Content::DynamicValue>& graph)
+{
+    return GraphControllerListener::of<FuncGraphController>(graph);
 }
 
 } // namespace Ksx::Core

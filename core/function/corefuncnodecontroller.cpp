@@ -1,6 +1,5 @@
 #include "ksx/core/funcnodecontroller.h"
 
-#include "behavior/functionpath.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/function.h"
 #include "data/content/functionmanipulators.h"
@@ -10,6 +9,7 @@
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
 #include "function/funcdatamodifier.h"
+#include "function/functionpath.h"
 #include "ksx/core/contentlink.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/funcgraphcontroller.h"
@@ -146,8 +146,7 @@ void FuncNodeController::describeInstance()
     if (!m_node)
         return;
     m_instance->listen(m_node->funcDatas(), *this);
-    if (const auto* function =
-            m_instance->link.follow<Function>(Behavior::functionPathOf(*m_node), *m_node))
+    if (const auto* function = m_instance->link.follow<Function>(functionPathOf(*m_node), *m_node))
         describeFunction(*function);
     else
         describeGhost();

@@ -11,6 +11,7 @@
 #include "data/desc/valuetype.h"
 #include "editing/itemindex.h"
 #include "function/funcdatamodifier.h"
+#include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/funcnodecontroller.h"
 #include "ksx/core/graphcontrollerlistener.h"
@@ -193,6 +194,16 @@ std::vector<FuncNodeController*> collectInputUsers(const Graph& graph,
     UserCollector collector(identifier);
     collector.visit(graph);
     return collector.take();
+}
+
+// Here and not beside the class: the room of graphs knows no function nodes.
+std::vector<FuncNodeController*>
+CompGraphController::collectInputUsers(const InputController& input) const
+{
+    const bool isOwn = m_graph && input.input() != nullptr &&
+                       input.input()->getParent() == &m_graph->paraminputs();
+    return isOwn ? Core::collectInputUsers(*m_graph, input.identifier())
+                 : std::vector<FuncNodeController*>();
 }
 
 bool switchToConstant(InputsController& inputs, InputController& input, const boost::any& constant)

@@ -21,7 +21,6 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
-#include "ksx/core/inputusers.h"
 #include "ksx/core/objecturl.h"
 #include "ksx/core/optionscontroller.h"
 #include "ksx/core/outputcontroller.h"
@@ -481,15 +480,6 @@ RootOutputController* CompGraphController::rootOutput(Uid output) const
         m_graph ? KeyIndex<RootOutput, RootOutputKey>::find(m_graph->root().rootOutputs(), output)
                 : nullptr;
     return found == nullptr ? nullptr : m_rootOutputs.find(*found);
-}
-
-std::vector<FuncNodeController*>
-CompGraphController::collectInputUsers(const InputController& input) const
-{
-    const bool isOwn = m_graph && input.input() != nullptr &&
-                       input.input()->getParent() == &m_graph->paraminputs();
-    return isOwn ? Core::collectInputUsers(*m_graph, input.identifier())
-                 : std::vector<FuncNodeController*>();
 }
 
 } // namespace Ksx::Core

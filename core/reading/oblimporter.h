@@ -2,11 +2,12 @@
 #pragma once
 
 #include "ksx/core/iombreldataimporter.h"
+#include "updating/ipackagetextimporter.h"
 
 namespace Ksx::Core {
 
 // For ".obl" and the editor's ".obl.orvautosave".
-class OBLImporter final : public IOmbrelDataImporter
+class OBLImporter final : public IOmbrelDataImporter, public IPackageTextImporter
 {
 public:
     bool accepts(const QUrl& url) const override;

@@ -1,11 +1,10 @@
 #include "updating/oblformatupdater.h"
 
-#include "reading/oblimporter.h"
 #include "updating/documentdevice.h"
+#include "updating/ipackagetextimporter.h"
 #include <QCoreApplication>
 #include <QDomDocument>
 #include <QFileDevice>
-#include <typeinfo>
 
 namespace Ksx::Core {
 
@@ -41,7 +40,7 @@ bool replaceContent(QIODevice& device, const QByteArray& bytes)
 
 bool OBLFormatUpdater::accepts(const Orv::Core::Extensions::IDataImporter& importer) const
 {
-    return typeid(importer) == typeid(OBLImporter);
+    return dynamic_cast<const IPackageTextImporter*>(&importer) != nullptr;
 }
 
 bool OBLFormatUpdater::update(QIODevice& device, MessageNode* log,

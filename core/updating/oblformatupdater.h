@@ -18,7 +18,7 @@ class DomIndex;
 class OBLFormatUpdater : public UpdaterBase<Orv::Core::Extensions::IDataFormatUpdater>
 {
 public:
-    // True for an OBLImporter alone.
+    // Returns true for an IPackageTextImporter.
     bool accepts(const Orv::Core::Extensions::IDataImporter& importer) const override;
     bool update(QIODevice& device, Orv::Core::MessageNode* log,
                 const Orv::Core::Extensions::ProgressFunction& progress) const override;

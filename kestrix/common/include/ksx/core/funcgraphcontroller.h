@@ -18,7 +18,7 @@ namespace Ksx::Core {
 
 class FuncNodeController;
 
-// Got from graphController(). Controllers of nodes follow the list of the graph, as in other kinds
+// Got from graphController(), below. Controllers of nodes follow the list of the graph, as in other kinds
 // of graphs.
 class FuncGraphController final : public GraphController
 {
@@ -67,5 +67,9 @@ private:
     std::vector<Orv::Data::DataPointerBox<FuncNodeController>> m_untidy;
     NodeList m_nodes;
 };
+
+// Returns the controller of a function graph: see graphcontrollerlistener.h.
+FuncGraphController*
+graphController(const Orv::Data::DataPointerBox<Data::Content::DynamicValue>& graph);
 
 } // namespace Ksx::Core

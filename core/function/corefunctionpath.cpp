@@ -1,9 +1,9 @@
-#include "behavior/functionpath.h"
+#include "function/functionpath.h"
 
 #include "content/functionnode.h"
 #include "data/content/paramnode.h"
 
-namespace Ksx::Core::Behavior {
+namespace Ksx::Core {
 
 using namespace Data::Content;
 
@@ -26,4 +26,4 @@ const std::string& functionPathOf(const ParamNode& node)
     return NoPath;
 }
 
-} // namespace Ksx::Core::Behavior
+} // namespace Ksx::Core

@@ -7,7 +7,7 @@ namespace Ksx::Data::Content {
 class ParamNode;
 } // namespace Ksx::Data::Content
 
-namespace Ksx::Core::Behavior {
+namespace Ksx::Core {
 
 // Is the node an instance of a function?
 bool isFunctionInstance(const Data::Content::ParamNode& node);
@@ -15,4 +15,4 @@ bool isFunctionInstance(const Data::Content::ParamNode& node);
 // The data path of the function of an instance; empty if the node holds none.
 const std::string& functionPathOf(const Data::Content::ParamNode& node);
 
-} // namespace Ksx::Core::Behavior
+} // namespace Ksx::Core
