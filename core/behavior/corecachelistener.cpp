@@ -6,6 +6,7 @@
 #include "behavior/synccompinstance.h"
 #include "content/packageof.h"
 #include "data/content/compinstance.h"
+#include "data/content/graph.h"
 #include <unordered_set>
 #include <utility>
 
@@ -25,6 +26,13 @@ void CacheData::renew()
 {
     if (!std::exchange(m_isCurrent, true))
         renewed();
+}
+
+CompiledGraphCacheData::CompiledGraphCacheData(const Graph& graph) : m_graph(&graph) {}
+
+const Graph* CompiledGraphCacheData::graph() const
+{
+    return m_graph.get();
 }
 
 std::vector<const Graph*> CacheListenerBase::dependentsOf(const Graph& graph)

@@ -167,6 +167,11 @@ FuncGraphController::~FuncGraphController()
     m_nodes.clear();
 }
 
+const Data::Content::DynamicValue* FuncGraphController::graph() const
+{
+    return m_graph.get();
+}
+
 FuncGraphController::NodeList::Callbacks FuncGraphController::nodeCallbacks()
 {
     NodeList::Callbacks callbacks;

@@ -118,6 +118,11 @@ FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphControlle
 
 FuncNodeController::~FuncNodeController() = default;
 
+const Data::Content::ParamNode* FuncNodeController::node() const
+{
+    return m_node.get();
+}
+
 FuncGraphController& FuncNodeController::funcGraph() const
 {
     return static_cast<FuncGraphController&>(graph());

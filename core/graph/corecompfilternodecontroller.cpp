@@ -91,6 +91,11 @@ CompFilterNodeController::CompFilterNodeController(const CompNode& node, const C
 
 CompFilterNodeController::~CompFilterNodeController() = default;
 
+const Data::Content::CompFilter* CompFilterNodeController::filter() const
+{
+    return m_filter.get();
+}
+
 ParamGraphController* CompFilterNodeController::paramGraph() const
 {
     if (!m_filter || m_filter->paramsGraphs().isEmpty())

@@ -117,6 +117,11 @@ CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
 
 CompInstanceNodeController::~CompInstanceNodeController() = default;
 
+const Data::Content::CompInstance* CompInstanceNodeController::instance() const
+{
+    return m_instance.get();
+}
+
 void CompInstanceNodeController::describe()
 {
     const Graph* graph =

@@ -46,6 +46,11 @@ CompNodeController::CompNodeController(const CompNode& node, CompGraphController
 
 CompNodeController::~CompNodeController() = default;
 
+const Data::Content::CompNode* CompNodeController::node() const
+{
+    return m_node.get();
+}
+
 CompGraphController& CompNodeController::compGraph() const
 {
     return static_cast<CompGraphController&>(graph());

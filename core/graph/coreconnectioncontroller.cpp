@@ -19,6 +19,11 @@ ConnectionController::~ConnectionController()
     detach(nullptr);
 }
 
+const Data::Content::Connexion* ConnectionController::connexion() const
+{
+    return m_connexion.get();
+}
+
 void ConnectionController::refresh(Orv::Core::ManipulatorContext* context)
 {
     if (!m_connexion)

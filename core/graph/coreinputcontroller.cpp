@@ -47,6 +47,11 @@ InputController::InputController(const ParamInput& input) : m_input(&input)
 
 InputController::~InputController() = default;
 
+const Data::Content::ParamInput* InputController::input() const
+{
+    return m_input.get();
+}
+
 Uid InputController::uid() const
 {
     return m_input ? m_input->uid().get() : NoUid;

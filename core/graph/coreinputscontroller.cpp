@@ -45,6 +45,11 @@ InputsController::InputsController(const Graph& graph) : m_graph(&graph), m_inpu
 
 InputsController::~InputsController() = default;
 
+const Data::Content::Graph* InputsController::graph() const
+{
+    return m_graph.get();
+}
+
 InputsController::InputList::Callbacks InputsController::callbacks()
 {
     InputList::Callbacks callbacks;

@@ -12,4 +12,9 @@ OptionsController::OptionsController(const Data::Content::Options& options) : m_
 
 OptionsController::~OptionsController() = default;
 
+const Data::Content::Options* OptionsController::options() const
+{
+    return m_options.get();
+}
+
 } // namespace Ksx::Core

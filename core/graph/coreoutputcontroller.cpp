@@ -18,6 +18,11 @@ OutputController::OutputController(const Data::Content::GraphOutput& output) : m
 
 OutputController::~OutputController() = default;
 
+const Data::Content::GraphOutput* OutputController::output() const
+{
+    return m_output.get();
+}
+
 Uid OutputController::uid() const
 {
     return m_output ? m_output->uid().get() : NoUid;

@@ -78,6 +78,11 @@ PackageController::PackageController(const Package& package) : m_package(&packag
 
 PackageController::~PackageController() = default;
 
+const Data::Content::Package* PackageController::package() const
+{
+    return m_package.get();
+}
+
 QString PackageController::identifier() const
 {
     return m_package ? fromLatin1(m_package->identifier().get()) : QString();

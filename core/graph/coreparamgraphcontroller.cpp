@@ -22,6 +22,11 @@ ParamGraphController::~ParamGraphController()
     m_nodes.clear();
 }
 
+const Data::Content::ParamsGraph* ParamGraphController::graph() const
+{
+    return m_graph.get();
+}
+
 ParamGraphController::NodeList::Callbacks ParamGraphController::nodeCallbacks()
 {
     NodeList::Callbacks callbacks;

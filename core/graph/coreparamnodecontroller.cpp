@@ -50,6 +50,11 @@ ParamNodeController::ParamNodeController(const ParamsGraphNode& node, ParamGraph
 
 ParamNodeController::~ParamNodeController() = default;
 
+const Data::Content::ParamsGraphNode* ParamNodeController::node() const
+{
+    return m_node.get();
+}
+
 ParamGraphController& ParamNodeController::paramGraph() const
 {
     return static_cast<ParamGraphController&>(graph());

@@ -34,6 +34,16 @@ RootOutputController::RootOutputController(const RootOutput& output,
 
 RootOutputController::~RootOutputController() = default;
 
+const Data::Content::RootOutput* RootOutputController::rootOutput() const
+{
+    return m_output.get();
+}
+
+const Data::Content::Graph* RootOutputController::graph() const
+{
+    return m_graph.get();
+}
+
 Uid RootOutputController::outputUid() const
 {
     return m_output ? m_output->output().get() : NoUid;

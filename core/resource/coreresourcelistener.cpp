@@ -109,6 +109,16 @@ ResourceListener::ResourceListener(const Resource& resource) : m_resource(&resou
 
 ResourceListener::~ResourceListener() = default;
 
+const Data::Content::Resource* ResourceListener::resource() const
+{
+    return m_resource.get();
+}
+
+bool ResourceListener::isReachable() const
+{
+    return open() != nullptr;
+}
+
 QString ResourceListener::filePath() const
 {
     return m_resource ? Orv::fromBytes(m_resource->filepath().get()) : QString();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/manipulatorcontext.h"
+#include "data/baseobject.h"
 #include "data/changeruns.h"
 #include "data/datapointerbox.h"
 #include "data/listenerbase.h"

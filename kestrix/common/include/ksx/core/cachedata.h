@@ -42,9 +42,9 @@ private:
 class CompiledGraphCacheData final : public CacheData
 {
 public:
-    explicit CompiledGraphCacheData(const Data::Content::Graph& graph) : m_graph(&graph) {}
+    explicit CompiledGraphCacheData(const Data::Content::Graph& graph);
     // Null once it has died.
-    const Data::Content::Graph* graph() const { return m_graph.get(); }
+    const Data::Content::Graph* graph() const;
 
 private:
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;

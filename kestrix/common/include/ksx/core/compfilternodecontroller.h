@@ -23,7 +23,7 @@ public:
     ~CompFilterNodeController() override;
 
     // Null once it has died.
-    const Data::Content::CompFilter* filter() const { return m_filter.get(); }
+    const Data::Content::CompFilter* filter() const;
     // The graph that an FX-map holds; null for other filters and where it is missing.
     ParamGraphController* paramGraph() const;
     // The parameter that holds the path of the filter's resource; empty for a filter without one.

@@ -33,7 +33,7 @@ public:
         return m_referenced;
     }
     // Null once it has died.
-    const Data::Content::CompInstance* instance() const { return m_instance.get(); }
+    const Data::Content::CompInstance* instance() const;
     // The output of the referenced graph behind a connector; null for a ghost's.
     const Data::Content::GraphOutput* graphOutput(const OutputConnectorController& output) const;
     OutputController* outputController(const OutputConnectorController& output) const;

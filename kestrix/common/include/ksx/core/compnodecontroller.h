@@ -23,7 +23,7 @@ public:
     ~CompNodeController() override;
 
     // Null once the node has died.
-    const Data::Content::CompNode* node() const { return m_node.get(); }
+    const Data::Content::CompNode* node() const;
     CompGraphController& compGraph() const;
 
     Uid uid() const override;

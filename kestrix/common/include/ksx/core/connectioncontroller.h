@@ -49,7 +49,7 @@ public:
     virtual const ConnectionDataInfo& connectionDataInfo() const { return m_info; }
     virtual bool isImplicit() const { return false; } // no kind of graph has such connections
 
-    const Data::Content::Connexion* connexion() const { return m_connexion.get(); }
+    const Data::Content::Connexion* connexion() const;
     NodeController& target() const { return m_target; }
     // Both null while it is unresolved.
     InputConnectorController* input() const { return m_input; }

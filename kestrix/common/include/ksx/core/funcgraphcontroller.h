@@ -27,7 +27,7 @@ public:
     ~FuncGraphController() override;
 
     // Null once it has died.
-    const Data::Content::DynamicValue* graph() const { return m_graph.get(); }
+    const Data::Content::DynamicValue* graph() const;
 
     // Appends a node, which holds zero, false or an empty text if it holds something. Null for an
     // unknown function.

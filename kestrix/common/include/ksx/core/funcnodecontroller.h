@@ -32,7 +32,7 @@ public:
     ~FuncNodeController() override;
 
     // Null once it has died.
-    const Data::Content::ParamNode* node() const { return m_node.get(); }
+    const Data::Content::ParamNode* node() const;
     FuncGraphController& funcGraph() const;
     // That of the table or, for an instance, what is known of the function that it refers to. Null
     // for an unknown function.

@@ -31,7 +31,7 @@ public:
     static std::unique_ptr<InputController> make(const Data::Content::ParamInput& input);
 
     // Null once it has died.
-    const Data::Content::ParamInput* input() const { return m_input.get(); }
+    const Data::Content::ParamInput* input() const;
     Uid uid() const; // NoUid once the input has died
     const std::string& identifier() const;
     const std::string& label() const;

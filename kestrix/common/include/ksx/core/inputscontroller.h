@@ -35,7 +35,7 @@ public:
     virtual ~InputsController();
 
     // Null once it has died.
-    const Data::Content::Graph* graph() const { return m_graph.get(); }
+    const Data::Content::Graph* graph() const;
 
     // Appends an input that takes values of the type, under a unique identifier near to the given
     // one, or to the default if that is empty. Null if the graph has died or the type is that of an

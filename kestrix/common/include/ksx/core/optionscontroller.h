@@ -21,7 +21,7 @@ public:
     virtual ~OptionsController();
 
     // Null once the list has died.
-    const Data::Content::Options* options() const { return m_options.get(); }
+    const Data::Content::Options* options() const;
 
     LazySignal<> changed; // an option was added, removed, moved or edited
 

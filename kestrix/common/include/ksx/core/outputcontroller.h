@@ -22,7 +22,7 @@ public:
     virtual ~OutputController();
 
     // Null once it has died.
-    const Data::Content::GraphOutput* output() const { return m_output.get(); }
+    const Data::Content::GraphOutput* output() const;
     Uid uid() const; // NoUid once the output has died
     const std::string& identifier() const;
     const std::string& label() const;

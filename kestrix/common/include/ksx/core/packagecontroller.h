@@ -49,7 +49,7 @@ public:
     virtual ~PackageController();
 
     // Null once it has died.
-    const Data::Content::Package* package() const { return m_package.get(); }
+    const Data::Content::Package* package() const;
     QString identifier() const;
 
     // Adds an empty graph to the package, under a unique identifier near to the given one, or to

@@ -23,7 +23,7 @@ public:
     ~ParamGraphController() override;
 
     // Null once it has died.
-    const Data::Content::ParamsGraph* graph() const { return m_graph.get(); }
+    const Data::Content::ParamsGraph* graph() const;
     // The first parameter set of that uid; null if there is none.
     const Data::Content::ParamsGraphData* data(Uid uid) const;
     // The node that the graph begins with; null if there is none.

@@ -25,7 +25,7 @@ public:
     ~ParamNodeController() override;
 
     // Null once it has died.
-    const Data::Content::ParamsGraphNode* node() const { return m_node.get(); }
+    const Data::Content::ParamsGraphNode* node() const;
     ParamGraphController& paramGraph() const;
     const Data::Desc::SubNode* description() const { return m_description; }
     // The parameter set that the node names; null if there is none.

@@ -34,7 +34,7 @@ public:
     bool isOwnedByShadow() const override { return true; }
 
     // Null once it has died.
-    const Data::Content::Resource* resource() const { return m_resource.get(); }
+    const Data::Content::Resource* resource() const;
     QString filePath() const;
 
     // How the image is stored in a compiled package. One transaction each; nothing happens once the
@@ -49,7 +49,7 @@ public:
     // The linked file, open for reading. Null, with a report in the log, if it cannot be opened or
     // nothing can be read from it. An empty file can be read.
     std::unique_ptr<QFile> open() const;
-    bool isReachable() const { return open() != nullptr; }
+    bool isReachable() const;
     // All bytes of the linked file; none if it cannot be read to its end.
     std::optional<QByteArray> data() const;
 

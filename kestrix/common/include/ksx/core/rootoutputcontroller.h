@@ -24,8 +24,8 @@ public:
     virtual ~RootOutputController();
 
     // Null once they have died.
-    const Data::Content::RootOutput* rootOutput() const { return m_output.get(); }
-    const Data::Content::Graph* graph() const { return m_graph.get(); }
+    const Data::Content::RootOutput* rootOutput() const;
+    const Data::Content::Graph* graph() const;
 
     Uid outputUid() const; // of the GraphOutput; NoUid once the object has died
     std::uint32_t format() const;
