@@ -7,6 +7,8 @@
 #include <vector>
 #include <zlib.h>
 
+namespace Ksx::Archives {
+
 namespace {
 
 using Ksx::Core::MaximumListCount;
@@ -375,3 +377,5 @@ QByteArray listOfPlainList(const QByteArray& packedList)
     append(list, Mark::End);
     return list;
 }
+
+} // namespace Ksx::Archives

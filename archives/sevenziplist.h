@@ -5,6 +5,8 @@
 #include <QString>
 #include <optional>
 
+namespace Ksx::Archives {
+
 // The first bytes of an archive, which tell where its list of files is.
 struct SevenZipStart
 {
@@ -45,3 +47,5 @@ ListTraits traitsOf(const QByteArray& list);
 QByteArray listOfPlainList(const QByteArray& packedList);
 
 quint32 archiveChecksum(const QByteArray& bytes);
+
+} // namespace Ksx::Archives

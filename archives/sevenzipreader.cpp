@@ -10,6 +10,8 @@
 #include <new>
 #include <vector>
 
+namespace Ksx::Archives {
+
 namespace {
 
 using Ksx::Core::ArchiveResult;
@@ -286,3 +288,5 @@ ksxReadArchive(QIODevice& device, const ArchiveVisitor& visitor, qint64 maximumS
     Source source(device, start.listOffset, list);
     return Pass(source, visitor, maximumSize, detail).run();
 }
+
+} // namespace Ksx::Archives

@@ -1,0 +1,103 @@
+// Opens packages with everything that they depend on.
+#pragma once
+
+#include "ksx/core/packageslistmanager.h"
+#include <QHash>
+#include <QStringList>
+#include <initializer_list>
+#include <list>
+#include <unordered_set>
+#include <vector>
+
+namespace Orv::Core {
+class MessageNode;
+} // namespace Orv::Core
+
+namespace Ksx::Core {
+
+// The entries that one opening has met so far. Entries never move.
+class LoadedEntries
+{
+public:
+    using Entry = PackagesListManager::DependencyEntry;
+
+    LoadedEntries(std::initializer_list<Entry> entries = {});
+    LoadedEntries(const LoadedEntries&) = delete;
+    LoadedEntries& operator=(const LoadedEntries&) = delete;
+
+    // Returns the entries in the order in which they came.
+    const std::list<Entry>& all() const { return m_entries; }
+    // Returns false, and adds nothing, if there is an equal entry.
+    bool add(const Entry& entry);
+    // Returns the first entry of the file. Returns null if there is none.
+    const Entry* findByFile(const QString& filename) const { return m_byFile.value(filename); }
+
+private:
+    struct Hash
+    {
+        std::size_t operator()(const Entry* entry) const;
+    };
+    struct Equal
+    {
+        bool operator()(const Entry* a, const Entry* b) const { return *a == *b; }
+    };
+
+    std::list<Entry> m_entries;
+    std::unordered_set<const Entry*, Hash, Equal> m_known;
+    QHash<QString, const Entry*> m_byFile;
+};
+
+// Opens package files and then their dependencies, breadth first and each file once, and attaches
+// the packages to a manager's list. Prints nothing. The manager must outlive the opener. An opener
+// belongs to the thread of its manager. It may be used for one opening after another.
+class DependencyOpener
+{
+public:
+    using Entry = PackagesListManager::DependencyEntry;
+
+    // What an opening does when a file fails.
+    enum class OnFailure
+    {
+        Stop, // opens no further file and attaches nothing
+        GoOn, // opens and attaches all other files
+    };
+
+    struct Failure
+    {
+        QString filename; // canonical if the file exists
+        bool isDependency;
+    };
+
+    // "obl://" references lead into the first of `presetsPaths`, or into the current directory if
+    // there is none.
+    DependencyOpener(PackagesListManager& manager, const QStringList& presetsPaths,
+                     OnFailure onFailure = OnFailure::Stop);
+
+    // Without dependencies only the files themselves are opened.
+    void setFollowsDependencies(bool follows) { m_followsDependencies = follows; }
+
+    // Opens the files and attaches them. Returns false if a file failed. The reasons are written
+    // below `report`, which may be null. A file that an earlier opening attached is attached again.
+    bool open(const QStringList& paths, Orv::Core::MessageNode* report = nullptr);
+    // Returns the files that failed in the last call of open(), in the order of the attempts.
+    const std::vector<Failure>& failures() const { return m_failures; }
+
+    // Opens the package of one entry and gives it to the manager to keep. Takes the package of an
+    // entry of `loaded` for the same file instead. Makes the file name of the entry canonical if
+    // the file exists. Does nothing for an entry that has its package. Returns false on failure.
+    bool openEntry(Entry& entry, const LoadedEntries& loaded,
+                   Orv::Core::MessageNode* report = nullptr) const;
+
+private:
+    struct Opening;
+
+    bool visit(Opening& opening, Entry entry) const;
+
+    PackagesListManager& m_manager;
+    QStringList m_presetsPaths;
+    OnFailure m_onFailure;
+    bool m_followsDependencies = true;
+    std::vector<Failure> m_failures;
+};
+
+} // namespace Ksx::Core
