@@ -65,13 +65,7 @@ bool readNumber(const QString& text, float& number)
     return read.has_value();
 }
 
-// The readers of values; all of them answer an empty value for a text that is none.
-
-boost::any readBool(const QString& text)
-{
-    unsigned number = 0;
-    return readNumber(text, number) ? boost::any(number != 0) : boost::any();
-}
+// The readers of values. Each returns an empty value for a text that is none.
 
 template <class Number>
 boost::any readSingle(const QString& text)
@@ -81,7 +75,7 @@ boost::any readSingle(const QString& text)
 }
 
 template <class Vector>
-boost::any readVector(const QString& text)
+boost::any readValue(const QString& text)
 {
     Vector vector;
     const QStringList parts = text.split(QLatin1Char(','));
@@ -93,6 +87,13 @@ boost::any readVector(const QString& text)
     return vector;
 }
 
+template <>
+boost::any readValue<bool>(const QString& text)
+{
+    unsigned number = 0;
+    return readNumber(text, number) ? boost::any(number != 0) : boost::any();
+}
+
 struct Reader
 {
     unsigned type;
@@ -100,16 +101,10 @@ struct Reader
 };
 
 constexpr Reader Readers[] = {
-    {ValueType::Bool, &readBool},
-    {ValueType::Int1, &readVector<Orv::Data::Int1>},
-    {ValueType::Int2, &readVector<Orv::Data::Int2>},
-    {ValueType::Int3, &readVector<Orv::Data::Int3>},
-    {ValueType::Int4, &readVector<Orv::Data::Int4>},
+#define VALUE_TYPE(name, bit, value, ...) {ValueType::name, &readValue<Orv::Data::value>},
+#define TEXT_TYPE(...)
+#include "data/desc/valuetypes.inc"
     {FunctionType::AnyInt, &readSingle<unsigned>},
-    {ValueType::Float1, &readVector<Orv::Data::Float1>},
-    {ValueType::Float2, &readVector<Orv::Data::Float2>},
-    {ValueType::Float3, &readVector<Orv::Data::Float3>},
-    {ValueType::Float4, &readVector<Orv::Data::Float4>},
     {FunctionType::AnyFloat, &readSingle<float>},
 };
 

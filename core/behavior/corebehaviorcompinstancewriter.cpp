@@ -49,7 +49,7 @@ bool fits(const BaseObject* value, unsigned type)
     // A node can name several types where its own follows from what feeds it.
     const ParamNode* const root = rootNodeOf(value);
     return !ValueType::isImage(type) &&
-           (root == nullptr || (root->type().value().get() & plainTypeOf(type)) != 0);
+           (root == nullptr || (root->type().value().get() & ValueType::plain(type)) != 0);
 }
 
 // A key by the hash of another one, in the form in which what has changed is known.

@@ -14,10 +14,6 @@ namespace Ksx::Core {
 // integer it is a UInt, of that of any float a float. Parameters differ in one: their single
 // integers, which are enumerations and flags too, are of the shape UInt.
 
-// The type that has the shape of this one: Float1 or Float4 for those that images may stand for or
-// that follow the color mode, and all others as they are.
-unsigned plainTypeOf(unsigned type);
-
 // Returns true if a file with the value can be read again: nan and the infinities are no values.
 bool isStorable(const boost::any& value);
 

@@ -97,24 +97,16 @@ constexpr Storage in(unsigned type)
 }
 
 constexpr Storage Storages[] = {
-    in<Content::ConstantValueBool>(ValueType::Bool),
-    in<Content::ConstantValueInt1, Content::ConstantValueInt32>(ValueType::Int1),
-    in<Content::ConstantValueInt2>(ValueType::Int2),
-    in<Content::ConstantValueInt3>(ValueType::Int3),
-    in<Content::ConstantValueInt4>(ValueType::Int4),
+#define VALUE_TYPE(name, bit, value, stored, other, ...)                                           \
+    in<Content::stored, Content::other>(ValueType::name),
+#include "data/desc/valuetypes.inc"
     in<Content::ConstantValueInt32, Content::ConstantValueInt1>(FunctionType::AnyInt),
-    in<Content::ConstantValueFloat1, Content::ConstantValueFloat>(ValueType::Float1),
-    in<Content::ConstantValueFloat2>(ValueType::Float2),
-    in<Content::ConstantValueFloat3>(ValueType::Float3),
-    in<Content::ConstantValueFloat4>(ValueType::Float4),
     in<Content::ConstantValueFloat, Content::ConstantValueFloat1>(FunctionType::AnyFloat),
-    in<Content::ConstantValueString>(ValueType::Text),
-    in<Content::ConstantValueString>(ValueType::String),
 };
 
 const Storage* storageOf(unsigned type)
 {
-    const unsigned plain = plainTypeOf(type);
+    const unsigned plain = ValueType::plain(type);
     for (const Storage& storage : Storages)
         if (storage.type == plain)
             return &storage;
@@ -128,20 +120,6 @@ unsigned storedParameterType(unsigned type)
 }
 
 } // namespace
-
-unsigned plainTypeOf(unsigned type)
-{
-    switch (type) {
-    case ValueType::Float1OrGrayscaleImage:
-        return ValueType::Float1;
-    case ValueType::Float4OrColorImage:
-    case ValueType::Color:
-    case ValueType::ColorOrImage:
-        return ValueType::Float4;
-    default:
-        return type;
-    }
-}
 
 bool isStorable(const boost::any& value)
 {

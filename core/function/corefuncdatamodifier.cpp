@@ -86,17 +86,6 @@ bool FuncDataModifier<T>::setValue(const boost::any& value)
     return typed && this->store(*typed);
 }
 
-template class FuncDataModifier<bool>;
-template class FuncDataModifier<Orv::Data::Int1>;
-template class FuncDataModifier<Orv::Data::Int2>;
-template class FuncDataModifier<Orv::Data::Int3>;
-template class FuncDataModifier<Orv::Data::Int4>;
-template class FuncDataModifier<Orv::Data::Float1>;
-template class FuncDataModifier<Orv::Data::Float2>;
-template class FuncDataModifier<Orv::Data::Float3>;
-template class FuncDataModifier<Orv::Data::Float4>;
-template class FuncDataModifier<Orv::Data::Text>;
-
 namespace {
 
 struct ModifierRow
@@ -114,17 +103,8 @@ std::unique_ptr<BaseFuncDataModifier> make(const BaseFuncDataModifier::List& lis
 }
 
 constexpr ModifierRow Modifiers[] = {
-    {ValueType::Bool, &make<bool>},
-    {ValueType::Int1, &make<Orv::Data::Int1>},
-    {ValueType::Int2, &make<Orv::Data::Int2>},
-    {ValueType::Int3, &make<Orv::Data::Int3>},
-    {ValueType::Int4, &make<Orv::Data::Int4>},
-    {ValueType::Float1, &make<Orv::Data::Float1>},
-    {ValueType::Float2, &make<Orv::Data::Float2>},
-    {ValueType::Float3, &make<Orv::Data::Float3>},
-    {ValueType::Float4, &make<Orv::Data::Float4>},
-    {ValueType::Text, &make<Orv::Data::Text>},
-    {ValueType::String, &make<Orv::Data::Text>},
+#define VALUE_TYPE(name, bit, value, ...) {ValueType::name, &make<Orv::Data::value>},
+#include "data/desc/valuetypes.inc"
 };
 
 } // namespace

@@ -184,7 +184,7 @@ bool BaseParameterModifier::setRelativeTo(InheritanceMethod method)
 void BaseParameterModifier::linkToInput(const InputReference& input)
 {
     const Desc::FunctionTable& functions = Desc::DescriptionTables::instance().functions();
-    if (const Desc::Function* getter = functions.getterOf(plainTypeOf(input.type)))
+    if (const Desc::Function* getter = functions.getterOf(Desc::ValueType::plain(input.type)))
         runEdit(m_list, LinkInfo{m_description->identifier, relativeTo(), getter, input.identifier},
                 &applyLink, historyOf(ValueKey));
 }
@@ -283,15 +283,10 @@ bool ParameterModifier<T>::isDefault(const T& value, InheritanceMethod method) c
     return method == defaultMode() && value == defaultValue(method);
 }
 
-template class ParameterModifier<bool>;
 template class ParameterModifier<Orv::Data::UInt>;
-template class ParameterModifier<Orv::Data::Int2>;
-template class ParameterModifier<Orv::Data::Int3>;
-template class ParameterModifier<Orv::Data::Int4>;
-template class ParameterModifier<Orv::Data::Float1>;
-template class ParameterModifier<Orv::Data::Float2>;
-template class ParameterModifier<Orv::Data::Float3>;
-template class ParameterModifier<Orv::Data::Float4>;
+#define VALUE_TYPE(name, bit, value, ...) template class ParameterModifier<Orv::Data::value>;
+#define TEXT_TYPE(...)
+#include "data/desc/valuetypes.inc"
 template class ParameterModifier<Orv::Data::Text>;
 
 namespace {
@@ -311,18 +306,14 @@ std::unique_ptr<BaseParameterModifier> make(const ListBox& list, const Desc::Par
     return std::make_unique<ParameterModifier<T>>(list, description, hasNoInput);
 }
 
-// Text, of which filters draw images, is not among them: only String is a parameter to be edited.
+// Text, of which filters draw images, is not among them: only String is a parameter to be edited. An
+// integer by itself is the index of an item.
 constexpr ModifierRow Modifiers[] = {
-    {Desc::ValueType::Bool, &make<bool>},
     {Desc::ValueType::Int1, &make<Orv::Data::UInt>},
-    {Desc::ValueType::Int2, &make<Orv::Data::Int2>},
-    {Desc::ValueType::Int3, &make<Orv::Data::Int3>},
-    {Desc::ValueType::Int4, &make<Orv::Data::Int4>},
-    {Desc::ValueType::Float1, &make<Orv::Data::Float1>},
-    {Desc::ValueType::Float2, &make<Orv::Data::Float2>},
-    {Desc::ValueType::Float3, &make<Orv::Data::Float3>},
-    {Desc::ValueType::Float4, &make<Orv::Data::Float4>},
     {Desc::ValueType::String, &make<Orv::Data::Text>},
+#define VALUE_TYPE(name, bit, value, ...) {Desc::ValueType::name, &make<Orv::Data::value>},
+#define TEXT_TYPE(...)
+#include "data/desc/valuetypes.inc"
 };
 
 } // namespace
@@ -331,7 +322,7 @@ std::unique_ptr<BaseParameterModifier>
 makeParameterModifier(const ListBox& list, const Desc::Parameter& description, bool hasNoInput)
 {
     for (const ModifierRow& row : Modifiers)
-        if (row.type == plainTypeOf(description.type))
+        if (row.type == Desc::ValueType::plain(description.type))
             return row.make(list, description, hasNoInput);
     return nullptr;
 }

@@ -1,6 +1,7 @@
 #include "reading/oblasminput.h"
 
 #include "data/content/paraminput.h"
+#include "data/desc/valuetype.h"
 #include "data/floattext.h"
 #include "data/latin1.h"
 #include <QDomElement>
@@ -14,6 +15,7 @@ namespace {
 
 using namespace Data::Content;
 using Orv::Data::Vec;
+namespace ValueType = Data::Desc::ValueType;
 
 QString attributeOf(const QDomElement& element, const char* name)
 {
@@ -36,22 +38,17 @@ std::optional<bool> truthOf(const QString& text)
 
 const QString LabelName = QStringLiteral("label");
 
-// The value types of inputs.
-constexpr unsigned NoType = 0;
-constexpr unsigned ColorImage = 1;
-constexpr unsigned GrayscaleImage = 2;
-constexpr unsigned Boolean = 4;
-constexpr unsigned Integer1 = 16;
-
 struct TypeRow
 {
-    unsigned described; // the number in a description
+    int described; // the number in a description
     unsigned valueType;
 };
 
-constexpr unsigned DescribedImage = 5;
+constexpr int NoNumber = -1; // descriptions never name the type
+constexpr int DescribedImage = 5;
 constexpr TypeRow ValueTypes[] = {
-    {0, 256}, {1, 512}, {2, 1024}, {3, 2048}, {4, 16}, {7, 16384}, {8, 32}, {9, 64}, {10, 128},
+#define VALUE_TYPE(name, bit, value, stored, other, number) {number, ValueType::name},
+#include "data/desc/valuetypes.inc"
 };
 
 // An image without a valid color type has no type, which is no failure.
@@ -59,14 +56,14 @@ unsigned imageTypeOf(const QDomElement& gui)
 {
     const QString colorType = attributeOf(childOf(gui, "guiimage"), "colortype");
     if (colorType == QLatin1String("grayscale"))
-        return GrayscaleImage;
-    return colorType == QLatin1String("color") ? ColorImage : NoType;
+        return ValueType::GrayscaleImage;
+    return colorType == QLatin1String("color") ? ValueType::ColorImage : ValueType::Unknown;
 }
 
 std::optional<unsigned> valueTypeOf(const QString& text, const QDomElement& gui)
 {
     bool isNumber = false;
-    const unsigned described = text.toUInt(&isNumber);
+    const qint64 described = text.toUInt(&isNumber);
     if (!isNumber)
         return std::nullopt;
     if (described == DescribedImage)
@@ -131,16 +128,10 @@ struct DefaultRow
 };
 
 constexpr DefaultRow Defaults[] = {
-    {Boolean, &booleanOf},
-    {Integer1, &vectorOf<ConstantValueInt1>},
-    {32, &vectorOf<ConstantValueInt2>},
-    {64, &vectorOf<ConstantValueInt3>},
-    {128, &vectorOf<ConstantValueInt4>},
-    {256, &vectorOf<ConstantValueFloat1>},
-    {512, &vectorOf<ConstantValueFloat2>},
-    {1024, &vectorOf<ConstantValueFloat3>},
-    {2048, &vectorOf<ConstantValueFloat4>},
-    {16384, &textOf},
+#define VALUE_TYPE(name, ...)                      {ValueType::name, &booleanOf},
+#define VECTOR_TYPE(name, bit, value, stored, ...) {ValueType::name, &vectorOf<stored>},
+#define TEXT_TYPE(name, ...)                       {ValueType::name, &textOf},
+#include "data/desc/valuetypes.inc"
 };
 
 // False for a text that is no value of the type. Images have no default: theirs is passed over.
@@ -278,7 +269,7 @@ void readTexts(const QDomElement& element, const QDomElement& gui, ParamInput& i
 // A one-component integer with a toggle and no finer widget is a boolean.
 bool isBooleanInDisguise(const QString& widget, unsigned valueType, const QDomElement& gui)
 {
-    return widget == QLatin1String("togglebutton") && valueType == Integer1 &&
+    return widget == QLatin1String("togglebutton") && valueType == ValueType::Int1 &&
            childOf(gui, "guiangle").isNull() && childOf(gui, "guislider").isNull() &&
            childOf(gui, "guicombobox").isNull();
 }
@@ -299,7 +290,7 @@ std::unique_ptr<ParamInput> readOblasmInput(const QDomElement& element)
     QString widget = attributeOf(gui, "widget");
     if (isBooleanInDisguise(widget, *valueType, gui)) {
         widget = QStringLiteral("buttons");
-        valueType = Boolean;
+        valueType = ValueType::Bool;
     }
     auto input = std::make_unique<ParamInput>();
     input->identifier().assign(Orv::toLatin1(attributeOf(element, "identifier")));

@@ -132,21 +132,10 @@ Function functionOf(const FunctionRow& row)
             inputsOf(row),  withGenericSet(row.output, row), row.generic, dataOf(row)};
 }
 
-// The numbers by which the shapes of one and four floats are known beside their own.
-unsigned withoutAlias(unsigned type)
+// Returns the type by which functions know values of a type.
+unsigned functionTypeOf(unsigned type)
 {
-    switch (type) {
-    case ValueType::Float1OrGrayscaleImage:
-        return Float1;
-    case ValueType::Float4OrColorImage:
-    case ValueType::Color:
-    case ValueType::ColorOrImage:
-        return Float4;
-    case ValueType::String:
-        return FunctionType::String;
-    default:
-        return type;
-    }
+    return type == ValueType::String ? FunctionType::String : ValueType::plain(type);
 }
 
 } // namespace
@@ -185,7 +174,7 @@ const Function* FunctionTable::getterOf(unsigned type) const
 
 const Function* FunctionTable::constantOf(unsigned type) const
 {
-    switch (withoutAlias(type)) {
+    switch (functionTypeOf(type)) {
     case FunctionType::String:
         return find(K::ConstString);
     case Bool:

@@ -10,18 +10,10 @@ constexpr unsigned ColorImage = 1;
 constexpr unsigned GrayscaleImage = 2;
 constexpr unsigned Image = ColorImage | GrayscaleImage; // either, by what is connected
 
-constexpr unsigned Bool = 4;
-constexpr unsigned Int1 = 16; // also enumerations, as the index of an item
-constexpr unsigned Int2 = 32;
-constexpr unsigned Int3 = 64;
-constexpr unsigned Int4 = 128;
-constexpr unsigned Float1 = 256;
-constexpr unsigned Float2 = 512;
-constexpr unsigned Float3 = 1024;
-constexpr unsigned Float4 = 2048;
-constexpr unsigned FxMap = 4096; // the connection of two nodes of an FX-map
-constexpr unsigned Text = 16384;
-constexpr unsigned String = 32768;
+#define VALUE_TYPE(name, bit, ...) constexpr unsigned name = bit;
+#include "data/desc/valuetypes.inc"
+
+constexpr unsigned FxMap = 4096;    // the connection of two nodes of an FX-map
 constexpr unsigned Pattern = 65536; // the connection of a pattern
 
 // A number in grayscale, four in color, by the color mode of the node.
@@ -29,6 +21,22 @@ constexpr unsigned Color = Float1 | Float4;
 constexpr unsigned ColorOrImage = Color | Image;
 constexpr unsigned Float1OrGrayscaleImage = Float1 | GrayscaleImage;
 constexpr unsigned Float4OrColorImage = Float4 | ColorImage;
+
+// Returns the type that has the shape of this one. That is Float1 or Float4 for types that images may
+// stand for or that follow the color mode, and the type itself for all others.
+constexpr unsigned plain(unsigned type)
+{
+    switch (type) {
+    case Float1OrGrayscaleImage:
+        return Float1;
+    case Float4OrColorImage:
+    case Color:
+    case ColorOrImage:
+        return Float4;
+    default:
+        return type;
+    }
+}
 
 // Returns true for what takes an image and no value: an input with a connector. A type for which an
 // image can stand is that of a value.

@@ -121,16 +121,6 @@ TEST_P(TypeWithoutValue, IsNotStoredReadOrZeroed)
 INSTANTIATE_TEST_SUITE_P(Types, TypeWithoutValue,
                          testing::Values(0u, 1u, 2u, 3u, 5u, 4096u, 65536u, 272u));
 
-TEST(PlainType, OfAliasesIsThatOfTheirShape)
-{
-    EXPECT_EQ(plainTypeOf(258), 256u);
-    EXPECT_EQ(plainTypeOf(2049), 2048u);
-    EXPECT_EQ(plainTypeOf(2304), 2048u);
-    EXPECT_EQ(plainTypeOf(2307), 2048u);
-    EXPECT_EQ(plainTypeOf(16), 16u);
-    EXPECT_EQ(plainTypeOf(1), 1u);
-}
-
 TEST(ValueOfConstant, IsTheOneOfItsClass)
 {
     EXPECT_EQ(boost::any_cast<UInt>(valueOfConstant(constant<ConstantValueInt32>(5).get())), 5u);

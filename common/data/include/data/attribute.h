@@ -16,6 +16,7 @@ namespace Orv::Data {
 
 // The names by which member tables call their value types.
 using Text = std::string;
+using Bool = bool;
 using UInt = unsigned int;
 using Float1 = Vec<float, 1>;
 using Float2 = Vec<float, 2>;
