@@ -9,6 +9,7 @@
 #include "data/shadowobject.h"
 #include "graph/graphoutputtype.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/stage.h"
 #include <utility>
 
 namespace Ksx::Core::Behavior {
@@ -43,7 +44,7 @@ public:
     explicit NodeListener(GraphWatcher& owner) : m_owner(owner) {}
     void deliver(const DataMessage& message) override
     {
-        if constexpr (P == Orv::Data::FirstPriority)
+        if constexpr (P == Stage::Mirror)
             m_owner.updateNode(message);
         else
             m_owner.followTypes(message);
@@ -62,7 +63,7 @@ public:
     explicit NodeListListener(GraphWatcher& owner) : m_owner(owner) {}
     void deliver(const DataMessage& message) override
     {
-        if constexpr (P == Orv::Data::FirstPriority)
+        if constexpr (P == Stage::Mirror)
             m_owner.updateNodes(message);
         else
             m_owner.followTypes(message);
@@ -77,10 +78,10 @@ struct GraphWatcher::Listeners
     explicit Listeners(GraphWatcher& owner)
         : nodeUpdate(owner), node(owner), nodesUpdate(owner), nodes(owner)
     {}
-    NodeListener<Orv::Data::FirstPriority> nodeUpdate;
-    NodeListener<Priority> node;
-    NodeListListener<Orv::Data::FirstPriority> nodesUpdate;
-    NodeListListener<Priority> nodes;
+    NodeListener<Stage::Mirror> nodeUpdate;
+    NodeListener<Stage::Repair> node;
+    NodeListListener<Stage::Mirror> nodesUpdate;
+    NodeListListener<Stage::Repair> nodes;
 };
 
 void GraphWatcher::watch(const Graph& graph)

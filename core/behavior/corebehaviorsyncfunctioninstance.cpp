@@ -10,6 +10,7 @@
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/objecturl.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <functional>
 
@@ -43,7 +44,7 @@ void takeType(const ParamNode& node, ManipulatorContext& context)
 
 // Stands on a function, and remembers its inputs and its type.
 class SyncFunctionInstance::FunctionWatcher final
-    : public Orv::Core::ListenerSimple<Priority, ListChanges>
+    : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges>
 {
 public:
     explicit FunctionWatcher(const Function& function)

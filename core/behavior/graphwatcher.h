@@ -9,6 +9,7 @@
 #include "data/datapointerbox.h"
 #include "graph/graphoutputtype.h"
 #include "ksx/core/behavior/behaviors.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <memory>
 #include <vector>
@@ -18,7 +19,7 @@ namespace Ksx::Core::Behavior {
 // Stands on a graph, and remembers its inputs and outputs: what they were before an edit is not to
 // be found out afterwards. Writes to all instances of the graph what an edit has changed.
 class GraphWatcher final
-    : public Orv::Core::ListenerSimple<Priority, ListChanges, Orv::Data::MessageMask::Content>
+    : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges, Orv::Data::MessageMask::Content>
 {
 public:
     using SyncGraphOutput = InterfaceRecord;

@@ -6,6 +6,7 @@
 #include "data/changeevent.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/stage.h"
 #include <cstddef>
 #include <string_view>
 #include <unordered_map>
@@ -16,7 +17,7 @@ namespace Ksx::Core::Behavior {
 // Base of the behaviours of instances. One stands on the shadow of each instance and dies with it.
 // A place in an index costs it two pointers.
 class InstanceBehavior
-    : public Orv::Core::ListenerSimple<Priority, Orv::Data::ChangeType::Descendant,
+    : public Orv::Core::ListenerSimple<Stage::Repair, Orv::Data::ChangeType::Descendant,
                                        Orv::Data::MessageMask::Content>
 {
 public:

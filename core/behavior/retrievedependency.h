@@ -6,6 +6,7 @@
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
 #include "ksx/core/dependenciesdictionary.h"
+#include "ksx/core/stage.h"
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,8 +24,8 @@ using DictionaryCallback = std::function<void(const Data::Content::Package& pack
 // the dependency elements of the package that references need which come in by an edit: for another
 // open package, or "?himself". An element that is no longer needed stays.
 class RetrieveDependency
-    : public Orv::Core::ListenerSimple<Priority, Orv::Data::ChangeType::Descendant |
-                                                     Orv::Data::ChangeType::Removed>,
+    : public Orv::Core::ListenerSimple<Stage::Repair, Orv::Data::ChangeType::Descendant |
+                                                          Orv::Data::ChangeType::Removed>,
       public DependenciesDictionary::RetrieveDependency
 {
 public:

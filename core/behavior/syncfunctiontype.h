@@ -6,6 +6,7 @@
 #include "data/content/function.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core::Behavior {
@@ -13,7 +14,7 @@ namespace Ksx::Core::Behavior {
 // The type of a function is that of the node that gives its result; it is left alone where there is
 // no such node. Looked after when the type or the body is edited. One object for all functions.
 class SyncFunctionType final
-    : public Orv::Core::ListenerSimple<Priority, ListChanges, Orv::Data::MessageMask::Content>,
+    : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges, Orv::Data::MessageMask::Content>,
       public BehaviorOf<Data::Content::Function>
 {
 public:

@@ -6,6 +6,7 @@
 #include "data/content/graph.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core::Behavior {
@@ -14,7 +15,7 @@ namespace Ksx::Core::Behavior {
 // without image inputs. Looked after when the inputs or the primary input are edited. One object
 // for all graphs.
 class SyncGraphPrimaryInput final
-    : public Orv::Core::ListenerSimple<Priority, ListChanges | Orv::Data::ChangeType::Value>,
+    : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges | Orv::Data::ChangeType::Value>,
       public BehaviorOf<Data::Content::Graph>
 {
 public:

@@ -5,13 +5,14 @@
 #include "data/content/graph.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core::Behavior {
 
 // Reports each output of a graph for which its root has no RootOutput. One object for all graphs.
 // It reports and repairs nothing: whoever adds an output adds its root output.
-class SyncGraphRootOutput final : public Orv::Core::ListenerSimple<Priority, ListChanges>,
+class SyncGraphRootOutput final : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges>,
                                   public BehaviorOf<Data::Content::Graph>
 {
 public:

@@ -3,6 +3,7 @@
 
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <memory>
 #include <unordered_map>
@@ -21,7 +22,7 @@ namespace Ksx::Core {
 // Stands on a package, whose shadow owns it, and has a listener on each content list in it. What
 // happens elsewhere in the package makes no difference, but tells that a change is under way.
 class ContentUids final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Descendant>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Descendant>
 {
 public:
     explicit ContentUids(const Data::Content::Package& package); // for of() alone

@@ -4,6 +4,7 @@
 #include "data/content/package.h"
 #include "data/shadowobject.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/stage.h"
 #include <vector>
 
 namespace Ksx::Core {
@@ -34,9 +35,9 @@ void visitWithContent(const ContentObjectBase& object, const Visit& visit)
 
 // Also hears that the list goes itself: something may have gone from it before.
 class ContentUids::ListListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority,
-                                       ChangeType::Descendant | ChangeType::Inserted |
-                                           ChangeType::Erased | ChangeType::Removed>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, ChangeType::Descendant |
+                                                          ChangeType::Inserted |
+                                                          ChangeType::Erased | ChangeType::Removed>
 {
 public:
     explicit ListListener(ContentUids& owner) : m_owner(owner) {}

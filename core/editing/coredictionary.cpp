@@ -2,6 +2,7 @@
 
 #include "data/diagnosticlog.h"
 #include "data/manipulatorcontextbase.h"
+#include "ksx/core/stage.h"
 #include <algorithm>
 
 namespace Ksx::Core {
@@ -53,7 +54,7 @@ bool isKept(const ChangeRun& run)
 // one for each item, of 32 bytes, where a bridge with one connection takes 880.
 template <class Key>
 class DictionaryBase<Key>::KeyListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Value>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Value>
 {
 public:
     KeyListener(DictionaryBase& dictionary, int number) : m_dictionary(dictionary), m_number(number)

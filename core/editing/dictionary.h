@@ -7,6 +7,7 @@
 #include "data/changeevent.h"
 #include "data/datapointerbox.h"
 #include "data/shadowobject.h"
+#include "ksx/core/stage.h"
 #include <cstddef>
 #include <deque>
 #include <map>
@@ -85,9 +86,9 @@ template <> struct DictionaryKey<Data::Content::Connexion> : IdentifierKey {};
 // and work goes on.
 template <class Key>
 class DictionaryBase
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Inserted |
-                                                                     Orv::Data::ChangeType::Erased |
-                                                                     Orv::Data::ChangeType::Moved>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
+                                                          Orv::Data::ChangeType::Erased |
+                                                          Orv::Data::ChangeType::Moved>
 {
 public:
     ~DictionaryBase() override;

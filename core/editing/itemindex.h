@@ -5,6 +5,7 @@
 #include "data/datamessage.h"
 #include "data/shadowobject.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <unordered_map>
 
@@ -17,7 +18,7 @@ namespace Ksx::Core {
 //     void enter(const Item&, const Record&);   // an item has come, or has another record now
 //     void leave(const Item*, const Record&);   // the former record, of an item that may have died
 template <class Follower, class Item, class Record>
-class ItemFollower : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, ListChanges>
+class ItemFollower : public Orv::Core::ListenerSimple<Stage::Mirror, ListChanges>
 {
 public:
     using List = Orv::Data::ContainerList<Item>;

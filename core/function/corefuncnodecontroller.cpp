@@ -15,6 +15,7 @@
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
+#include "ksx/core/stage.h"
 #include <QCoreApplication>
 #include <unordered_set>
 
@@ -60,8 +61,7 @@ unsigned withBothTexts(unsigned types)
 
 // What may give an instance another function: its data items, and changes of the function itself.
 class FuncNodeController::LinkListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2,
-                                       ListChanges | ChangeType::Removed>
+    : public Orv::Core::ListenerSimple<Stage::Link, ListChanges | ChangeType::Removed>
 {
 public:
     explicit LinkListener(FuncNodeController& node) : m_node(node) {}
@@ -77,7 +77,7 @@ private:
 
 // The connections, which may name inputs that the description does not know.
 class FuncNodeController::ConnexionsWatch final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, ListChanges>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, ListChanges>
 {
 public:
     explicit ConnexionsWatch(FuncNodeController& node) : m_node(node) {}

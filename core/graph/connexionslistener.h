@@ -6,6 +6,7 @@
 #include "data/changeruns.h"
 #include "data/containerlist.h"
 #include "ksx/core/connectioncontroller.h"
+#include "ksx/core/stage.h"
 #include <memory>
 #include <utility>
 #include <vector>
@@ -18,9 +19,8 @@ class ConnectorController;
 // list.
 class ConnexionsListener final
     : public Orv::Core::ListenerSimple<
-          Orv::Data::FirstPriority - 1,
-          Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
-              Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
+          Stage::Connection, Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
+                                 Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
 {
 public:
     using List = Orv::Data::ContainerList<Data::Content::Connexion>;

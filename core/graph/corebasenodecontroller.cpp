@@ -6,6 +6,7 @@
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphcontroller.h"
+#include "ksx/core/stage.h"
 #include <utility>
 
 namespace Ksx::Core {
@@ -50,7 +51,7 @@ QString history(const char* key)
 } // namespace
 
 class BaseNodeController::NodeWatch final
-    : public Orv::Core::ListenerSimple<0, Orv::Data::ChangeType::Descendant>
+    : public Orv::Core::ListenerSimple<Stage::Display, Orv::Data::ChangeType::Descendant>
 {
 public:
     explicit NodeWatch(BaseNodeController& node) : m_node(node) {}

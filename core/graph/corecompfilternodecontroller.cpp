@@ -20,6 +20,7 @@
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/resourcelistener.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 #include <QFile>
@@ -64,7 +65,7 @@ std::vector<Data::Desc::ParameterGroupPointer> groupsOf(const Data::Desc::Filter
 } // namespace
 
 class CompFilterNodeController::ParametersWatch final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 3, ListChanges>
+    : public Orv::Core::ListenerSimple<Stage::Description, ListChanges>
 {
 public:
     explicit ParametersWatch(CompFilterNodeController& node) : m_node(node) {}

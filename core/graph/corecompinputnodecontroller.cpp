@@ -9,6 +9,7 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 
@@ -18,7 +19,7 @@ using namespace Data::Content;
 
 // What may change the type of the input: the entry, and the type itself.
 class CompInputNodeController::TypeWatch final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 3,
+    : public Orv::Core::ListenerSimple<Stage::Description,
                                        Orv::Data::ChangeType::Value | ListChanges>
 {
 public:

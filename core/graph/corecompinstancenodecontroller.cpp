@@ -22,6 +22,7 @@
 #include "ksx/core/listenerof.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 #include <algorithm>
@@ -89,8 +90,7 @@ commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
 
 // On the path of the instance and on its bridgings.
 class CompInstanceNodeController::PathListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2,
-                                       Orv::Data::ChangeType::Value | ListChanges>
+    : public Orv::Core::ListenerSimple<Stage::Link, Orv::Data::ChangeType::Value | ListChanges>
 {
 public:
     explicit PathListener(CompInstanceNodeController& node) : m_node(node) {}

@@ -10,6 +10,7 @@
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
+#include "ksx/core/stage.h"
 #include <algorithm>
 
 namespace Ksx::Core {
@@ -22,9 +23,8 @@ using Orv::Core::ManipulatorContext;
 // Outputs that come, go or change their type.
 class CompNodeController::OutputsListener final
     : public Orv::Core::ListenerSimple<
-          Orv::Data::FirstPriority,
-          Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
-              Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
+          Stage::Mirror, Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
+                             Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
 {
 public:
     explicit OutputsListener(CompNodeController& node) : m_node(node) {}

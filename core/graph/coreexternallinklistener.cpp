@@ -4,6 +4,7 @@
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/nodecontroller.h"
+#include "ksx/core/stage.h"
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,7 @@ using Orv::Data::RunKind;
 
 // On the identifier of an item, whose shadow owns it.
 class ExternalLinkListener::IdentifierListener final
-    : public Orv::Core::ListenerSimple<1, ChangeType::Value | ChangeType::Removed>
+    : public Orv::Core::ListenerSimple<Stage::Path, ChangeType::Value | ChangeType::Removed>
 {
 public:
     using Identifier = Orv::Data::Attribute<Orv::Data::Text>;

@@ -4,14 +4,14 @@
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/nodecontroller.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <iterator>
 
 namespace Ksx::Core {
 
 class SubGraphListener::InterfaceListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2,
-                                       Orv::Data::ChangeType::Value | ListChanges>
+    : public Orv::Core::ListenerSimple<Stage::Link, Orv::Data::ChangeType::Value | ListChanges>
 {
 public:
     explicit InterfaceListener(SubGraphListener& owner) : m_owner(owner) {}

@@ -4,6 +4,7 @@
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
 #include "data/datapointerbox.h"
+#include "ksx/core/stage.h"
 #include <list>
 #include <memory>
 #include <unordered_map>
@@ -24,7 +25,7 @@ class NodeController;
 // One for each graph, shared by its instances: found by listenerOf<SubGraphListener>(graph) and
 // owned by the graph's shadow.
 class SubGraphListener final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority - 2, Orv::Data::ChangeType::Removed>
+    : public Orv::Core::ListenerSimple<Stage::Link, Orv::Data::ChangeType::Removed>
 {
 public:
     explicit SubGraphListener(const Data::Content::Graph& graph);

@@ -5,6 +5,7 @@
 #include "data/content/parameter.h"
 #include "data/desc/parameter.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/stage.h"
 #include <utility>
 
 namespace Ksx::Core {
@@ -14,8 +15,8 @@ namespace {
 using Orv::Data::ChangeType;
 
 using ParametersListener =
-    Orv::Core::ListenerSimple<0, ChangeType::Descendant | ChangeType::Inserted |
-                                     ChangeType::Erased | ChangeType::Moved>;
+    Orv::Core::ListenerSimple<Stage::Display, ChangeType::Descendant | ChangeType::Inserted |
+                                                  ChangeType::Erased | ChangeType::Moved>;
 
 } // namespace
 

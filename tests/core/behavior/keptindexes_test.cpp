@@ -12,6 +12,7 @@
 #include "graph/graphoutputtype.h"
 #include "ksx/core/graphinterface.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/stage.h"
 #include <algorithm>
 #include <random>
 #include <set>
@@ -27,7 +28,7 @@ using Orv::Data::DataMessage;
 
 // An InterfaceMemory on a list of inputs. Compares each of its answers with that of a look at all
 // items.
-class MemoryProbe final : public Orv::Core::ListenerSimple<Behavior::Priority, ListChanges>
+class MemoryProbe final : public Orv::Core::ListenerSimple<Stage::Repair, ListChanges>
 {
 public:
     explicit MemoryProbe(const Graph& graph)
@@ -86,7 +87,7 @@ public:
 
 private:
     template <std::uint32_t Types>
-    class Listener final : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Types>
+    class Listener final : public Orv::Core::ListenerSimple<Stage::Mirror, Types>
     {
     public:
         explicit Listener(TypesProbe& owner) : m_owner(owner) {}

@@ -7,14 +7,16 @@
 #include "data/shadowobject.h"
 #include "ksx/core/cachedata.h"
 #include "ksx/core/listenerof.h"
+#include "ksx/core/stage.h"
 #include <vector>
 
 namespace Ksx::Core {
 
 // Stands on the shadow of a graph and dies with it. Comes behind all others, when the document has
 // come to rest.
-class CacheListenerBase : public Orv::Core::ListenerSimple<3, Orv::Data::ChangeType::Descendant,
-                                                           Orv::Data::MessageMask::Content>
+class CacheListenerBase
+    : public Orv::Core::ListenerSimple<Stage::Cache, Orv::Data::ChangeType::Descendant,
+                                       Orv::Data::MessageMask::Content>
 {
 public:
     bool isOwnedByShadow() const override { return true; }

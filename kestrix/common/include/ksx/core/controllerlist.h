@@ -7,6 +7,7 @@
 #include "data/datamessage.h"
 #include "data/shadowobject.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/stage.h"
 #include <deque>
 #include <functional>
 #include <memory>
@@ -24,9 +25,9 @@ namespace Ksx::Core {
 // long. So nothing is read from the list once the first callback has been called.
 template <class Item, class Controller>
 class ControllerList final
-    : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, Orv::Data::ChangeType::Inserted |
-                                                                     Orv::Data::ChangeType::Erased |
-                                                                     Orv::Data::ChangeType::Moved>
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
+                                                          Orv::Data::ChangeType::Erased |
+                                                          Orv::Data::ChangeType::Moved>
 {
 public:
     using List = Orv::Data::ContainerList<Item>;

@@ -7,6 +7,7 @@
 #include "data/manipulatorcontextbase.h"
 #include "data/objectmeta.h"
 #include "data/shadowobject.h"
+#include "ksx/core/stage.h"
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -69,7 +70,7 @@ public:
     void deferOpened() { m_isDeferring = true; }
     void visitOpened();
 
-    std::uint16_t getPriority() const override { return Orv::Data::FirstPriority; }
+    std::uint16_t getPriority() const override { return Stage::Mirror; }
     const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 

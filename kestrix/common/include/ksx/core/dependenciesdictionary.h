@@ -4,6 +4,7 @@
 #include "data/baseobject.h"
 #include "data/datapointerbox.h"
 #include "data/listenerbase.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <list>
 #include <map>
@@ -83,7 +84,7 @@ public:
     explicit DependenciesDictionaryUpdater(DependenciesDictionary& dictionary)
         : m_dictionary(dictionary)
     {}
-    std::uint16_t getPriority() const override { return 3; }
+    std::uint16_t getPriority() const override { return Stage::Cache; }
     const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 

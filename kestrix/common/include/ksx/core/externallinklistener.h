@@ -5,6 +5,7 @@
 #include "data/changeevent.h"
 #include "data/containerlist.h"
 #include "data/datapointerbox.h"
+#include "ksx/core/stage.h"
 #include <cstdint>
 #include <map>
 #include <string>
@@ -22,9 +23,9 @@ class NodeController;
 // graph, or the list of open packages. Found by listenerOf<ExternalLinkListener>(list) and owned by
 // the list's shadow. Comes behind the table of open packages, which has to know of them first.
 class ExternalLinkListener final
-    : public Orv::Core::ListenerSimple<1, Orv::Data::ChangeType::Inserted |
-                                              Orv::Data::ChangeType::Erased |
-                                              Orv::Data::ChangeType::Moved>
+    : public Orv::Core::ListenerSimple<Stage::Path, Orv::Data::ChangeType::Inserted |
+                                                        Orv::Data::ChangeType::Erased |
+                                                        Orv::Data::ChangeType::Moved>
 {
 public:
     using List = Orv::Data::ContainerListBase;

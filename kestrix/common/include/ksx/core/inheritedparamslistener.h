@@ -4,13 +4,14 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/lazysignal.h"
 #include "ksx/core/parametermodifier.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core {
 
 // Follows the list of parameters of the graph in which a node stands. A parameter that is relative
 // to the parent has its value from there.
-class InheritedParamsListener final : public Orv::Core::ListenerSimple<0, ListChanges>
+class InheritedParamsListener final : public Orv::Core::ListenerSimple<Stage::Display, ListChanges>
 {
 public:
     using List = BaseParameterModifier::List;

@@ -3,6 +3,7 @@
 
 #include "data/datapointerbox.h"
 #include "data/listenerbase.h"
+#include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <QHash>
 #include <QString>
@@ -38,7 +39,7 @@ class PackageEntryTable final : public Orv::Data::ListenerBase
 {
 public:
     // Other listeners look up what this one keeps.
-    std::uint16_t getPriority() const override { return Orv::Data::FirstPriority; }
+    std::uint16_t getPriority() const override { return Stage::Mirror; }
     const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 

@@ -4,13 +4,14 @@
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
 #include "data/datamessage.h"
+#include "ksx/core/stage.h"
 
 namespace Ksx::Core {
 
 // Calls a member function of its owner, which holds it, at the end of each change of an attribute
 // that it is attached to; with ListChanges, of a list and of all below it.
 template <class Owner, std::uint32_t TypeMask = Orv::Data::ChangeType::Value>
-class ValueListener final : public Orv::Core::ListenerSimple<Orv::Data::FirstPriority, TypeMask>
+class ValueListener final : public Orv::Core::ListenerSimple<Stage::Mirror, TypeMask>
 {
 public:
     using Member = void (Owner::*)();
