@@ -189,6 +189,19 @@ PictureSize icoSize(const FileView& file)
     return {file.little<qint32>(place + 4), file.little<qint32>(place + 8) / 2, depth};
 }
 
+// ZSoft: PCX File Format Technical Reference Manual, revision 5. The header gives the width and the
+// bytes of a line apart from each other, and the codec reads the whole width out of each line.
+PictureSize pcxSize(const FileView& file)
+{
+    const qint64 width = file.little<quint16>(8) - file.little<quint16>(4) + 1;
+    const qint64 height = file.little<quint16>(10) - file.little<quint16>(6) + 1;
+    const qint64 depth = file.big<quint8>(3); // of a plane
+    const qint64 lineSize = file.little<quint16>(66);
+    if (depth == 0 || lineSize * 8 < width * depth)
+        return {};
+    return {width, height, depth * file.big<quint8>(65)};
+}
+
 // Adobe: Photoshop File Formats Specification.
 PictureSize psdSize(const FileView& file)
 {
@@ -275,10 +288,10 @@ struct SizeRow
     PictureSize (*size)(const FileView&);
 };
 constexpr SizeRow SizeRows[] = {
-    {FIF_DDS, &ddsSize}, {FIF_EXR, &exrSize},   {FIF_GIF, &gifSize}, {FIF_ICO, &icoSize},
-    {FIF_IFF, &iffSize}, {FIF_J2K, &j2kSize},   {FIF_JP2, &jp2Size}, {FIF_KOALA, &koalaSize},
-    {FIF_MNG, &mngSize}, {FIF_PICT, &pictSize}, {FIF_PSD, &psdSize}, {FIF_RAS, &rasSize},
-    {FIF_SGI, &sgiSize}, {FIF_WBMP, &wbmpSize}, {FIF_XBM, &xbmSize},
+    {FIF_DDS, &ddsSize}, {FIF_EXR, &exrSize}, {FIF_GIF, &gifSize},   {FIF_ICO, &icoSize},
+    {FIF_IFF, &iffSize}, {FIF_J2K, &j2kSize}, {FIF_JP2, &jp2Size},   {FIF_KOALA, &koalaSize},
+    {FIF_MNG, &mngSize}, {FIF_PCX, &pcxSize}, {FIF_PICT, &pictSize}, {FIF_PSD, &psdSize},
+    {FIF_RAS, &rasSize}, {FIF_SGI, &sgiSize}, {FIF_WBMP, &wbmpSize}, {FIF_XBM, &xbmSize},
 };
 
 } // namespace

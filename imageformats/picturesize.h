@@ -16,9 +16,10 @@ struct PictureSize
     qint64 depth = 0; // bits that a pixel takes in the memory of its decoder
 };
 
-// Returns the size that stands in the header of the file. The rows are the formats whose codec in
-// FreeImage cannot load a header alone, or damages its memory while it does. The size is empty where
-// the file has no such header. Returns nothing for other formats. The device's position stays.
+// Returns the size that the header of the file gives. Knows the formats whose codec in FreeImage
+// cannot load a header alone, damages its memory while it does, or believes a header that contradicts
+// itself. The size is empty where the file has no such header. Returns nothing for other formats. The
+// device's position stays.
 std::optional<PictureSize> announcedSize(FREE_IMAGE_FORMAT format, QIODevice& device);
 
 } // namespace Orv::ImageFormats

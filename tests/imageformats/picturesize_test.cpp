@@ -58,6 +58,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, AnnouncedSize,
                                          SizeCase{"J2k", FIF_J2K, "j2k-openjpeg.j2k"},
                                          SizeCase{"Jp2", FIF_JP2, "jp2-openjpeg.jp2"},
                                          SizeCase{"Mng", FIF_MNG, "mng-imagemagick.mng"},
+                                         SizeCase{"Pcx", FIF_PCX, "pcx-imagemagick.pcx"},
                                          SizeCase{"Pict", FIF_PICT, "pict-netpbm.pict"},
                                          SizeCase{"Psb", FIF_PSD, "psb-imagemagick.psb"},
                                          SizeCase{"Psd", FIF_PSD, "psd-imagemagick.psd"},
@@ -86,6 +87,13 @@ TEST(AnnouncedSizeOfAWirelessBitmap, MayTakeSeveralBytes)
 TEST(AnnouncedSizeOfAKoala, IsAlwaysTheSame)
 {
     EXPECT_EQ(sizeIn(QByteArray::fromHex("0060"), FIF_KOALA), QSize(320, 200));
+}
+
+TEST(AnnouncedSizeOfAPcx, IsEmptyWhereTheLinesAreShorterThanThePicture)
+{
+    QByteArray bytes = bytesOf("pcx-imagemagick.pcx");
+    bytes[66] = 15; // bytes of a line
+    EXPECT_TRUE(sizeIn(bytes, FIF_PCX).isEmpty());
 }
 
 TEST(AnnouncedSize, IsNotLookedForInOtherFormats)
