@@ -25,12 +25,10 @@ constexpr unsigned MinDescriptionLength = 70;
 // Plug-ins are searched in a directory of the program's own, and nowhere else.
 void setLibraryPaths()
 {
-    const QStringList paths = QCoreApplication::libraryPaths();
-    for (const QString& path : paths)
-        QCoreApplication::removeLibraryPath(path);
     QDir directory(QCoreApplication::applicationDirPath());
-    if (directory.cd(QStringLiteral("plugins")))
-        QCoreApplication::addLibraryPath(directory.path());
+    const bool hasPlugins = directory.cd(QStringLiteral("plugins"));
+    // Given at once: Qt 6 takes no lack of memory into account where single paths are removed.
+    QCoreApplication::setLibraryPaths(hasPlugins ? QStringList(directory.path()) : QStringList());
 }
 
 // Documents are millions of small blocks, and the C library would join its bins of freed small

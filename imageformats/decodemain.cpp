@@ -39,14 +39,11 @@ int descriptor(DecodingDescriptor name)
 // have to be loaded before files cannot be opened any more.
 void loadPlugins()
 {
-    const QStringList paths = QCoreApplication::libraryPaths();
-    for (const QString& path : paths)
-        QCoreApplication::removeLibraryPath(path);
     QDir directory(QCoreApplication::applicationDirPath());
-    if (!directory.cd(QStringLiteral("plugins")))
-        return;
-    QCoreApplication::addLibraryPath(directory.path());
-    QImageReader::supportedImageFormats();
+    const bool hasPlugins = directory.cd(QStringLiteral("plugins"));
+    QCoreApplication::setLibraryPaths(hasPlugins ? QStringList(directory.path()) : QStringList());
+    if (hasPlugins)
+        QImageReader::supportedImageFormats();
 }
 
 // Returns an image whose pixels are in the memory that the other process gave; null if there is not

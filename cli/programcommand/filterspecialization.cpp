@@ -120,11 +120,11 @@ int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& vari
 bool FilterSpecialization::loadInput(const QString& input, const QStringList& presetsPaths) const
 {
     auto& manager = *m_services->packagesListManager();
-    if (loadPackages(manager, {input}, presetsPaths, true) != 0) {
+    if (loadPackages(manager, QStringList(input), presetsPaths, true) != 0) {
         printError(QStringLiteral("Error! Input file cannot be correctly loaded"));
         return false;
     }
-    if (loadPackages(manager, {input}, presetsPaths, true) != 0) {
+    if (loadPackages(manager, QStringList(input), presetsPaths, true) != 0) {
         printError(QStringLiteral("Input Files cannot be correctly loaded"));
         return false;
     }
@@ -139,7 +139,7 @@ FilterSpecialization::outputPackage(const QString& input, const QString& target,
 {
     auto& manager = *m_services->packagesListManager();
     if (variables[OutputMerge].as<bool>() && QFileInfo::exists(target)) {
-        if (loadPackages(manager, {target}, presetsPaths, true) == 0)
+        if (loadPackages(manager, QStringList(target), presetsPaths, true) == 0)
             return manager.packageForPath(target);
         printError(QStringLiteral("Warning! Output file not found and cannot be merged"));
     }

@@ -225,7 +225,7 @@ int InputEditor::execute(const ParsedOptions&, const VariablesMap& variables)
     const Presets presets = announcePresets(variables);
     auto& manager = *m_services->packagesListManager();
     const QString input = optionText(variables, Input);
-    if (loadPackages(manager, {input}, presets.paths, true) != 0) {
+    if (loadPackages(manager, QStringList(input), presets.paths, true) != 0) {
         printError(QStringLiteral("input file cannot be correctly loaded"));
         return 1;
     }
