@@ -42,7 +42,8 @@ void printFailure(const QString& target)
 bool savePackageTo(const QString& target, const Package& package, const QString& presetsDirectory)
 {
     QString keptCopy;
-    if (Ksx::Core::savePackage(package, target, QDir(presetsDirectory), &keptCopy))
+    if (Ksx::Core::savePackage(package, target, QDir(Orv::Core::absolutePath(presetsDirectory)),
+                               &keptCopy))
         return true;
     printFailure(target);
     if (!keptCopy.isNull())

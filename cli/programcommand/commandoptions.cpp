@@ -1,6 +1,7 @@
 #include "programcommand/commandoptions.h"
 
 #include "console.h"
+#include "core/fileplace.h"
 #include "data/filename.h"
 #include <QDir>
 #include <new>
@@ -57,7 +58,7 @@ Presets announcePresets(const po::variables_map& variables)
     if (variables.count(PresetsPathOption) == 0)
         return presets;
     presets.directory = optionText(variables, PresetsPathOption);
-    presets.paths.append(QDir(presets.directory).absolutePath());
+    presets.paths.append(Orv::Core::absolutePath(presets.directory));
     printLine(QStringLiteral("Presets Path added: ") + presets.paths.front());
     return presets;
 }
@@ -71,12 +72,13 @@ QString outputName(const po::variables_map& variables, const QString& inputName)
 QString targetFile(const po::variables_map& variables, const QString& inputPath,
                    const QString& baseName)
 {
-    QString directory = QDir::currentPath();
+    QString directory = Orv::Core::currentFolder();
     if (variables.count(OutputPathOption) != 0) {
         directory = optionText(variables, OutputPathOption);
         directory.replace(QLatin1String(InputPathPattern), inputPath);
     }
-    return QDir(directory).absoluteFilePath(baseName + QStringLiteral(".obl"));
+    return QDir(Orv::Core::absolutePath(directory))
+        .absoluteFilePath(baseName + QStringLiteral(".obl"));
 }
 
 QString outputNameDescription(const QString& defaultName)

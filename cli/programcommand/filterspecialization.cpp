@@ -1,6 +1,7 @@
 #include "programcommand/filterspecialization.h"
 
 #include "console.h"
+#include "core/fileplace.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
 #include "ksx/core/collectgraphs.h"
@@ -103,7 +104,7 @@ int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& vari
         printError(QStringLiteral("Error! No graph found into the input file"));
         return 1;
     }
-    const QString target = targetOf(QFileInfo(input), variables);
+    const QString target = targetOf(QFileInfo(Orv::Core::absolutePath(input)), variables);
     const PackageBox output = outputPackage(input, target, variables, presets.paths);
     // A target that is the input itself is open once more now, and that one is what counts.
     const auto filter = Ksx::Core::collectGraphs(*manager.packageForPath(input)).front();
@@ -138,7 +139,7 @@ FilterSpecialization::outputPackage(const QString& input, const QString& target,
                                     const QStringList& presetsPaths) const
 {
     auto& manager = *m_services->packagesListManager();
-    if (variables[OutputMerge].as<bool>() && QFileInfo::exists(target)) {
+    if (variables[OutputMerge].as<bool>() && Orv::Core::exists(target)) {
         if (loadPackages(manager, QStringList(target), presetsPaths, true) == 0)
             return manager.packageForPath(target);
         printError(QStringLiteral("Warning! Output file not found and cannot be merged"));

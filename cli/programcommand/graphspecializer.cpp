@@ -1,6 +1,7 @@
 #include "programcommand/graphspecializer.h"
 
 #include "console.h"
+#include "core/fileplace.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
@@ -156,11 +157,12 @@ bool GraphSpecializer::connectImage(const QString& input, const ImageConnection&
 // Null, after an error line, if there is no such file or the cooked format is unknown.
 ResourceListener* GraphSpecializer::importImage(const ImageConnection& image)
 {
-    const QFileInfo file(image.path);
+    const QFileInfo file(Orv::Core::absolutePath(image.path));
     ResourceListener* resource =
-        file.exists() ? m_package.addLinkedResource(BitmapResource, file.suffix().toUpper(),
-                                                    file.baseName(), file.absoluteFilePath())
-                      : nullptr;
+        Orv::Core::exists(image.path)
+            ? m_package.addLinkedResource(BitmapResource, file.suffix().toUpper(), file.baseName(),
+                                          file.filePath())
+            : nullptr;
     if (resource == nullptr || !resource->isReachable()) {
         printError(QStringLiteral("Error! Image cannot be loaded: ") + image.path);
         return nullptr;

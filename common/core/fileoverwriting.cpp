@@ -1,7 +1,7 @@
 #include "fileoverwriting.h"
 
+#include "core/fileplace.h"
 #include "data/filename.h"
-#include <QDir>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +13,14 @@ namespace {
 
 constexpr unsigned PrivateMode = 0600;
 
+// Returns the folder that QDir::tempPath() has, whose name need not be UTF-8 here.
+std::string temporaryFolder()
+{
+    const QByteArray named = qgetenv("TMPDIR");
+    return toBytes(
+        canonicalPath(named.isEmpty() ? QStringLiteral("/tmp") : fromBytes(named.toStdString())));
+}
+
 } // namespace
 
 bool FileOverwriting::start(const std::string& path)
@@ -21,7 +29,7 @@ bool FileOverwriting::start(const std::string& path)
     struct stat status = {};
     if (!m_target.isOpen() || fstat(m_target.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return false;
-    m_folderPath = toBytes(QDir::tempPath());
+    m_folderPath = temporaryFolder();
     m_folder = openAt(AT_FDCWD, m_folderPath, O_RDONLY | O_DIRECTORY);
     if (!m_folder.isOpen())
         return false;

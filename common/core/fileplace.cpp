@@ -1,6 +1,8 @@
 #include "core/fileplace.h"
 
 #include "data/filename.h"
+#include <QDir>
+#include <QFileInfo>
 #include <array>
 #include <climits>
 #include <filesystem>
@@ -19,13 +21,19 @@ namespace fs = std::filesystem;
 
 constexpr int MaximumLinks = 40; // as many as the system follows
 
+// A lack of memory is no answer of the file system.
+void refuseLackOfMemory(const std::error_code& error)
+{
+    if (error == std::errc::not_enough_memory)
+        throw std::bad_alloc();
+}
+
 // Empty for a missing file.
 fs::path withoutLinks(const fs::path& path)
 {
     std::error_code error;
     fs::path found = fs::canonical(path, error);
-    if (error == std::errc::not_enough_memory)
-        throw std::bad_alloc();
+    refuseLackOfMemory(error);
     return error ? fs::path() : found;
 }
 
@@ -43,6 +51,37 @@ fs::path followLinks(fs::path target)
 }
 
 } // namespace
+
+bool exists(const QString& path)
+{
+    std::error_code error;
+    return fs::exists(toBytes(path), error);
+}
+
+QDateTime modificationTime(const QString& path)
+{
+#ifdef Q_OS_UNIX
+    struct stat status = {};
+    if (stat(toBytes(path).c_str(), &status) != 0)
+        return {};
+    return QDateTime::fromSecsSinceEpoch(status.st_mtime);
+#else
+    return QFileInfo(path).lastModified();
+#endif
+}
+
+QString currentFolder()
+{
+    std::error_code error;
+    const fs::path folder = fs::current_path(error);
+    refuseLackOfMemory(error);
+    return fromBytes(folder.native());
+}
+
+QString absolutePath(const QString& path)
+{
+    return QDir::cleanPath(QDir::isAbsolutePath(path) ? path : currentFolder() + '/' + path);
+}
 
 QString canonicalPath(const QString& path)
 {

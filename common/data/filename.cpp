@@ -124,7 +124,7 @@ void installFileNameCodec()
 
 void installFileNameCodec()
 {
-    // Qt 6 takes file names for UTF-8 under every locale by itself.
+    // Qt 6 takes file names for UTF-8 under every locale by itself, and has no place for a codec.
 }
 
 #endif

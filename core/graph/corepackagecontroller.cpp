@@ -1,6 +1,7 @@
 #include "ksx/core/packagecontroller.h"
 
 #include "content/uniqueidentifier.h"
+#include "core/fileplace.h"
 #include "data/content/graph.h"
 #include "data/content/packagemanipulators.h"
 #include "data/content/resource.h"
@@ -14,7 +15,6 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
 
 namespace Ksx::Core {
 
@@ -59,7 +59,7 @@ QString fromLatin1(const std::string& text)
 
 QString timeOf(const QString& filePath)
 {
-    return QFileInfo(filePath).lastModified().toString(Qt::ISODate);
+    return Orv::Core::modificationTime(filePath).toString(Qt::ISODate);
 }
 
 // The MD5 sum of what the file holds, in hexadecimal; "0" if that is nothing.

@@ -19,7 +19,7 @@ const char* const PresetsPrefix = "obl://";
 std::list<QDir> presetsDirectories(const QStringList& paths)
 {
     if (paths.isEmpty())
-        return {QDir::current()};
+        return {QDir(Orv::Core::currentFolder())};
     return {paths.begin(), paths.end()};
 }
 

@@ -4,8 +4,6 @@
 #include "data/changeevent.h"
 #include "data/content/package.h"
 #include "data/datamessage.h"
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -21,7 +19,7 @@ const char* const Himself = "?himself";
 // The path as text alone says it.
 QString spelledKey(const QString& path)
 {
-    return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    return Orv::Core::absolutePath(path);
 }
 
 } // namespace

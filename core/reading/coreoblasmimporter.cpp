@@ -1,5 +1,6 @@
 #include "reading/oblasmimporter.h"
 
+#include "core/fileplace.h"
 #include "core/regularfile.h"
 #include "data/content/package.h"
 #include "data/latin1.h"
@@ -20,7 +21,7 @@ bool readAssembly(QFile& file, OBLASMAssembly& assembly, const ImporterReport& r
 {
     const QString path = file.fileName();
     const QString xmlPath = path.left(path.size() - Ending.size()) + QStringLiteral(".xml");
-    if (!QFileInfo::exists(xmlPath))
+    if (!Orv::Core::exists(xmlPath))
         return report.fail("ERROR_XML_FILE_NOT_FOUND_%1", {xmlPath});
     assembly.header = file.read(OBLASMAssembly::HeaderSize);
     if (assembly.header.isEmpty())

@@ -1,5 +1,9 @@
 // File names and console text are bytes, under every locale.
+#include "support/assemblytext.h"
+#include "support/filtertext.h"
+#include "support/packagedom.h"
 #include "support/packagetext.h"
+#include "support/sampleimages.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -7,11 +11,18 @@
 #include <algorithm>
 #include <cctype>
 
+using TestSupport::aColorInput;
+using TestSupport::aDescribedGraph;
+using TestSupport::aDescription;
 using TestSupport::aGroupSaying;
+using TestSupport::anAssemblyBody;
 using TestSupport::aPackage;
+using TestSupport::aPng;
 using TestSupport::aResource;
 using TestSupport::Arguments;
+using TestSupport::FilterText;
 using TestSupport::TemporaryDirectory;
+using TestSupport::textsAt;
 using TestSupport::Tool;
 using TestSupport::ToolRun;
 
@@ -58,13 +69,16 @@ std::string localeCaseName(const testing::TestParamInfo<LocaleCase>& info)
 class NamesUnderALocale : public testing::TestWithParam<LocaleCase>
 {
 protected:
+    Tool tool(const std::string& folder = {}) const
+    {
+        return Tool(directory.path(folder))
+            .withEnvironment("LANG", GetParam().locale)
+            .withEnvironment("LC_ALL", GetParam().locale);
+    }
     ToolRun update(Arguments arguments) const
     {
         arguments.insert(arguments.begin(), "update");
-        return Tool(directory.path())
-            .withEnvironment("LANG", GetParam().locale)
-            .withEnvironment("LC_ALL", GetParam().locale)
-            .run(arguments);
+        return tool().run(arguments);
     }
     const std::string& word() const { return GetParam().word; }
 
@@ -136,6 +150,71 @@ TEST_P(NamesUnderALocale, OfMissingDependenciesAreTold)
     EXPECT_EQ(run.exitCode, 1) << run;
     EXPECT_EQ(run.err, "Cannot load dependency: " + directory.path(word() + "/b.obl") +
                            "\nPackages cannot be correctly loaded\n");
+}
+
+TEST_P(NamesUnderALocale, OfTheCurrentFolderAreKept)
+{
+    directory.write(word() + "/in/a.obl", aPackage().dependingOn("b.obl", 7).text());
+    directory.write(word() + "/in/b.obl", aPackage().text());
+
+    const ToolRun run = tool(word()).run({"update", "in/../in/a.obl", "--output-path", "in/.."});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(run.out, "Packages Loaded:\n    " + directory.path(word() + "/in/a.obl") + "\n    " +
+                           directory.path(word() + "/in/b.obl") + "\nPackages Saved:\n    " +
+                           directory.path(word() + "/a_updated.obl") + "\n    " +
+                           directory.path(word() + "/b_updated.obl") + "\n");
+}
+
+TEST_P(NamesUnderALocale, OfFoldersWithPicturesAreKept)
+{
+    const std::string filter = FilterText("planks").taking(aColorInput("in")).text();
+    directory.write(word() + "/f.obl", aPackage().containing(filter).text());
+    directory.write(word() + "/oak.png", aPng({4, 4}));
+
+    const ToolRun run =
+        tool(word()).run({"specialization", "f.obl", "--connect-image", "in@path@oak.png"});
+
+    const std::string written = directory.read(word() + "/f_specialized.obl");
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(textsAt(written, "content/resource/filepath"), "oak.png");
+    EXPECT_NE(textsAt(written, "content/resource/lastModif"), "");
+}
+
+TEST_P(NamesUnderALocale, OfPackagesToMergeWithAreKept)
+{
+    directory.write("f.obl", aPackage().containing(FilterText("planks").text()).text());
+    directory.write(word() + "/a.obl", aPackage().containing(FilterText("own").text()).text());
+
+    const ToolRun run = tool().run({"specialization", "f.obl", "--output-path", word(),
+                                    "--output-name", "a", "--output-merge"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(textsAt(directory.read(word() + "/a.obl"), "content/graph/identifier"), "own planks");
+}
+
+TEST_P(NamesUnderALocale, OfAssembliesAreKept)
+{
+    directory.write(word() + "/" + word() + ".oblasm", anAssemblyBody());
+    directory.write(word() + "/" + word() + ".xml", aDescription(aDescribedGraph("wood")));
+
+    const ToolRun run = update({word() + "/" + word() + ".oblasm"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(textsAt(directory.read(word() + "_updated.obl"), "content/graph/identifier"), "wood");
+}
+
+TEST_P(NamesUnderALocale, OfTwoFoldersAreToldApart)
+{
+    directory.write(word() + "\xfd/a.obl", aPackage().named("one").text());
+    directory.write(word() + "\xfe/a.obl", aPackage().named("two").text());
+
+    const ToolRun run = update({word() + "\xfd/../" + word() + "\xfd/a.obl", word() + "\xfe/a.obl",
+                                "--output-path", "{inputPath}"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read(word() + "\xfd/a_updated.obl"), aPackage().named("one").text());
+    EXPECT_EQ(directory.read(word() + "\xfe/a_updated.obl"), aPackage().named("two").text());
 }
 
 INSTANTIATE_TEST_SUITE_P(Words, NamesUnderALocale, testing::ValuesIn(localeCases()),

@@ -1,23 +1,27 @@
 #include "core/fileplace.h"
 
+#include "data/filename.h"
 #include "support/temporarydirectory.h"
+#include <QFileInfo>
 #include <gtest/gtest.h>
 #include <filesystem>
 
 namespace {
 
+using Orv::fromBytes;
+using Orv::Core::absolutePath;
 using Orv::Core::canonicalPath;
+using Orv::Core::currentFolder;
+using Orv::Core::exists;
 using Orv::Core::isSameFile;
+using Orv::Core::modificationTime;
 using Orv::Core::realPath;
 using TestSupport::TemporaryDirectory;
 
 class FilePlace : public testing::Test
 {
 protected:
-    QString at(const std::string& name) const
-    {
-        return QString::fromStdString(directory.path(name));
-    }
+    QString at(const std::string& name) const { return fromBytes(directory.path(name)); }
 
     TemporaryDirectory directory;
 };
@@ -97,6 +101,51 @@ TEST_F(FilePlace, OfEqualFilesIsNotTheSame)
     directory.write("b", "x");
 
     EXPECT_FALSE(isSameFile(at("a"), at("b")));
+}
+
+TEST_F(FilePlace, ExistsWhateverItIs)
+{
+    directory.write("x/a", "");
+    directory.makeLink("dangling", "missing");
+
+    EXPECT_TRUE(exists(at("x/a")));
+    EXPECT_TRUE(exists(at("x")));
+    EXPECT_FALSE(exists(at("missing")));
+    EXPECT_FALSE(exists(at("dangling")));
+    EXPECT_FALSE(exists({}));
+}
+
+TEST_F(FilePlace, HasTheTimeOfTheLastWriting)
+{
+    directory.write("a", "");
+    directory.makeLink("link", "a");
+
+    EXPECT_EQ(modificationTime(at("a")).toSecsSinceEpoch(),
+              QFileInfo(at("a")).lastModified().toSecsSinceEpoch());
+    EXPECT_EQ(modificationTime(at("link")), modificationTime(at("a")));
+    EXPECT_FALSE(modificationTime(at("missing")).isValid());
+}
+
+TEST_F(FilePlace, BeginsAtTheRootOrInTheCurrentFolder)
+{
+    const QString folder = fromBytes(std::filesystem::current_path().native());
+
+    EXPECT_EQ(currentFolder(), folder);
+    EXPECT_EQ(absolutePath("x/a"), folder + "/x/a");
+    EXPECT_EQ(absolutePath("./x//../a"), folder + "/a");
+    EXPECT_EQ(absolutePath({}), folder);
+    EXPECT_EQ(absolutePath("/x/../a/"), "/a");
+}
+
+TEST_F(FilePlace, IsFoundByANameThatIsNoUtf8)
+{
+    directory.write("Gr\xf6\xdf\xe9/a", "");
+
+    EXPECT_TRUE(exists(at("Gr\xf6\xdf\xe9/a")));
+    EXPECT_FALSE(exists(at("Gr\xf6\xdf\xe8/a")));
+    EXPECT_TRUE(modificationTime(at("Gr\xf6\xdf\xe9/a")).isValid());
+    EXPECT_EQ(canonicalPath(at("Gr\xf6\xdf\xe9/../Gr\xf6\xdf\xe9/a")), at("Gr\xf6\xdf\xe9/a"));
+    EXPECT_EQ(absolutePath(at("Gr\xf6\xdf\xe9/./a")), at("Gr\xf6\xdf\xe9/a"));
 }
 
 TEST_F(FilePlace, OfMissingFilesIsNeverTheSame)

@@ -152,6 +152,8 @@ TEST_F(FileNameCodec, EncodesUtf8UnderTheCLocale)
     EXPECT_EQ(QFile::encodeName(QString(QChar(0xE9))), QByteArray("\xC3\xA9"));
 }
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // later ones replace the bytes
+
 TEST_F(FileNameCodec, GivesInvalidBytesBack)
 {
     EXPECT_EQ(QFile::encodeName(QFile::decodeName("caf\xE9.obl")), QByteArray("caf\xE9.obl"));
@@ -169,5 +171,7 @@ TEST_F(FileNameCodec, ListsAFileWhoseNameIsNoUtf8)
     EXPECT_EQ(QDir(m_directory.path()).entryList(QDir::Files | QDir::System),
               QStringList(fromBytes("caf\xE9.obl")));
 }
+
+#endif
 
 } // namespace

@@ -1,9 +1,24 @@
-// Where files are, whatever they are called.
+// Where files are, whatever they are called. Qt 6 cannot ask for a file whose name is no UTF-8, so
+// these functions give names to the system as bytes, as RegularFile and FileSaver do.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 namespace Orv::Core {
+
+// Returns true for whatever has this path: a file, a folder, or a link to one of them.
+bool exists(const QString& path);
+
+// Returns when the file was last written. Returns an invalid time for a missing one.
+QDateTime modificationTime(const QString& path);
+
+// Returns the process's folder, in which relative paths begin.
+QString currentFolder();
+
+// Returns the path from the root on, without "." and "..", as its text says it: the file need not
+// exist, and links are not followed.
+QString absolutePath(const QString& path);
 
 // Returns the path of an existing file or folder without a symbolic link in it. Returns a null text
 // for a missing one. Unlike Qt it never takes a lack of memory for a missing link.

@@ -13,8 +13,10 @@ namespace Orv {
 QString fromBytes(std::string_view bytes);
 std::string toBytes(const QString& text);
 
-// Makes Qt's own file functions use the same conversion. Called once by a program that is given
-// file names, before it uses any.
+// Makes the file functions of Qt 5 use the same conversion. Called once by a program that is given
+// file names, before it uses any. Qt 6 takes names for UTF-8 under every locale, replaces bytes that
+// are none, and has no hook for a codec. There only RegularFile, FileSaver and the functions of
+// core/fileplace.h reach a file of any name.
 void installFileNameCodec();
 
 } // namespace Orv
