@@ -25,8 +25,8 @@ struct DomError
 // Replaces `document` by what the bytes say, without a DTD: the texts of its entities stand where
 // they are used. On failure answers false, with the reason in `error`. Refuses what
 // QXmlStreamReader refuses, references to entities that nobody declares, and elements that nest
-// deeper than Orv::Data::XmlDataReader::MaximumDepth: so the functions of QDomDocument that call
-// themselves for each level, its destructor among them, have stack enough.
+// deeper than Orv::Data::XmlDataReader::MaximumDepth. So the destructor of QDomDocument, which calls
+// itself for each level, has stack enough. QDomDocument::save() has not, with Qt 6.
 // Fills `index` on the way, unless it is null.
 bool parseDom(const QByteArray& bytes, QDomDocument& document, DomError& error,
               DomIndex* index = nullptr);

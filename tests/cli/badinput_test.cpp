@@ -193,6 +193,7 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"ABitTooManyNestedGroups",
                    [] { return aPackage().containing(nestedGroups(2600)).text(); }},
         DamageCase{"TooManyNestedUnknowns", [] { return nestedUnknowns(200000); }},
+        DamageCase{"TooManyNestedUnknownsInAnOldFile", [] { return old(nestedUnknowns(100000)); }},
         DamageCase{"TooManyNestedConfigurations", [] { return nestedConfigurations(200000); }},
         DamageCase{"TooManyUnclosedElements",
                    [] {

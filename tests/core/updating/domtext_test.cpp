@@ -3,6 +3,7 @@
 #include "data/xmldatareader.h"
 #include <QDomDocument>
 #include <gtest/gtest.h>
+#include <optional>
 
 namespace {
 
@@ -146,14 +147,17 @@ TEST(DomText, RefusesToNestDeeper)
               "ORV_DATA_XML_DATA_READER_ERROR_XML_NESTING_TOO_DEEP_2_15000");
 }
 
-TEST(DomText, LeavesQDomDocumentStackForTheDeepestDocument)
+TEST(DomText, LeavesStackToDestroyTheDeepestDocument)
 {
-    QDomDocument document;
+    std::optional<QDomDocument> document(std::in_place);
     DomError error;
-    EXPECT_TRUE(parseDom(nested(MaximumDepth), document, error));
-    EXPECT_EQ(document.elementsByTagName("a").count(), MaximumDepth);
-    EXPECT_FALSE(document.toByteArray(-1).isEmpty());
-    EXPECT_EQ(document.cloneNode().firstChildElement().tagName(), "a");
+    EXPECT_TRUE(parseDom(nested(MaximumDepth), *document, error));
+    const QDomNode deepest = document->elementsByTagName("a").item(MaximumDepth - 1);
+
+    document.reset(); // its destructor calls itself for each level
+
+    EXPECT_FALSE(deepest.isNull());
+    EXPECT_TRUE(deepest.parentNode().isNull());
 }
 
 TEST(DomText, IndentsDeepLevelsLikeTheLastOne)
