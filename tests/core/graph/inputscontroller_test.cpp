@@ -417,9 +417,12 @@ TEST(InputsOfADeadGraph, CanDieAfterIt)
     document->content().pushBack(packageFrom(aPackage().containing(GraphText().text())));
     auto inputs = controllerIn(document->content().at(0)).inputsController();
     inputs->addTweakInput(256, "b");
+    const std::weak_ptr<const void> watch = inputs;
 
     document.reset();
     inputs.reset();
+
+    EXPECT_TRUE(watch.expired());
 }
 
 } // namespace
