@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests of scripts/run and scripts/install-packages: one case a call, named by a function below.
+# Tests of the scripts: one case a call, named by a function below.
 #   scripts_test.sh SOURCES CASE
 # Programs of the same name stand in for cmake, dpkg-query and apt-get, so nothing is built here.
 set -uo pipefail
@@ -164,6 +164,96 @@ install_packages_fails_with_the_words_of_apt_get()
     call "$sources/scripts/install-packages" lint
     expect "failure" [ "$code" = 1 ]
     expect "its words" says "E: no network"
+}
+
+# A history of the commits base, one and two. Two sources and a header have changed since the base.
+history()
+{
+    stand_in git <<'END'
+shift 2 # -C FOLDER
+case $* in
+    "merge-base origin/main HEAD") echo base ;;
+    "rev-parse HEAD") echo two ;;
+    "rev-parse --verify --quiet gone^{commit}") exit 1 ;;
+    "rev-parse --verify --quiet one^{commit}") echo one ;;
+    "rev-list --reverse base..HEAD") printf 'one\ntwo\n' ;;
+    "diff --name-only --diff-filter=d base "*) printf 'core/a.cpp\ncore/place.h\n' ;;
+    "diff --name-only --diff-filter=d one "*) ;;
+    "ls-files "*) ;;
+    "grep "*'place\.h"'*) printf 'core/b.cpp\ncore/coreplace.cpp\n' ;;
+    "archive "*)
+        folder=$(mktemp -d)
+        echo "$2" >"$folder/commit"
+        tar -c -C "$folder" commit
+        rm -r "$folder"
+        ;;
+    *) echo "git $*" >&2; exit 3 ;;
+esac
+END
+    stand_in cmake <<<'echo "cmake $*"'
+    stand_in clang-format <<<''
+    stand_in run-clang-tidy <<<'printf "%s\n" "$@"'
+}
+
+lint_analyses_changed_sources_and_those_of_changed_headers()
+{
+    history
+    call "$sources/scripts/test" --lint
+    expect "success" [ "$code" = 0 ]
+    expect "the changed source" grep -qxF "^$sources/core/a.cpp\$" <<<"$out"
+    expect "the header's own source" grep -qxF "^$sources/core/coreplace.cpp\$" <<<"$out"
+    expect "no other source" [ "$(grep -c '\.cpp' <<<"$out")" = 2 ]
+}
+
+lint_analyses_nothing_where_no_source_has_changed()
+{
+    history
+    call "$sources/scripts/test" --lint=one
+    expect "success" [ "$code" = 0 ]
+    expect "a word about it" [ "$out" = "lint: no source has changed" ]
+}
+
+lint_refuses_an_unknown_revision()
+{
+    history
+    call "$sources/scripts/test" --lint=gone
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "the revision" says "no commit gone"
+}
+
+lint_fails_where_the_layout_is_wrong()
+{
+    history
+    stand_in clang-format <<<'exit 1'
+    call "$sources/scripts/test" --lint=all
+    expect "failure" [ "$code" != 0 ]
+    expect "no analysis" [ -z "$out" ]
+}
+
+check_commits_names_the_one_that_cannot_be_configured()
+{
+    history
+    stand_in cmake <<<'grep -q one "$2/commit" || { echo "no file x.cpp" >&2; exit 1; }'
+    call "$sources/scripts/check-commits"
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "the words of cmake" says "no file x.cpp"
+    expect "the commit alone" says "cannot be configured: two"
+}
+
+check_commits_says_that_there_is_no_history()
+{
+    stand_in git <<<'exit 128'
+    call "$sources/scripts/check-commits"
+    expect "success" [ "$code" = 0 ]
+    expect "a word about it" says "no older commit is known"
+}
+
+check_commits_is_silent_about_good_ones()
+{
+    history
+    call "$sources/scripts/check-commits"
+    expect "success" [ "$code" = 0 ]
+    expect "silence" [ -z "$out$err" ]
 }
 
 "$2"
