@@ -18,7 +18,7 @@ using Ksx::Core::ArchiveResult;
 using Ksx::Core::ArchiveVisitor;
 using Ksx::Core::MaximumListSize;
 
-constexpr qint64 BlockSize = 64 * 1024;
+constexpr qint64 BlockSize = qint64(64) * 1024;
 
 // An archive, with another list of files than the device has.
 class Source

@@ -41,7 +41,7 @@ Arguments parse(const std::vector<std::string>& words)
             positional.push_back(words[i]);
             continue;
         }
-        const std::string option = words[i];
+        const std::string& option = words[i];
         if (++i == words.size())
             throw std::invalid_argument(option + " needs a value");
         if (option == "--seed")

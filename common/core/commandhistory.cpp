@@ -64,7 +64,7 @@ bool CommandHistory::reverse(std::shared_ptr<HistoryScratch>& from,
 // reverses that.
 std::shared_ptr<HistoryScratch> CommandHistory::restore(HistoryScratch& scratch)
 {
-    const auto back = std::make_shared<HistoryScratch>();
+    auto back = std::make_shared<HistoryScratch>(); // const would be copied on return
     ManipulatorContext context(back);
     context.m_isReplay = true;
     try {

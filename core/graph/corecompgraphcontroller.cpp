@@ -36,7 +36,6 @@ namespace {
 using namespace Data::Content;
 namespace ValueType = Data::Desc::ValueType;
 using Data::Desc::FilterKind;
-using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorList;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::DataPointerBox;

@@ -99,7 +99,7 @@ std::string OBLASMGraphPlaces::Level::freeIdentifier(const std::string& wanted)
     for (;;) {
         name.number = numbers.from(name.number);
         numbers.use(name.number); // no identifier becomes free again
-        const std::string identifier = name.next();
+        std::string identifier = name.next();
         if (m_identifiers.insert(identifier).second)
             return identifier;
     }

@@ -284,6 +284,7 @@ void DomWriter::writeAttributes(const QDomNode& element)
 {
     const QDomNamedNodeMap map = element.attributes();
     std::vector<QDomNode> attributes;
+    attributes.reserve(static_cast<std::size_t>(map.count()));
     for (int i = 0; i < map.count(); ++i)
         attributes.push_back(map.item(i));
     std::sort(attributes.begin(), attributes.end(),

@@ -41,7 +41,7 @@ private:
 class DocumentTypeBound
 {
 public:
-    static constexpr qint64 MaximumSize = 64 * 1024;
+    static constexpr qint64 MaximumSize = qint64(64) * 1024;
 
     explicit DocumentTypeBound(int parameterEntitySize) : m_parameterEntitySize(parameterEntitySize)
     {}
