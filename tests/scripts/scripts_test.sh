@@ -176,6 +176,8 @@ case $* in
     "rev-parse HEAD") echo two ;;
     "rev-parse --verify --quiet gone^{commit}") exit 1 ;;
     "rev-parse --verify --quiet one^{commit}") echo one ;;
+    "rev-parse --verify --quiet large^{commit}") echo large ;;
+    "diff --name-only --diff-filter=d large "*) printf 'core/a%s.cpp\n' {1..50} ;;
     "rev-list --reverse base..HEAD") printf 'one\ntwo\n' ;;
     "diff --name-only --diff-filter=d base "*) printf 'core/a.cpp\ncore/place.h\n' ;;
     "diff --name-only --diff-filter=d one "*) ;;
@@ -211,6 +213,15 @@ lint_analyses_nothing_where_no_source_has_changed()
     call "$sources/scripts/test" --lint=one
     expect "success" [ "$code" = 0 ]
     expect "a word about it" [ "$out" = "lint: no source has changed" ]
+}
+
+lint_analyses_a_share_of_a_large_change()
+{
+    history
+    call "$sources/scripts/test" --lint=large
+    expect "success" [ "$code" = 0 ]
+    expect "forty sources" [ "$(grep -c '/core/a[0-9]*\.cpp' <<<"$out")" = 40 ]
+    expect "a word about it" says "analysing 40 of 50 sources"
 }
 
 lint_refuses_an_unknown_revision()
