@@ -183,6 +183,13 @@ TEST(ChangeRunsClear, LeavesAnEmptyScript)
     EXPECT_TRUE(runs.isEmpty());
 }
 
+TEST(ChangeRunsMerge, AScriptIsReplayedOnItself)
+{
+    ChangeRuns runs = scriptOf(inserting(1, 1));
+    runs.mergeRuns(runs);
+    EXPECT_EQ(textOf(runs), "K1 I2");
+}
+
 TEST(ChangeRunsSplit, PartnersOfAMovedRunSplitTogether)
 {
     // Two items moved one after the other, as one script tells of them, then parted by an insert.
@@ -411,6 +418,17 @@ std::string foldAndReplay(std::mt19937& random)
     return fault;
 }
 
+// Scripts that nobody reads in between, of many scattered edits.
+std::string foldManyAndReplay(std::mt19937& random)
+{
+    Model model(60);
+    const std::vector<int> before = model.items;
+    ChangeRuns script;
+    for (int i = 0; i < 100; ++i)
+        editOnce(random, model, script);
+    return replayFault(script, before, model);
+}
+
 // Cuts a series of edits into scripts of their own.
 std::vector<ChangeRuns> editInPieces(std::mt19937& random, Model& model)
 {
@@ -449,6 +467,11 @@ class ChangeRunsProperty : public testing::TestWithParam<unsigned>
 TEST_P(ChangeRunsProperty, AFoldedScriptLeadsFromTheOldListToTheNewOne)
 {
     EXPECT_EQ(firstFault(GetParam(), foldAndReplay), "");
+}
+
+TEST_P(ChangeRunsProperty, ALongScriptThatIsReadOnceLeadsFromTheOldListToTheNewOne)
+{
+    EXPECT_EQ(firstFault(GetParam(), foldManyAndReplay), "");
 }
 
 TEST_P(ChangeRunsProperty, ScriptsMergedOneByOneLeadFromTheOldListToTheNewOne)

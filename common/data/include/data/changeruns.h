@@ -32,13 +32,14 @@ struct ChangeRun
 // A script leads from an old list to the current one. Reading the runs of inOldList() in order
 // gives the old list, those of inNewList() the current one; what lies behind the last run is kept.
 // The four operations take positions in the current list and fold one more edit into the script,
-// so that one reader can follow many edits at once.
+// so that one reader can follow many edits at once. A series of n edits and one reading take a time
+// of the order of n log n.
 class ChangeRuns
 {
 public:
-    bool isEmpty() const { return m_runs.empty(); }
-    const std::vector<ChangeRun>& runs() const { return m_runs; }
-    void clear() { m_runs.clear(); }
+    bool isEmpty() const { return runs().empty(); }
+    const std::vector<ChangeRun>& runs() const;
+    void clear();
 
     // `count` new items now stand before what was at `index`.
     void insertRun(std::size_t index, std::size_t count);
@@ -54,18 +55,14 @@ public:
     void mergeRuns(const ChangeRuns& second);
 
 private:
-    // The record at which the current list's position `index` begins, after splitting as needed.
-    // Records that are not in the current list and stand before the position are passed over.
-    std::size_t boundaryAt(std::size_t index);
-    void splitRun(std::size_t record, std::size_t count);
-    void splitOne(std::size_t record, std::size_t count);
-    void insertRecord(std::size_t record, ChangeRun run);
-    void removeRecord(std::size_t record);
-    std::size_t partnerOf(std::size_t record) const;
-    void replayMove(const ChangeRuns& second, std::size_t record, std::size_t position);
-    void joinNeighbours();
+    void append(const ChangeRun* first, std::size_t count);
+    // Makes one script of the last two.
+    void joinLastTwo() const;
 
-    std::vector<ChangeRun> m_runs;
+    // Several scripts one behind the other, each of which leads on from the list of the one before
+    // it. None is longer than half of the one before it, so that joining them costs little.
+    mutable std::vector<ChangeRun> m_runs;
+    mutable std::vector<std::size_t> m_begins; // of all scripts but the first one
 };
 
 } // namespace Orv::Data
