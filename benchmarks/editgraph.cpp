@@ -1,7 +1,10 @@
 // Times edits of a large document inside the library: "editgraph EDIT COUNT".
 // Prints the cpu seconds of the edits alone, without the opening of the document.
+#include "core/manipulatorlist.h"
+#include "data/content/compnode.h"
 #include "data/content/dynamicvalue.h"
 #include "data/content/graph.h"
+#include "data/content/nodemanipulators.h"
 #include "data/content/package.h"
 #include "data/content/parameter.h"
 #include "data/content/resource.h"
@@ -11,6 +14,7 @@
 #include "ksx/core/compinputnodecontroller.h"
 #include "ksx/core/compnodecontroller.h"
 #include "ksx/core/compoutputnodecontroller.h"
+#include "ksx/core/edit.h"
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
@@ -27,6 +31,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <random>
 
 namespace {
 
@@ -203,6 +208,25 @@ bool removeOutputNodes(EditDocument& document, unsigned)
     return graph.nodes().empty();
 }
 
+// One edit that takes every other node out, in no order.
+bool removeScattered(EditDocument& document, unsigned count)
+{
+    using Ksx::Data::Content::CompNode;
+    using Orv::Core::ManipulatorList;
+    const auto erase = +[](ManipulatorList<CompNode> nodes,
+                           const Orv::Data::DataPointerBoxMasterKey&, const unsigned& removed) {
+        std::mt19937 random(1);
+        for (unsigned i = 0; i < removed; ++i)
+            nodes.erase(random() % nodes.get()->size(), 1);
+        return true;
+    };
+    CompGraphController& graph = document.graph();
+    const Orv::Data::DataPointerBox<Orv::Data::ContainerList<CompNode>> nodes(
+        &graph.graph()->compNodes());
+    return runEdit(nodes, count / 2, erase, QString()).has_value() &&
+           graph.nodes().size() == count - count / 2;
+}
+
 bool addGraphs(EditDocument& document, unsigned count)
 {
     bool isDone = true;
@@ -288,6 +312,7 @@ constexpr Row Rows[] = {
     {"add-output-node", &openEmpty, &addOutputNodes},
     {"remove-input", &openInputs, &removeInputs},
     {"remove-output-node", &openFilter, &removeOutputNodes},
+    {"remove-scattered-nodes", &openChain, &removeScattered},
     {"set-default-value", &openInputs, &setDefaultValues},
     {"describe-input", &openInputs, &describeInputs},
     {"add-graph", &openEmpty, &addGraphs},

@@ -35,6 +35,7 @@ ROOM_OF_HEADER = {
     "lazysignal": "editing",
     "lazysignalconnect": "editing",
     "listenerof": "editing",
+    "places": "editing",
     "stage": "editing",
     "valuelistener": "editing",
 }

@@ -7,6 +7,7 @@
 #include "data/datamessage.h"
 #include "data/shadowobject.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/places.h"
 #include "ksx/core/stage.h"
 #include <deque>
 #include <functional>
@@ -98,7 +99,7 @@ public:
 private:
     struct Place
     {
-        const Item* item; // for comparison alone
+        const Item* item = nullptr; // for comparison alone
         std::unique_ptr<Controller> controller;
     };
 
@@ -117,47 +118,45 @@ private:
 
     void followRuns(const Orv::Data::DataMessage& message, const List& list)
     {
-        std::vector<const Item*> inserted;
+        std::vector<std::size_t> gone;
+        std::vector<std::size_t> fresh;
+        std::vector<const Item*> items;
+        std::size_t former = 0;
         std::size_t place = 0;
         for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
-            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count; ++i)
-                inserted.push_back(&list.at(place + i));
+            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Erased && i < run.count; ++i)
+                gone.push_back(former + i);
+            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count;
+                 ++i) {
+                fresh.push_back(place + i);
+                items.push_back(&list.at(place + i));
+            }
+            former += run.inOldList() ? run.count : 0;
             place += run.inNewList() ? run.count : 0;
         }
-        auto next = inserted.begin();
-        place = 0;
-        for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
-            switch (run.kind) {
-            case Orv::Data::RunKind::Erased:
-                for (std::size_t i = 0; i < run.count; ++i)
-                    removeAt(place);
-                break;
-            case Orv::Data::RunKind::Inserted:
-                for (std::size_t i = 0; i < run.count; ++i)
-                    insertAt(place++, **next++, message);
-                break;
-            default:
-                place += run.count;
-            }
+        remove(gone);
+        std::vector<Place> made;
+        made.reserve(items.size());
+        for (const Item* item : items) {
+            made.push_back({item, m_callbacks.make(*item)});
+            if (!m_byItem.empty())
+                m_byItem.emplace(item, made.back().controller.get());
         }
+        putInto(m_places, fresh, std::move(made));
+        for (const std::size_t index : fresh)
+            announce(index, message);
     }
 
-    void removeAt(std::size_t index)
+    // From the last place to the first one, so that each is the place of its controller to whoever
+    // removes the others likewise.
+    void remove(const std::vector<std::size_t>& places)
     {
-        if (m_places[index].controller != nullptr && m_callbacks.aboutToRemove)
-            m_callbacks.aboutToRemove(*m_places[index].controller, index);
-        m_byItem.erase(m_places[index].item);
-        const Place removed = std::move(m_places[index]); // dies when the places are in order
-        m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(index));
-    }
-
-    void insertAt(std::size_t index, const Item& item, const Orv::Data::DataMessage& message)
-    {
-        m_places.insert(m_places.begin() + static_cast<std::ptrdiff_t>(index),
-                        Place{&item, m_callbacks.make(item)});
-        if (!m_byItem.empty())
-            m_byItem.emplace(&item, m_places[index].controller.get());
-        announce(index, message);
+        for (auto place = places.rbegin(); place != places.rend(); ++place) {
+            if (m_places[*place].controller != nullptr && m_callbacks.aboutToRemove)
+                m_callbacks.aboutToRemove(*m_places[*place].controller, *place);
+            m_byItem.erase(m_places[*place].item);
+        }
+        const std::vector<Place> removed = takeFrom(m_places, places); // die when that is in order
     }
 
     void announce(std::size_t index, const Orv::Data::DataMessage& message)
@@ -173,9 +172,11 @@ private:
         for (const Item& item : list)
             items.push_back(&item);
         const std::unordered_set<const Item*> isListed(items.begin(), items.end());
-        for (std::size_t i = m_places.size(); i > 0; --i)
-            if (isListed.count(m_places[i - 1].item) == 0)
-                removeAt(i - 1);
+        std::vector<std::size_t> gone;
+        for (std::size_t i = 0; i < m_places.size(); ++i)
+            if (isListed.count(m_places[i].item) == 0)
+                gone.push_back(i);
+        remove(gone);
         std::unordered_map<const Item*, Place> held;
         for (Place& place : m_places)
             held.emplace(place.item, std::move(place));
