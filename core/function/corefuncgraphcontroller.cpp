@@ -182,14 +182,14 @@ FuncGraphController::NodeList::Callbacks FuncGraphController::nodeCallbacks()
     };
     callbacks.added = [this](FuncNodeController& node, std::size_t index,
                              const Orv::Data::DataMessage& message) {
-        settleNode(node, editableContext(message));
+        settleNode(node, index, m_nodes.size(), editableContext(message));
         nodeAdded(&node, index);
     };
     callbacks.aboutToRemove = [this](FuncNodeController& node, std::size_t index) {
         nodeAboutToBeRemoved(&node, index);
         leaveNode(node);
     };
-    callbacks.moved = [this] { reorderNamesakes(); };
+    callbacks.moved = [this] { reorderNodes(); };
     return callbacks;
 }
 

@@ -33,12 +33,14 @@ public:
     void clear() { const auto gone = std::exchange(m_connections, {}); }
     // Reads all connections anew.
     void refreshAll(Orv::Core::ManipulatorContext* context);
-    // Brings the sources of each input into the order of the list.
-    void orderSources();
 
     const std::vector<std::unique_ptr<ConnectionController>>& connections() const
     {
         return m_connections;
+    }
+    bool isLast(const ConnectionController& connection) const
+    {
+        return !m_connections.empty() && m_connections.back().get() == &connection;
     }
     // The one between two connectors, null if there is none.
     ConnectionController* find(const ConnectorController& input,

@@ -333,14 +333,14 @@ CompGraphController::NodeList::Callbacks CompGraphController::nodeCallbacks()
     callbacks.make = [this](const CompNode& node) { return makeNode(node); };
     callbacks.added = [this](CompNodeController& node, std::size_t index,
                              const Orv::Data::DataMessage& message) {
-        settleNode(node, editableContext(message));
+        settleNode(node, index, m_nodes.size(), editableContext(message));
         nodeAdded(&node, index);
     };
     callbacks.aboutToRemove = [this](CompNodeController& node, std::size_t index) {
         nodeAboutToBeRemoved(&node, index);
         leaveNode(node);
     };
-    callbacks.moved = [this] { reorderNamesakes(); };
+    callbacks.moved = [this] { reorderNodes(); };
     return callbacks;
 }
 

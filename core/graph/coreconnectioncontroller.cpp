@@ -1,6 +1,7 @@
 #include "ksx/core/connectioncontroller.h"
 
 #include "data/content/connexion.h"
+#include "graph/connexionslistener.h"
 #include "ksx/core/graphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
@@ -49,8 +50,8 @@ void ConnectionController::refresh(Orv::Core::ManipulatorContext* context)
     }
     m_input = input;
     m_output = output;
-    input->attach(*output);
-    output->attach(*input);
+    input->attach(*output, m_target.connections().isLast(*this));
+    output->attach(*input, false);
     m_target.onInputConnected(*input, *output, context);
     graph.connectionAdded(input, output);
     if (m_target.onInputTypeChanged(*input, *output, context))

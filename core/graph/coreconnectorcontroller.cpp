@@ -2,7 +2,10 @@
 
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
+#include "ksx/core/graphcontroller.h"
+#include "ksx/core/nodecontroller.h"
 #include <algorithm>
+#include <utility>
 
 namespace Ksx::Core {
 
@@ -50,6 +53,21 @@ void ConnectorController::setLabel(const QString& label)
     labelChanged();
 }
 
+const std::vector<ConnectorController*>& ConnectorController::targets() const
+{
+    const std::uint64_t nodeOrder = m_node.graph().nodeOrder();
+    if (m_targets.size() < 2 || (m_isOrdered && m_nodeOrder == nodeOrder))
+        return m_targets;
+    std::vector<ConnectorController*> ordered = targetsInOrder();
+    // While connections go, some are still attached that their node does not list any more.
+    if (ordered.size() == m_targets.size()) {
+        m_targets = std::move(ordered);
+        m_isOrdered = true;
+        m_nodeOrder = nodeOrder;
+    }
+    return m_targets;
+}
+
 bool ConnectorController::isConnectedTo(const ConnectorController& other) const
 {
     // Both know each other: one of them may have thousands of others.
@@ -57,6 +75,12 @@ bool ConnectorController::isConnectedTo(const ConnectorController& other) const
     const auto& targets = isShorter ? m_targets : other.m_targets;
     const ConnectorController* const wanted = isShorter ? &other : this;
     return std::find(targets.begin(), targets.end(), wanted) != targets.end();
+}
+
+void ConnectorController::attach(ConnectorController& other, bool isLast)
+{
+    m_isOrdered = m_targets.empty() || (m_isOrdered && isLast);
+    m_targets.push_back(&other);
 }
 
 void ConnectorController::detach(ConnectorController& other)

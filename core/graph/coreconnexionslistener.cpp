@@ -7,8 +7,7 @@
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
-#include <algorithm>
-#include <iterator>
+#include "ksx/core/places.h"
 #include <unordered_map>
 
 namespace Ksx::Core {
@@ -27,22 +26,6 @@ void ConnexionsListener::refreshAll(Orv::Core::ManipulatorContext* context)
 {
     for (const auto& connection : m_connections)
         connection->refresh(context);
-    orderSources();
-}
-
-void ConnexionsListener::orderSources()
-{
-    const auto hasSeveral = [](const auto& connection) {
-        return connection->input() != nullptr && connection->input()->targets().size() > 1;
-    };
-    if (std::none_of(m_connections.begin(), m_connections.end(), hasSeveral))
-        return;
-    std::unordered_map<ConnectorController*, std::vector<ConnectorController*>> sources;
-    for (const auto& connection : m_connections)
-        if (hasSeveral(connection))
-            sources[connection->input()].push_back(connection->output());
-    for (auto& [input, outputs] : sources)
-        input->setTargets(std::move(outputs));
 }
 
 ConnectionController* ConnexionsListener::find(const ConnectorController& input,
@@ -85,34 +68,26 @@ bool ConnexionsListener::isPlain(const Orv::Data::ChangeRuns& runs, std::size_t 
 // so that this has been read by then.
 void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const List& list)
 {
+    std::vector<std::size_t> gone;
     std::vector<std::size_t> added;
-    std::vector<std::unique_ptr<ConnectionController>> gone;
+    std::vector<std::unique_ptr<ConnectionController>> made;
+    std::size_t former = 0;
     std::size_t place = 0;
     for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
-        const auto begin = m_connections.begin() + static_cast<std::ptrdiff_t>(place);
-        if (run.kind == Orv::Data::RunKind::Erased) {
-            const auto end = begin + static_cast<std::ptrdiff_t>(run.count);
-            std::move(begin, end, std::back_inserter(gone));
-            m_connections.erase(begin, end);
-            continue;
+        for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Erased && i < run.count; ++i)
+            gone.push_back(former + i);
+        for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count; ++i) {
+            added.push_back(place + i);
+            made.push_back(std::make_unique<ConnectionController>(list.at(place + i), m_node));
         }
-        if (run.kind == Orv::Data::RunKind::Inserted) {
-            std::vector<std::unique_ptr<ConnectionController>> made;
-            for (std::size_t i = 0; i < run.count; ++i) {
-                made.push_back(std::make_unique<ConnectionController>(list.at(place + i), m_node));
-                added.push_back(place + i);
-            }
-            m_connections.insert(begin, std::make_move_iterator(made.begin()),
-                                 std::make_move_iterator(made.end()));
-        }
-        place += run.count;
+        former += run.inOldList() ? run.count : 0;
+        place += run.inNewList() ? run.count : 0;
     }
-    gone.clear();
+    auto leaving = takeFrom(m_connections, gone);
+    putInto(m_connections, added, std::move(made));
+    leaving.clear();
     for (const std::size_t index : added)
         m_connections[index]->refresh(editableContext(message));
-    const bool isAppended = added.empty() || added.front() + added.size() == m_connections.size();
-    if (!isAppended)
-        orderSources();
 }
 
 void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const List& list)
@@ -131,6 +106,12 @@ void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const 
     }
     m_connections = std::move(connections);
     held.clear();
+    for (const auto& connection : m_connections) {
+        if (connection->input() == nullptr)
+            continue;
+        connection->input()->reorderTargets();
+        connection->output()->reorderTargets();
+    }
     refreshAll(editableContext(message));
 }
 

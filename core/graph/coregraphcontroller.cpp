@@ -115,14 +115,8 @@ void GraphController::retryConnectionsTo(const NodeController& node, Manipulator
     for (auto i = m_waiting.lower_bound({uid, 0}); i != m_waiting.end() && i->first.first == uid;
          ++i)
         waiting.push_back(i->second);
-    std::set<NodeController*> targets;
-    for (ConnectionController* connection : waiting) {
+    for (ConnectionController* connection : waiting)
         connection->refresh(context);
-        if (connection->input() != nullptr && connection->input()->targets().size() > 1)
-            targets.insert(&connection->target());
-    }
-    for (NodeController* target : targets)
-        target->m_connections->orderSources();
 }
 
 void GraphController::pickFirst(Uid uid) const
@@ -155,8 +149,33 @@ void GraphController::settleNamesakes(Uid uid, ManipulatorContext* context)
         retryConnectionsTo(*first, context);
 }
 
-void GraphController::reorderNamesakes()
+std::int64_t GraphController::placeOf(const NodeController& node) const
 {
+    if (!m_hasPlaces) {
+        m_hasPlaces = true;
+        m_firstPlace = 0;
+        m_lastPlace = -1;
+        for (NodeController* other : nodes())
+            other->m_place = ++m_lastPlace;
+    }
+    return node.m_place;
+}
+
+// A node at one of the two ends takes a place beside the others, which keep theirs.
+void GraphController::place(NodeController& node, std::size_t index, std::size_t count)
+{
+    if (index + 1 == count)
+        node.m_place = ++m_lastPlace;
+    else if (index == 0)
+        node.m_place = --m_firstPlace;
+    else
+        m_hasPlaces = false;
+}
+
+void GraphController::reorderNodes()
+{
+    ++m_nodeOrder;
+    m_hasPlaces = false;
     std::set<Uid> uids;
     for (const auto& [uid, node] : m_namesakes)
         uids.insert(uid);
@@ -170,7 +189,7 @@ void GraphController::followUid(NodeController& node, ManipulatorContext* contex
         return;
     leaveIndex(node);
     enterNode(node);
-    settleNode(node, context);
+    connectNode(node, context);
 }
 
 void GraphController::enterNode(NodeController& node)
@@ -182,7 +201,14 @@ void GraphController::enterNode(NodeController& node)
     m_unordered.insert(node.m_enteredUid);
 }
 
-void GraphController::settleNode(NodeController& node, ManipulatorContext* context)
+void GraphController::settleNode(NodeController& node, std::size_t index, std::size_t count,
+                                 ManipulatorContext* context)
+{
+    place(node, index, count);
+    connectNode(node, context);
+}
+
+void GraphController::connectNode(NodeController& node, ManipulatorContext* context)
 {
     node.m_connections->refreshAll(context);
     if (m_namesakes.count(node.m_enteredUid) != 0)

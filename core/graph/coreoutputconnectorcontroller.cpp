@@ -1,6 +1,10 @@
 #include "ksx/core/outputconnectorcontroller.h"
 
+#include "graph/connexionslistener.h"
+#include "ksx/core/graphcontroller.h"
+#include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
+#include <map>
 
 namespace Ksx::Core {
 
@@ -19,6 +23,19 @@ unsigned OutputConnectorController::type() const
 ColorKind OutputConnectorController::colorKind() const
 {
     return colorKindOf(type());
+}
+
+std::vector<ConnectorController*> OutputConnectorController::targetsInOrder() const
+{
+    std::map<std::int64_t, const NodeController*> nodes;
+    for (const ConnectorController* target : unorderedTargets())
+        nodes.emplace(node().graph().placeOf(target->node()), &target->node());
+    std::vector<ConnectorController*> inputs;
+    for (const auto& [place, target] : nodes)
+        for (const auto& connection : target->connections().connections())
+            if (connection->output() == this)
+                inputs.push_back(connection->input());
+    return inputs;
 }
 
 } // namespace Ksx::Core

@@ -1,7 +1,10 @@
 // Random edits of random graphs: undone to the bytes of before, redone to the bytes of after, and
 // with controllers that show at each step what newly built ones would show.
 #include "content/constantvalue.h"
+#include "core/manipulatorattribute.h"
+#include "core/manipulatorlist.h"
 #include "data/content/compinstance.h"
+#include "data/content/compnode.h"
 #include "data/content/dynamicvalue.h"
 #include "data/content/parameter.h"
 #include "data/content/paramnode.h"
@@ -24,59 +27,19 @@
 #include "ksx/core/rootoutputcontroller.h"
 #include "ksx/core/tweakinputcontroller.h"
 #include "ksx/core/uidsource.h"
+#include "support/controllerview.h"
 #include "support/workspace.h"
 #include <random>
 #include <set>
-#include <sstream>
 
 namespace {
 
 using namespace Ksx::Core;
 using namespace TestSupport;
 
-// The connections of all nodes, as the connectors of both ends have them.
-std::string viewOf(const GraphController& graph)
-{
-    std::ostringstream text;
-    for (const NodeController* node : graph.nodes()) {
-        text << node->uid() << " type " << node->outputType() << ':';
-        for (std::size_t i = 0; i < node->inputConnectorCount(); ++i) {
-            const InputConnectorController& input = *node->inputConnector(i);
-            std::multiset<Uid> sources;
-            for (const ConnectorController* source : input.targets())
-                sources.insert(source->node().uid());
-            text << ' ' << input.identifier() << '/' << node->connectorType(input.identifier());
-            for (const Uid source : sources)
-                text << '<' << source;
-        }
-        for (std::size_t i = 0; i < node->outputConnectorCount(); ++i) {
-            const OutputConnectorController& output = *node->outputConnector(i);
-            std::multiset<Uid> targets;
-            for (const ConnectorController* target : output.targets())
-                targets.insert(target->node().uid());
-            text << ' ' << output.outputUid();
-            for (const Uid target : targets)
-                text << '>' << target;
-        }
-        text << '\n';
-    }
-    return text.str();
-}
-
-std::string viewOf(const CompGraphController& graph)
-{
-    std::ostringstream text;
-    for (const InputController* input : graph.inputsController()->inputs())
-        text << "input " << input->uid() << ' ' << input->identifier() << '\n';
-    for (const OutputController* output : graph.outputs())
-        text << "output " << output->uid() << ' ' << output->identifier() << '\n';
-    for (const RootOutputController* output : graph.rootOutputs())
-        text << "root output " << output->outputUid() << '\n';
-    return text.str() + viewOf(static_cast<const GraphController&>(graph));
-}
-
-// With more connectors and parameters than the two that have names, if that is asked for.
-PackageText aFilterAndAGraph(unsigned more)
+// With more connectors and parameters than the two that have names, if that is asked for, and with
+// nodes, inputs and outputs that share uids and names with others.
+PackageText aFilterAndAGraph(unsigned more, bool hasNamesakes)
 {
     GraphText filter{"filter",
                      1,
@@ -95,30 +58,40 @@ PackageText aFilterAndAGraph(unsigned more)
     }
     const std::string getter =
         aDynamicValue(5, aGetter(5, "get_float1", 256, "f") + aGetter(6, "get_integer1", 16, "i"));
-    const GraphText edited{
-        "edited",
-        2,
-        anInput("a", 41, 1) + anInput("f", 42, 256, aConstant("Float1", "0.25")) +
-            anInput("i", 43, 16, aConstant("Int1", "3")),
-        anOutput("o", 51),
-        aNode(61, anInputBridge(41), {}, 71, 1) +
-            aNode(62, aFilter("blur", aParameter("intensity", "0", getter)),
-                  aConnexion("input1", 61, 71), 72, 1) +
-            aNode(63, aFilter("unheard_of"), aConnexion("x", 62, 72), 73, 1) +
-            aNode(64, anOutputBridge(51, 1), aConnexion("inputNodeOutput", 62, 72)) +
-            aNode(65, aFilter("blend"), aConnexion("source", 999, 1), 75, 1),
-        aParameter("randomseed", "0", getter),
-        aRootOutput(51)};
+    GraphText edited{"edited",
+                     2,
+                     anInput("a", 41, 1) + anInput("f", 42, 256, aConstant("Float1", "0.25")) +
+                         anInput("i", 43, 16, aConstant("Int1", "3")),
+                     anOutput("o", 51),
+                     aNode(61, anInputBridge(41), {}, 71, 1) +
+                         aNode(62, aFilter("blur", aParameter("intensity", "0", getter)),
+                               aConnexion("input1", 61, 71), 72, 1) +
+                         aNode(63, aFilter("unheard_of"), aConnexion("x", 62, 72), 73, 1) +
+                         aNode(64, anOutputBridge(51, 1), aConnexion("inputNodeOutput", 62, 72)) +
+                         aNode(65, aFilter("blend"), aConnexion("source", 999, 1), 75, 1),
+                     aParameter("randomseed", "0", getter),
+                     aRootOutput(51)};
+    if (hasNamesakes) {
+        edited.inputs += anInput("a", 42, 2) + anInput("f", 43, 256);
+        edited.outputs += anOutput("o", 51) + anOutput("p", 51);
+        edited.rootOutputs += aRootOutput(51);
+        edited.nodes += aNode(62, aFilter("blur"), aConnexion("input1", 62, 72), 71, 2) +
+                        aNode(61, anInputBridge(42), {}, 72, 2) +
+                        aNode(66, aFilter("blend"),
+                              aConnexion("source", 62, 72) + aConnexion("destination", 62, 72) +
+                                  aConnexion("source", 61, 71) + aConnexion("source", 62, 71),
+                              72, 1);
+    }
     return aPackage().containing(filter.text() + edited.text());
 }
 
 class RandomEditor
 {
 public:
-    // With the behaviours for every other seed.
+    // With the behaviours for every other seed, and with namesakes for every other pair of them.
     explicit RandomEditor(unsigned seed) : m_random(seed), m_workspace(seed % 2 == 0)
     {
-        m_package = &m_workspace.open(aFilterAndAGraph(seed % 3 == 0 ? 30 : 0));
+        m_package = &m_workspace.open(aFilterAndAGraph(seed % 3 == 0 ? 30 : 0, seed % 4 < 2));
         m_graph = &controllerIn(*m_package, 1);
     }
 
@@ -133,14 +106,17 @@ public:
             &RandomEditor::disconnect,    &RandomEditor::move,         &RandomEditor::addTweak,
             &RandomEditor::removeTweak,   &RandomEditor::setDefault,   &RandomEditor::setParameter,
             &RandomEditor::setMode,       &RandomEditor::link,         &RandomEditor::freeze,
-            &RandomEditor::setRootOutput, &RandomEditor::editFunction, &RandomEditor::editFunction};
+            &RandomEditor::setRootOutput, &RandomEditor::editFunction, &RandomEditor::editFunction,
+            &RandomEditor::reorder,       &RandomEditor::reorder,      &RandomEditor::renumber,
+            &RandomEditor::recolor};
         (this->*edits[below(std::size(edits))])();
     }
 
     std::string text() const { return xmlOf(*m_package); }
     bool showsWhatIsThere() const
     {
-        const CompGraphController fresh(*m_graph->graph());
+        CompGraphController fresh(*m_graph->graph());
+        EXPECT_EQ(viewOf(*m_graph), viewOf(fresh));
         return viewOf(*m_graph) == viewOf(fresh) && knowsItsReaders();
     }
     Workspace& workspace() { return m_workspace; }
@@ -323,6 +299,79 @@ private:
                   viewOf(static_cast<const GraphController&>(fresh)));
     }
 
+    // Moves an item of a list to another place.
+    template <class Item>
+    void reorder(const Orv::Data::ContainerList<Item>& list)
+    {
+        using Move = std::pair<std::size_t, std::ptrdiff_t>;
+        const auto move = +[](Orv::Core::ManipulatorList<Item> moved,
+                              const Orv::Data::DataPointerBoxMasterKey&, const Move& step) {
+            moved.move(step.first, step.second);
+            return true;
+        };
+        if (list.isEmpty())
+            return;
+        const std::size_t from = below(list.size());
+        const auto offset =
+            static_cast<std::ptrdiff_t>(below(list.size())) - static_cast<std::ptrdiff_t>(from);
+        runEdit(Orv::Data::DataPointerBox<Orv::Data::ContainerList<Item>>(&list),
+                Move(from, offset), move, QString());
+    }
+    void reorder()
+    {
+        const auto& graph = *m_graph->graph();
+        const auto* const node = static_cast<const CompNodeController*>(anyNode());
+        switch (below(node == nullptr ? 4 : 6)) {
+        case 0:
+            return reorder(graph.compNodes());
+        case 1:
+            return reorder(graph.paraminputs());
+        case 2:
+            return reorder(graph.graphOutputs());
+        case 3:
+            return reorder(graph.root().rootOutputs());
+        case 4:
+            return reorder(node->node()->connexions());
+        default:
+            return reorder(node->node()->compOutputs());
+        }
+    }
+    void write(const Orv::Data::Attribute<Uid>& attribute, Uid value)
+    {
+        const auto set = +[](Orv::Core::ManipulatorAttribute<Uid> written,
+                             const Orv::Data::DataPointerBoxMasterKey&, const Uid& number) {
+            written.set(number);
+            return true;
+        };
+        runEdit(Orv::Data::DataPointerBox<Orv::Data::Attribute<Uid>>(&attribute), value, set,
+                QString());
+    }
+    // Gives something the uid of something else of its kind.
+    void renumber()
+    {
+        const auto* const node = static_cast<const CompNodeController*>(anyNode());
+        const auto* const other = static_cast<const CompNodeController*>(anyNode());
+        const InputController* const input = anyInput();
+        const auto roots = m_graph->rootOutputs();
+        if (node != nullptr && below(2) == 0)
+            write(node->node()->uid(), other->uid());
+        else if (node != nullptr && node->outputConnectorCount() != 0 && below(3) == 0)
+            write(node->node()->compOutputs().front().uid(), 71 + static_cast<Uid>(below(3)));
+        else if (input != nullptr && below(2) == 0)
+            write(input->input()->uid(), anyInput()->uid());
+        else if (!roots.empty())
+            write(m_graph->graph()->root().rootOutputs().front().output(),
+                  roots[below(roots.size())]->outputUid());
+    }
+    // Changes the type of an input between the two kinds of images or of numbers.
+    void recolor()
+    {
+        const InputController* const input = anyInput();
+        const auto any = static_cast<unsigned>(below(2));
+        if (input != nullptr)
+            write(input->input()->type().value(), input->type() < 4 ? 1 + any : 16 << (4 * any));
+    }
+
     std::mt19937 m_random;
     Workspace m_workspace;
     const Ksx::Data::Content::Package* m_package;
@@ -361,6 +410,6 @@ TEST_P(RandomEdits, LeaveControllersThatShowWhatNewOnesWould)
     EXPECT_EQ(wrong, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Range(1u, 41u));
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomEdits, testing::Range(1u, 61u));
 
 } // namespace

@@ -266,6 +266,66 @@ TEST_F(NodeSignals, SourcesStandInTheOrderOfTheDocumentWhenANodeComesBack)
     EXPECT_EQ(input.targets().front()->node().uid(), 1u);
 }
 
+// Node 1 feeds nodes 2 and 3, of which node 3 was connected first.
+class NodeTargets : public NodeSignals
+{
+protected:
+    void openAndConnect()
+    {
+        graph =
+            &open({"g",
+                   4,
+                   {},
+                   {},
+                   aNode(1, aFilter("uniform"), {}, 10, 1) + aNode(2, aFilter("blur"), {}, 20, 1) +
+                       aNode(3, aFilter("blur"), {}, 30, 1)});
+        source = graph->nodeByUid(1)->outputConnector(0);
+        for (const Uid uid : {3u, 2u})
+            graph->connect(*source, *graph->nodeByUid(uid)->inputConnector(0), true);
+    }
+    std::vector<Uid> targets() const
+    {
+        std::vector<Uid> uids;
+        for (const ConnectorController* target : source->targets())
+            uids.push_back(target->node().uid());
+        return uids;
+    }
+
+    CompGraphController* graph = nullptr;
+    OutputConnectorController* source = nullptr;
+};
+
+TEST_F(NodeTargets, StandInTheOrderOfTheDocument)
+{
+    openAndConnect();
+    EXPECT_EQ(targets(), (std::vector<Uid>{2, 3}));
+}
+
+TEST_F(NodeTargets, StandInTheOrderOfTheDocumentWhenNodesAreMovedAndMovedBack)
+{
+    openAndConnect();
+    const auto move =
+        +[](ManipulatorList<CompNode> nodes, const DataPointerBoxMasterKey&, const int& offset) {
+            nodes.move(2, offset);
+            return true;
+        };
+    EXPECT_EQ(targets(), (std::vector<Uid>{2, 3}));
+    runEdit(DataPointerBox<NodeList>(&graphIn(*package)->compNodes()), -2, move, "move");
+    EXPECT_EQ(targets(), (std::vector<Uid>{3, 2}));
+    workspace.undoAll();
+    workspace.redoAll();
+    EXPECT_EQ(targets(), (std::vector<Uid>{3, 2}));
+}
+
+TEST_F(NodeTargets, StandInTheOrderOfTheDocumentWhenANodeIsPutBeforeThem)
+{
+    openAndConnect();
+    EXPECT_EQ(targets(), (std::vector<Uid>{2, 3}));
+    NodeController& added = *graph->addOutputNode({"o", 1, {}, 0, 0});
+    graph->connect(*source, *added.inputConnector(0), true);
+    EXPECT_EQ(targets(), (std::vector<Uid>{added.uid(), 2, 3}));
+}
+
 // Two nodes have the uid 1; the type of the first is 1, that of the second 2.
 const std::string Namesakes = aNode(1, aFilter("uniform"), {}, 10, 1) +
                               aNode(1, aFilter("uniform"), {}, 10, 2) +

@@ -4,7 +4,7 @@
 #include "data/securedobject.h"
 #include "ksx/core/lazysignal.h"
 #include <QString>
-#include <utility>
+#include <cstdint>
 #include <vector>
 
 namespace Ksx::Core {
@@ -40,23 +40,33 @@ public:
     void setTooltip(const QString& tooltip) { m_tooltip = tooltip; }
 
     NodeController& node() const { return m_node; }
-    // The sources of an input, in the order of the document's connections; the inputs that an output
-    // feeds, in the order in which they came.
-    const std::vector<ConnectorController*>& targets() const { return m_targets; }
+    // Returns the sources of an input, or the inputs that an output feeds, in the order in which the
+    // document lists the connections.
+    const std::vector<ConnectorController*>& targets() const;
     bool isConnectedTo(const ConnectorController& other) const;
 
-    // One side of a connection each.
-    void attach(ConnectorController& other) { m_targets.push_back(&other); }
+    // One side of a connection each. `isLast` says that no connection to this connector stands
+    // behind the new one.
+    void attach(ConnectorController& other, bool isLast);
     void detach(ConnectorController& other);
-    void setTargets(std::vector<ConnectorController*> targets) { m_targets = std::move(targets); }
+    // The document has put connections into another order.
+    void reorderTargets() { m_isOrdered = false; }
     void forgetTargets() { m_targets.clear(); } // when the whole graph goes
 
     LazySignal<> nameChanged;
     LazySignal<> labelChanged;
 
+protected:
+    // Returns what targets() returns, by a look at the connections of the nodes.
+    virtual std::vector<ConnectorController*> targetsInOrder() const = 0;
+    const std::vector<ConnectorController*>& unorderedTargets() const { return m_targets; }
+
 private:
     NodeController& m_node;
-    std::vector<ConnectorController*> m_targets;
+    // In any order until somebody asks.
+    mutable std::vector<ConnectorController*> m_targets;
+    mutable bool m_isOrdered = true;
+    mutable std::uint64_t m_nodeOrder = 0; // of the graph, when they were brought into their order
     QString m_name;
     QString m_label;
     QString m_tooltip;

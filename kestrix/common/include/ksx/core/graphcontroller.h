@@ -65,6 +65,11 @@ public:
     // For a node whose uid may have changed.
     void followUid(NodeController& node, Orv::Core::ManipulatorContext* context);
 
+    // For connectors: another number each time that nodes have changed their order.
+    std::uint64_t nodeOrder() const { return m_nodeOrder; }
+    // The place of a node among the others, for comparison.
+    std::int64_t placeOf(const NodeController& node) const;
+
     // For types that travel through the graph: a number for each journey.
     std::uint64_t nextWave() { return ++m_wave; }
     bool isClosing() const { return m_isClosing; }
@@ -72,12 +77,14 @@ public:
 protected:
     // For the lists of nodes of the kinds of graphs.
     void enterNode(NodeController& node);
-    // What comes after enterNode() when the node has joined a graph that is complete: connects it.
-    void settleNode(NodeController& node, Orv::Core::ManipulatorContext* context);
+    // What comes after enterNode() when the node has joined a graph that is complete, as the one at
+    // `index` of `count`: connects it.
+    void settleNode(NodeController& node, std::size_t index, std::size_t count,
+                    Orv::Core::ManipulatorContext* context);
     // Takes the node out of the index, and lets go of its connections.
     void leaveNode(NodeController& node);
     // For nodes that have changed their order.
-    void reorderNamesakes();
+    void reorderNodes();
     // Connects all nodes that have been entered, when the graph is built.
     void settleAll();
     // To be called by the destructors of the kinds: nodes may die in any order after it.
@@ -95,6 +102,8 @@ protected:
 
 private:
     bool holds(const NodeController& node) const;
+    void place(NodeController& node, std::size_t index, std::size_t count);
+    void connectNode(NodeController& node, Orv::Core::ManipulatorContext* context);
     void leaveIndex(NodeController& node);
     // Finds the first one in the document of the nodes with a uid.
     void pickFirst(Uid uid) const;
@@ -107,6 +116,11 @@ private:
     std::map<std::pair<Uid, std::uint64_t>, ConnectionController*> m_waiting;
     std::uint64_t m_lastWaiting = 0;
     std::uint64_t m_wave = 0;
+    std::uint64_t m_nodeOrder = 0;
+    // Of the nodes, as far as these have places.
+    mutable std::int64_t m_firstPlace = 0;
+    mutable std::int64_t m_lastPlace = 0;
+    mutable bool m_hasPlaces = false;
     bool m_isClosing = false;
 };
 

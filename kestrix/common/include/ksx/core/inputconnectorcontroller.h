@@ -16,6 +16,9 @@ public:
     const std::string& identifier() const { return m_identifier; }
     ColorKind colorKind() const override;
 
+protected:
+    std::vector<ConnectorController*> targetsInOrder() const override;
+
 private:
     std::string m_identifier;
 };

@@ -162,6 +162,7 @@ private:
     std::unique_ptr<ConnectorIndex> m_connectorIndex; // null for few connectors
     std::unique_ptr<ConnexionsListener> m_connections;
     Uid m_enteredUid = 0;     // under which the graph knows the node
+    std::int64_t m_place = 0; // among the nodes, while the graph has places
     std::uint64_t m_wave = 0; // of the last type that travelled through
     unsigned m_toldType = 0;
 };

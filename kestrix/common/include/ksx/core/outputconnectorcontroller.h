@@ -20,6 +20,9 @@ public:
     unsigned type() const;
     ColorKind colorKind() const override;
 
+protected:
+    std::vector<ConnectorController*> targetsInOrder() const override;
+
 private:
     Uid m_uid;
     std::string m_identifier;
