@@ -13,8 +13,10 @@
 #include <utility>
 
 namespace Ksx::Data::Content {
+class Function;
 class Graph;
 class GraphOutput;
+class ParamInput;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Core::Behavior {
@@ -31,16 +33,21 @@ private:
     std::map<const Data::Content::Graph*, std::set<std::pair<Uid, Uid>>> m_outputs; // node, output
 };
 
-// The inputs of a graph that are connectors of its instances. Read when they are first asked for,
-// since most instances have few connections or none. Made for one edit.
+// The inputs of a graph or a function that are connectors of its instances. Read when they are first
+// asked for, since most instances have few connections or none. Made for one edit.
 class Connectors
 {
 public:
-    explicit Connectors(const Data::Content::Graph& graph) : m_graph(graph) {}
+    using Inputs = Orv::Data::ContainerList<Data::Content::ParamInput>;
+
+    // Those of a graph are its images, those of a function all of its inputs.
+    explicit Connectors(const Data::Content::Graph& graph);
+    explicit Connectors(const Data::Content::Function& function);
     bool has(const std::string& identifier) const;
 
 private:
-    const Data::Content::Graph& m_graph;
+    const Inputs& m_inputs;
+    bool m_areImages;
     mutable bool m_isRead = false;
     mutable std::unordered_set<std::string_view> m_identifiers;
 };
@@ -60,7 +67,6 @@ public:
     // The list is that of the graph's outputs.
     void followOutputs(const InterfaceDiff& outputs, const GraphOutputs& list);
     void followInputs(const InterfaceDiff& inputs);
-    // Erases the connections to all other inputs.
     void keepConnectionsTo(const Connectors& inputs);
 
 private:
@@ -83,5 +89,8 @@ private:
 // Writes changes of inputs to the connections of an instance.
 void followInputs(const Orv::Core::ManipulatorList<Data::Content::Connexion>& connexions,
                   const InterfaceDiff& inputs);
+// Erases the connections to all other inputs.
+void keepConnectionsTo(const Orv::Core::ManipulatorList<Data::Content::Connexion>& connexions,
+                       const Connectors& inputs);
 
 } // namespace Ksx::Core::Behavior

@@ -4,6 +4,7 @@
 #include "behavior/ownerof.h"
 #include "content/constantvalue.h"
 #include "content/packageof.h"
+#include "data/content/function.h"
 #include "data/content/graph.h"
 #include "data/content/parametermanipulators.h"
 #include "data/desc/valuetype.h"
@@ -279,17 +280,20 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
 
 void CompInstanceWriter::keepConnectionsTo(const Connectors& inputs)
 {
-    auto connexions = m_node.connexions();
-    for (std::size_t i = connexions.get()->size(); i-- > 0;)
-        if (!inputs.has(connexions.get()->at(i).identifier().get()))
-            connexions.erase(i, 1);
+    Behavior::keepConnectionsTo(m_node.connexions(), inputs);
 }
+
+Connectors::Connectors(const Graph& graph) : m_inputs(graph.paraminputs()), m_areImages(true) {}
+
+Connectors::Connectors(const Function& function)
+    : m_inputs(function.paraminputs()), m_areImages(false)
+{}
 
 bool Connectors::has(const std::string& identifier) const
 {
     if (!std::exchange(m_isRead, true))
-        for (const ParamInput& input : m_graph.paraminputs())
-            if (ValueType::isImage(input.type().value().get()))
+        for (const ParamInput& input : m_inputs)
+            if (!m_areImages || ValueType::isImage(input.type().value().get()))
                 m_identifiers.insert(input.identifier().get());
     return m_identifiers.count(identifier) != 0;
 }
@@ -306,6 +310,14 @@ void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceD
         else
             write(list.at(i).identifier(), fate->item->identifier);
     }
+}
+
+void keepConnectionsTo(const ManipulatorList<Connexion>& connexions, const Connectors& inputs)
+{
+    ManipulatorList<Connexion> list = connexions;
+    for (std::size_t i = list.get()->size(); i-- > 0;)
+        if (!inputs.has(list.get()->at(i).identifier().get()))
+            list.erase(i, 1);
 }
 
 } // namespace Ksx::Core::Behavior

@@ -29,15 +29,20 @@ void writeType(const ParamNode& node, unsigned type, ManipulatorContext& context
         ManipulatorStruct<ParamNode>(node, context).type().value().set(type);
 }
 
-void takeType(const ParamNode& node, ManipulatorContext& context)
+// Gives the instance the type of the function to which its path leads, if there is one, and takes
+// the connections to inputs that the function lacks.
+void takeInterface(const ParamNode& node, ManipulatorContext& context)
 {
     const Package* const package = isAttached(node) ? packageOf(node) : nullptr;
     const auto* function =
         package == nullptr
             ? nullptr
             : dynamic_cast<const Function*>(resolveObjectUrl(functionPathOf(node), *package));
-    if (function != nullptr)
-        writeType(node, function->type().value().get(), context);
+    if (function == nullptr)
+        return;
+    writeType(node, function->type().value().get(), context);
+    keepConnectionsTo(ManipulatorStruct<ParamNode>(node, context).connexions(),
+                      Connectors(*function));
 }
 
 } // namespace
@@ -88,6 +93,7 @@ void SyncFunctionInstance::FunctionWatcher::writeTo(const InterfaceDiff& inputs,
                                                     ManipulatorContext& context) const
 {
     PathTarget target(*m_function);
+    const Connectors connectors(*m_function);
     for (const InstanceBehavior* behavior :
          Index::of(*m_function).find(m_function->identifier().get())) {
         const ParamNode* const node = static_cast<const SyncFunctionInstance*>(behavior)->node();
@@ -96,7 +102,9 @@ void SyncFunctionInstance::FunctionWatcher::writeTo(const InterfaceDiff& inputs,
         if (package == nullptr || !isFunctionInstance(*node) ||
             !target.isNamedBy(behavior->path(), *package))
             continue;
-        followInputs(ManipulatorStruct<ParamNode>(*node, context).connexions(), inputs);
+        const auto connexions = ManipulatorStruct<ParamNode>(*node, context).connexions();
+        followInputs(connexions, inputs);
+        keepConnectionsTo(connexions, connectors);
         if (isTypeChanged)
             writeType(*node, m_type, context);
     }
@@ -115,7 +123,7 @@ std::string_view SyncFunctionInstance::path() const
 
 void SyncFunctionInstance::entered(const ParamNode& node, ManipulatorContext& context)
 {
-    takeType(node, context);
+    takeInterface(node, context);
 }
 
 void SyncFunctionInstance::deliver(const Orv::Data::DataMessage& message)
@@ -126,7 +134,7 @@ void SyncFunctionInstance::deliver(const Orv::Data::DataMessage& message)
     m_pathHash = hash;
     Index::of(*m_node).add(*this);
     if (ManipulatorContext* context = editableContext(message))
-        takeType(*m_node, *context);
+        takeInterface(*m_node, *context);
 }
 
 void SyncFunctionInstance::watch(const Function& function)

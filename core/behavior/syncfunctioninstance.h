@@ -12,8 +12,9 @@ namespace Ksx::Core::Behavior {
 
 // When the inputs of a function are edited, the connections of the nodes that are instances of it
 // follow; when its type changes, so do theirs. An instance that comes to refer to another function
-// takes over its type. All of that is part of the edit. An instance that refers to no open function
-// keeps all that it has.
+// takes over its type. In all these cases it loses the connections to inputs that the function
+// lacks. All of that is part of the edit. An instance that refers to no open function keeps all that
+// it has.
 class SyncFunctionInstance final
     : public InstanceBehavior,
       public BehaviorOf<Data::Content::ParamNode, Data::Content::Function>

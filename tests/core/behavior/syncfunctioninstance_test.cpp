@@ -83,6 +83,51 @@ TEST_F(SyncFunctionInstance, LosesTheConnectionOfAnInputThatIsRemoved)
     EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"b"}));
 }
 
+TEST_F(SyncFunctionInstance, LosesConnectionsToInputsThatTheFunctionLacksWithAnotherPath)
+{
+    openBoth("pkg://gone?dependency=100");
+    editF([](const auto& function) { function.paraminputs().at(1).identifier().set("other"); });
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"a", "b"}));
+
+    edit([&](ManipulatorContext& context) {
+        ManipulatorStruct<ParamNode>(nodeOf(*g), context)
+            .funcDatas()
+            .at(0)
+            .constantValue()
+            .child<ConstantValueString>()
+            .value()
+            .set(PathOfF);
+    });
+
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"a"}));
+}
+
+TEST_F(SyncFunctionInstance, LosesConnectionsToInputsThatTheFunctionLacksWithAnyEditOfItsInterface)
+{
+    openBoth();
+    edit([&](ManipulatorContext& context) {
+        auto connexion = std::make_unique<Connexion>();
+        connexion->identifier().assign("nothing");
+        ManipulatorStruct<ParamNode>(nodeOf(*g), context)
+            .connexions()
+            .pushBack(std::move(connexion));
+    });
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"a", "b", "nothing"}));
+
+    editF([](const auto& function) { setRootType(function, 512); });
+
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"a", "b"}));
+}
+
+TEST_F(SyncFunctionInstance, KeepsConnectionsWhileItsFunctionCannotBeFound)
+{
+    openBoth("pkg://gone?dependency=100");
+
+    editF([](const auto& function) { function.paraminputs().erase(0, 1); });
+
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"a", "b"}));
+}
+
 TEST_F(SyncFunctionInstance, FollowsTheTypeOfTheFunction)
 {
     openBoth();
@@ -202,7 +247,7 @@ TEST_F(SyncFunctionInstance, OfItselfComesToRest)
     });
 
     EXPECT_EQ(f->type().value().get(), 512u);
-    EXPECT_EQ(linksOf(nodeOf(*f)), Lines({"c", "b"}));
+    EXPECT_EQ(linksOf(nodeOf(*f)), Lines({"c"}));
 }
 
 // Two functions whose results are those of each other: an edit that gives them different types
