@@ -7,6 +7,7 @@
 #include "ksx/core/listenerof.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
+#include <cstdint>
 #include <unordered_map>
 
 namespace Ksx::Core {
@@ -17,8 +18,8 @@ namespace Ksx::Core {
 //     static Record read(const Item&);          // what is known of an item
 //     void enter(const Item&, const Record&);   // an item has come, or has another record now
 //     void leave(const Item*, const Record&);   // the former record, of an item that may have died
-template <class Follower, class Item, class Record>
-class ItemFollower : public Orv::Core::ListenerSimple<Stage::Mirror, ListChanges>
+template <class Follower, class Item, class Record, std::uint16_t When = Stage::Mirror>
+class ItemFollower : public Orv::Core::ListenerSimple<When, ListChanges>
 {
 public:
     using List = Orv::Data::ContainerList<Item>;

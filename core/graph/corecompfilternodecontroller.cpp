@@ -247,9 +247,7 @@ ParametersController* CompFilterNodeController::parametersController()
         bool hasPrimary = false;
         for (const DescParameter* input : m_description->inputs)
             hasPrimary = hasPrimary || (input->flags & ParameterFlag::Primary) != 0;
-        DataContext context({DataContext::Box(compGraph().graph()), DataContext::Box(node())});
-        m_parameters = std::make_unique<ParametersController>(
-            m_filter->parameters(), std::move(context), m_groups, hasPrimary);
+        m_parameters = makeParameters(m_filter->parameters(), m_groups, hasPrimary);
     }
     return m_parameters.get();
 }

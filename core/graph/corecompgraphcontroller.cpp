@@ -13,6 +13,7 @@
 #include "editing/dictionary.h"
 #include "editing/keyindex.h"
 #include "graph/graphoutputtype.h"
+#include "graph/inputnodewatch.h"
 #include "ksx/core/compfilternodecontroller.h"
 #include "ksx/core/compinputnodecontroller.h"
 #include "ksx/core/compinstancenodecontroller.h"
@@ -479,6 +480,13 @@ RootOutputController* CompGraphController::rootOutput(Uid output) const
         m_graph ? KeyIndex<RootOutput, RootOutputKey>::find(m_graph->root().rootOutputs(), output)
                 : nullptr;
     return found == nullptr ? nullptr : m_rootOutputs.find(*found);
+}
+
+InputNodeWatch& CompGraphController::inputNodes()
+{
+    if (m_inputNodes == nullptr)
+        m_inputNodes = std::make_unique<InputNodeWatch>(m_graph->paraminputs());
+    return *m_inputNodes;
 }
 
 } // namespace Ksx::Core

@@ -5,10 +5,12 @@
 #include "data/content/graph.h"
 #include "data/datamessage.h"
 #include "data/desc/descriptiontables.h"
+#include "graph/inputnodewatch.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
+#include "ksx/core/parameterscontroller.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
@@ -17,14 +19,16 @@ namespace Ksx::Core {
 
 using namespace Data::Content;
 
-// What may change the type of the input: the entry, and the type itself.
-class CompInputNodeController::TypeWatch final
-    : public Orv::Core::ListenerSimple<Stage::Description,
-                                       Orv::Data::ChangeType::Value | ListChanges>
+// On the entry, which says for which input the node stands.
+class CompInputNodeController::EntryWatch final
+    : public Orv::Core::ListenerSimple<Stage::Description, Orv::Data::ChangeType::Value>
 {
 public:
-    explicit TypeWatch(CompInputNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override { m_node.onInputs(message); }
+    explicit EntryWatch(CompInputNodeController& node) : m_node(node) {}
+    void deliver(const Orv::Data::DataMessage& message) override
+    {
+        m_node.onEntry(editableContext(message));
+    }
 
 private:
     CompInputNodeController& m_node;
@@ -34,16 +38,18 @@ CompInputNodeController::CompInputNodeController(const CompNode& node,
                                                  const CompInputBridge& bridge,
                                                  CompGraphController& graph)
     : CompNodeController(node, graph), m_bridge(&bridge),
-      m_watch(std::make_unique<TypeWatch>(*this)), m_type(0)
+      m_watch(std::make_unique<EntryWatch>(*this)), m_entry(bridge.entry().get()), m_type(0)
 {
     begin(node);
     m_type = primaryType();
     listenTo(bridge.entry(), *m_watch);
-    if (const InputController* found = input())
-        listenTo(found->input()->type(), *m_watch);
+    graph.inputNodes().add(*this, m_entry);
 }
 
-CompInputNodeController::~CompInputNodeController() = default;
+CompInputNodeController::~CompInputNodeController()
+{
+    compGraph().inputNodes().remove(*this, m_entry);
+}
 
 InputController* CompInputNodeController::input() const
 {
@@ -97,14 +103,32 @@ CompInputNodeController::parameterDescriptions() const
     return groups;
 }
 
-void CompInputNodeController::onInputs(const Orv::Data::DataMessage& message)
+ParametersController* CompInputNodeController::parametersController()
+{
+    if (m_parameters == nullptr && m_bridge)
+        m_parameters = makeParameters(m_bridge->parameters(), parameterDescriptions(), false);
+    return m_parameters.get();
+}
+
+void CompInputNodeController::onEntry(Orv::Core::ManipulatorContext* context)
+{
+    if (!m_bridge)
+        return;
+    InputNodeWatch& watch = compGraph().inputNodes();
+    watch.remove(*this, m_entry);
+    m_entry = m_bridge->entry().get();
+    watch.add(*this, m_entry);
+    followInput(context);
+}
+
+void CompInputNodeController::followInput(Orv::Core::ManipulatorContext* context)
 {
     const unsigned type = primaryType();
     if (type == m_type)
         return;
     m_type = type;
     tellOutputType();
-    propagateOutputType(editableContext(message));
+    propagateOutputType(context);
 }
 
 } // namespace Ksx::Core

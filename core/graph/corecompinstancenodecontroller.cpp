@@ -320,11 +320,9 @@ const DescParameter* CompInstanceNodeController::description(const std::string& 
 
 ParametersController* CompInstanceNodeController::parametersController()
 {
-    if (m_parameters == nullptr && m_instance) {
-        DataContext context({DataContext::Box(compGraph().graph()), DataContext::Box(node())});
-        m_parameters = std::make_unique<ParametersController>(
-            m_instance->parameters(), std::move(context), m_description.groups, hasPrimaryInput());
-    }
+    if (m_parameters == nullptr && m_instance)
+        m_parameters =
+            makeParameters(m_instance->parameters(), m_description.groups, hasPrimaryInput());
     return m_parameters.get();
 }
 

@@ -1,6 +1,7 @@
 #include "ksx/core/compnodecontroller.h"
 
 #include "data/content/compnode.h"
+#include "data/content/graph.h"
 #include "data/datamessage.h"
 #include "data/desc/valuetype.h"
 #include "editing/keyindex.h"
@@ -143,6 +144,16 @@ bool CompNodeController::acceptsConnection(const OutputConnectorController&,
                                            const InputConnectorController&) const
 {
     return true;
+}
+
+std::unique_ptr<ParametersController>
+CompNodeController::makeParameters(const ParametersController::List& list,
+                                   const ParametersController::Groups& groups,
+                                   bool hasPrimaryInput) const
+{
+    DataContext context({DataContext::Box(compGraph().graph()), DataContext::Box(node())});
+    return std::make_unique<ParametersController>(list, std::move(context), groups,
+                                                  hasPrimaryInput);
 }
 
 const GUILayout* CompNodeController::layout() const

@@ -1,4 +1,6 @@
+#include "core/manipulatorattribute.h"
 #include "core/manipulatorlist.h"
+#include "data/content/compinputbridge.h"
 #include "data/content/graphmanipulators.h"
 #include "data/content/nodemanipulators.h"
 #include "graph/connexionslistener.h"
@@ -8,6 +10,8 @@
 #include "ksx/core/compoutputnodecontroller.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/inputcontroller.h"
+#include "ksx/core/inputscontroller.h"
 #include "ksx/core/lazysignalconnect.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
@@ -111,6 +115,74 @@ TEST_F(NodeSignals, TellOfTheTypesAlongAChainOnceForEachChange)
     workspace.redoAll();
     EXPECT_EQ(filter, (std::vector<unsigned>{2, 1, 2}));
     EXPECT_EQ(output, (std::vector<unsigned>{2, 1, 2}));
+}
+
+// Node 1 stands for the input 7.
+class InputNodeSignals : public NodeSignals
+{
+protected:
+    InputNodeSignals()
+    {
+        graph = &open({"g",
+                       4,
+                       anInput("a", 7, 1) + anInput("b", 8, 2),
+                       {},
+                       aNode(1, anInputBridge(7), {}, 10, 1) +
+                           aNode(2, aFilter("blur"), aConnexion("input1", 1, 10), 20, 1)});
+        graph->nodeByUid(1)->outputTypeChanged.connect([this](unsigned t) { told.push_back(t); });
+    }
+    void setType(std::size_t input, unsigned type)
+    {
+        const auto set = +[](Orv::Core::ManipulatorAttribute<Uid> attribute,
+                             const DataPointerBoxMasterKey&, const Uid& value) {
+            attribute.set(value);
+            return true;
+        };
+        const auto& attribute = graphIn(*package)->paraminputs().at(input).type().value();
+        runEdit(DataPointerBox<Orv::Data::Attribute<Uid>>(&attribute), type, set, "type");
+    }
+
+    CompGraphController* graph = nullptr;
+    std::vector<unsigned> told;
+};
+
+TEST_F(InputNodeSignals, TellOfAnInputThatGoesAndComesBackWithAnUndo)
+{
+    InputsController& inputs = *graph->inputsController();
+    inputs.removeInput(*inputs.inputByUid(7));
+    workspace.undoAll();
+    setType(0, 2);
+    EXPECT_EQ(told, (std::vector<unsigned>{0, 1, 2}));
+    EXPECT_EQ(graph->nodeByUid(2)->outputType(), 2u);
+}
+
+TEST_F(InputNodeSignals, TellOfTheInputThatTheNodeHasComeToStandFor)
+{
+    const auto set = +[](Orv::Core::ManipulatorAttribute<Uid> attribute,
+                         const DataPointerBoxMasterKey&, const Uid& value) {
+        attribute.set(value);
+        return true;
+    };
+    const auto& bridge = static_cast<const Ksx::Data::Content::CompInputBridge&>(
+        *graphIn(*package)->compNodes().at(0).compImplementation().get());
+    runEdit(DataPointerBox<Orv::Data::Attribute<Uid>>(&bridge.entry()), 8u, set, "entry");
+    setType(0, 2);
+    setType(1, 1);
+    EXPECT_EQ(told, (std::vector<unsigned>{2, 1}));
+    EXPECT_EQ(graph->nodeByUid(2)->outputType(), 1u);
+}
+
+TEST_F(InputNodeSignals, TheNodeHasTheParametersOfItsKind)
+{
+    auto& node = static_cast<CompNodeController&>(*graph->nodeByUid(1));
+    ASSERT_NE(node.parametersController(), nullptr);
+    EXPECT_EQ(node.parametersController()->groups(), node.parameterDescriptions());
+    ParameterController& size = *node.parameterController("outputsize");
+    EXPECT_EQ(size.relativeTo(), InheritanceMethod::RelativeToParent);
+    EXPECT_TRUE(size.setValue(Orv::Data::Int2{{3, 3}}));
+    EXPECT_NE(xmlOf(*package).find("<name v=\"outputsize\"/>"), std::string::npos);
+    EXPECT_TRUE(workspace.undoAll());
+    EXPECT_EQ(xmlOf(*package), before);
 }
 
 TEST_F(NodeSignals, AHandlerMayRemoveTheNodeThatHasComeAndTheNextOne)

@@ -29,6 +29,7 @@ class CompNodeController;
 class CompOutputNodeController;
 class FuncNodeController;
 class InputController;
+class InputNodeWatch;
 class InputsController;
 class OptionsController;
 class OutputController;
@@ -89,6 +90,8 @@ public:
     const std::shared_ptr<InputsController>& inputsController() const { return m_inputs; }
     ParametersController& parametersController() { return *m_parameters; }
     OptionsController& optionsController() { return *m_options; }
+    // For the controllers of input nodes. Made at the first call.
+    InputNodeWatch& inputNodes();
     // The function nodes in the graph that read an input, in the order in which a walk over the
     // graph's parameters meets them.
     std::vector<FuncNodeController*> collectInputUsers(const InputController& input) const;
@@ -115,6 +118,7 @@ private:
     std::unique_ptr<ParametersController> m_parameters;
     std::shared_ptr<InputsController> m_inputs;
     std::unique_ptr<OptionsController> m_options;
+    std::unique_ptr<InputNodeWatch> m_inputNodes; // null without input nodes
     // Mutable, since they remember what they were asked.
     mutable NodeList m_nodes;
     mutable OutputList m_outputs;

@@ -31,15 +31,21 @@ public:
     void appendOutputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
     const Data::Desc::Parameter* description(const std::string& identifier) const override;
     const std::vector<Data::Desc::ParameterGroupPointer>& parameterDescriptions() const override;
+    ParametersController* parametersController() override;
+
+    // For the graph: the input has come or gone, or may have another type.
+    void followInput(Orv::Core::ManipulatorContext* context);
 
 private:
-    class TypeWatch;
+    class EntryWatch;
 
-    void onInputs(const Orv::Data::DataMessage& message);
+    void onEntry(Orv::Core::ManipulatorContext* context);
 
     Orv::Data::DataPointerBox<Data::Content::CompInputBridge> m_bridge;
-    std::unique_ptr<TypeWatch> m_watch;
-    unsigned m_type; // as it was last seen
+    std::unique_ptr<EntryWatch> m_watch;
+    std::unique_ptr<ParametersController> m_parameters; // made at the first request
+    Uid m_entry;                                        // under which the graph knows the node
+    unsigned m_type;                                    // as it was last seen
 };
 
 } // namespace Ksx::Core

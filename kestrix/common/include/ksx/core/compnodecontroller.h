@@ -8,6 +8,7 @@
 
 namespace Ksx::Data::Content {
 class CompNode;
+class Parameter;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Core {
@@ -62,6 +63,11 @@ public:
 
 protected:
     const Data::Content::GUILayout* layout() const override;
+    // For leaf classes with parameters.
+    std::unique_ptr<ParametersController>
+    makeParameters(const Orv::Data::ContainerList<Data::Content::Parameter>& list,
+                   const std::vector<Data::Desc::ParameterGroupPointer>& groups,
+                   bool hasPrimaryInput) const;
     // The type that the document has for an output; 0 if there is none.
     unsigned typeOfOutput(Uid uid) const;
 
