@@ -5,6 +5,8 @@
 #include "data/content/parameter.h"
 #include "data/desc/parameter.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/inheritedparamslistener.h"
+#include "ksx/core/lazysignalconnect.h"
 #include "ksx/core/stage.h"
 #include <utility>
 
@@ -20,25 +22,42 @@ using ParametersListener =
 
 } // namespace
 
-// Compares the parameter with what it was when its list last changed, and tells the difference.
+// Compares the parameter, and the one of the graph that it may follow, with what they were when their
+// lists last changed, and tells the difference.
 class ParameterController::Watch final : public ParametersListener
 {
 public:
     explicit Watch(const ParameterController& controller)
-        : m_controller(controller), m_state(stateOf(controller))
-    {}
+        : m_controller(controller), m_inherited(controller.inheritedModifier()),
+          m_state(stateOf(controller.modifier())), m_inheritedState(stateOf(m_inherited.get()))
+    {
+        if (!controller.m_inherited)
+            return;
+        m_inheritedListener = std::make_unique<InheritedParamsListener>(*controller.m_inherited);
+        m_inheritedListener->changed.connect([this] { check(); });
+    }
 
     void deliver(const Orv::Data::DataMessage&) override { check(); }
+    void describe() { m_inherited = m_controller.inheritedModifier(); }
 
     void check()
     {
-        const State former = std::exchange(m_state, stateOf(m_controller));
-        const BaseParameterModifier* modifier = m_controller.modifier();
-        if (modifier != nullptr ? !modifier->isValue(former.value) : !former.value.empty())
+        const State former = std::exchange(m_state, stateOf(m_controller.modifier()));
+        const State formerInherited = std::exchange(m_inheritedState, stateOf(m_inherited.get()));
+        const bool hasOtherMode = m_state.relativeTo != former.relativeTo;
+        const bool isOtherwiseDynamic = m_state.isDynamic != former.isDynamic;
+        const bool hasOtherValue = !isValue(m_controller.modifier(), former.value) ||
+                                   (m_state.relativeTo == InheritanceMethod::RelativeToParent &&
+                                    (!isValue(m_inherited.get(), formerInherited.value) ||
+                                     m_inheritedState.relativeTo != formerInherited.relativeTo ||
+                                     m_inheritedState.isDynamic != formerInherited.isDynamic));
+        // Who hears of one of them may take the parameter away.
+        const Orv::Data::DataPointerBox<ParameterController> controller(&m_controller);
+        if (hasOtherValue)
             changes.valueChanged();
-        if (m_state.relativeTo != former.relativeTo)
+        if (controller && hasOtherMode)
             changes.relativeToChanged();
-        if (m_state.isDynamic != former.isDynamic)
+        if (controller && isOtherwiseDynamic)
             changes.dynamicChanged();
     }
 
@@ -48,22 +67,32 @@ private:
     struct State
     {
         boost::any value;
-        InheritanceMethod relativeTo;
-        bool isDynamic;
+        InheritanceMethod relativeTo = InheritanceMethod::Absolute;
+        bool isDynamic = false;
     };
 
-    static State stateOf(const ParameterController& controller)
+    static State stateOf(const BaseParameterModifier* modifier)
     {
-        return {controller.value(), controller.relativeTo(), controller.isDynamic()};
+        if (modifier == nullptr)
+            return {};
+        return {modifier->anyValue(), modifier->relativeTo(), modifier->isDynamic()};
+    }
+    static bool isValue(const BaseParameterModifier* modifier, const boost::any& value)
+    {
+        return modifier == nullptr ? value.empty() : modifier->isValue(value);
     }
 
     const ParameterController& m_controller;
+    std::unique_ptr<BaseParameterModifier> m_inherited; // null where nothing can be inherited
     State m_state;
+    State m_inheritedState;
+    std::unique_ptr<InheritedParamsListener> m_inheritedListener;
 };
 
 ParameterController::ParameterController(const ListBox& list,
-                                         const Data::Desc::Parameter& description, bool hasNoInput)
-    : m_list(list), m_description(&description),
+                                         const Data::Desc::Parameter& description, bool hasNoInput,
+                                         const ListBox& inherited)
+    : m_list(list), m_inherited(inherited), m_description(&description),
       m_modifier(makeParameterModifier(list, description, hasNoInput))
 {}
 
@@ -124,8 +153,15 @@ void ParameterController::setDescription(const Data::Desc::Parameter& descriptio
 {
     m_description = &description;
     m_modifier = makeParameterModifier(m_list, description, hasNoInput);
-    if (m_watch)
-        m_watch->check();
+    if (!m_watch)
+        return;
+    m_watch->describe();
+    m_watch->check();
+}
+
+std::unique_ptr<BaseParameterModifier> ParameterController::inheritedModifier() const
+{
+    return m_inherited ? makeParameterModifier(m_inherited, *m_description, true) : nullptr;
 }
 
 } // namespace Ksx::Core

@@ -72,7 +72,8 @@ ParameterController& ParametersController::row(std::size_t index,
     if (m_rows.size() <= index)
         m_rows.resize(index + 1);
     if (!m_rows[index])
-        m_rows[index] = std::make_unique<ParameterController>(m_list, description, m_hasNoInput);
+        m_rows[index] = std::make_unique<ParameterController>(
+            m_list, description, m_hasNoInput, ParameterController::ListBox(inheritedList()));
     return *m_rows[index];
 }
 
@@ -103,18 +104,27 @@ ParameterController& ParametersController::at(std::size_t index)
     return row(index, *descriptions()[index]);
 }
 
-InheritedParamsListener* ParametersController::inherited()
+const ParametersController::List* ParametersController::inheritedList() const
 {
     const auto& scope = m_context.objects();
     const auto* graph =
         scope.empty() ? nullptr : dynamic_cast<const Data::Content::Graph*>(scope.front().get());
-    if (m_inherited == nullptr && graph != nullptr)
-        m_inherited = std::make_unique<InheritedParamsListener>(graph->baseParameters());
+    return graph == nullptr ? nullptr : &graph->baseParameters();
+}
+
+InheritedParamsListener* ParametersController::inherited()
+{
+    const List* const list = inheritedList();
+    if (m_inherited == nullptr && list != nullptr)
+        m_inherited = std::make_unique<InheritedParamsListener>(*list);
     return m_inherited.get();
 }
 
 void ParametersController::setDescriptions(Groups groups, bool hasPrimaryInput)
 {
+    const Orv::Data::DataPointerBox<ParametersController> self(this);
+    const unsigned number = ++m_descriptionCount;
+    const auto isCurrent = [&] { return self && m_descriptionCount == number; };
     const Descriptions former = descriptions();
     m_index.reset();
     // What the rows refer to until they are described anew.
@@ -123,7 +133,7 @@ void ParametersController::setDescriptions(Groups groups, bool hasPrimaryInput)
     formerRows.resize(former.size());
     m_hasNoInput = !hasPrimaryInput;
 
-    const Descriptions& present = descriptions();
+    const Descriptions present = descriptions();
     m_rows.resize(present.size());
     std::vector<bool> isKept(former.size(), false);
     std::vector<std::size_t> added;
@@ -142,16 +152,16 @@ void ParametersController::setDescriptions(Groups groups, bool hasPrimaryInput)
         isKept[place] = true;
         m_rows[i] = std::move(formerRows[place]);
     }
-    for (std::size_t i = 0; i < present.size(); ++i)
+    for (std::size_t i = 0; i < present.size() && isCurrent(); ++i)
         if (m_rows[i])
             m_rows[i]->setDescription(*present[i], m_hasNoInput);
     formerRows.clear();
 
-    for (std::size_t place = former.size(); place > 0; --place)
+    for (std::size_t place = former.size(); place > 0 && isCurrent(); --place)
         if (!isKept[place - 1])
             m_removed(place - 1);
-    for (const std::size_t index : added)
-        m_added(index);
+    for (std::size_t i = 0; i < added.size() && isCurrent(); ++i)
+        m_added(added[i]);
 }
 
 } // namespace Ksx::Core

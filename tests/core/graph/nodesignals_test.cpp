@@ -462,6 +462,34 @@ TEST_F(NodeSignals, ParametersOfAGraphFollowItsPrimaryInput)
     EXPECT_EQ(size.relativeTo(), InheritanceMethod::RelativeToParent);
 }
 
+TEST_F(NodeSignals, AParameterRelativeToTheParentTellsWhenThatOfTheGraphChanges)
+{
+    CompGraphController& graph = open({"g", 4, {}, {}, aNode(1, aFilter("uniform"), {}, 10, 1)});
+    auto* node = dynamic_cast<CompNodeController*>(graph.nodeByUid(1));
+    ParameterController& size = *node->parametersController()->parameter("outputsize");
+    ASSERT_EQ(size.relativeTo(), InheritanceMethod::RelativeToParent);
+    int count = 0;
+    size.changes().valueChanged.connect([&] { ++count; });
+    graph.parametersController().parameter("randomseed")->setValue(7u);
+    EXPECT_EQ(count, 0);
+    graph.parametersController().parameter("outputsize")->setValue(Orv::Data::Int2{{2, 2}});
+    EXPECT_EQ(count, 1);
+    workspace.undoAll();
+    EXPECT_EQ(count, 2);
+}
+
+TEST_F(NodeSignals, AParameterRelativeToTheInputTellsNothingOfTheGraph)
+{
+    CompGraphController& graph = open({"g", 4, {}, {}, ABlur});
+    auto* node = dynamic_cast<CompNodeController*>(graph.nodeByUid(1));
+    ParameterController& size = *node->parametersController()->parameter("outputsize");
+    ASSERT_EQ(size.relativeTo(), InheritanceMethod::RelativeToInput);
+    int count = 0;
+    size.changes().valueChanged.connect([&] { ++count; });
+    graph.parametersController().parameter("outputsize")->setValue(Orv::Data::Int2{{2, 2}});
+    EXPECT_EQ(count, 0);
+}
+
 TEST_F(NodeSignals, ParametersThatANodeInheritsTellOfTheirChanges)
 {
     CompGraphController& graph = open({"g", 4, {}, {}, ABlur});

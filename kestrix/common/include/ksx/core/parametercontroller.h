@@ -12,7 +12,7 @@ namespace Ksx::Core {
 // undo or a redo. A subscriber must not destroy the controller.
 struct ParameterSignals
 {
-    LazySignal<> valueChanged; // the effective value
+    LazySignal<> valueChanged; // the effective value, or that of the graph to which it is relative
     LazySignal<> relativeToChanged;
     LazySignal<> dynamicChanged; // from a plain to a computed value or back
 };
@@ -20,17 +20,18 @@ struct ParameterSignals
 // Shows a parameter whether it is stored in the document or at its default. Owned by a
 // ParametersController, which keeps the description alive. Parameters of a type without an editable
 // value, such as connections, have a controller too: it refuses all edits.
-class ParameterController
+class ParameterController : public Orv::SecuredObject
 {
 public:
     using ListBox = BaseParameterModifier::ListBox;
 
-    // `hasNoInput`: the node has no primary input.
+    // `hasNoInput`: the node has no primary input. `inherited` is the list of the graph's own
+    // parameters, from which one that is relative to the parent has its value; empty for these.
     ParameterController(const ListBox& list, const Data::Desc::Parameter& description,
-                        bool hasNoInput);
+                        bool hasNoInput, const ListBox& inherited = ListBox());
     ParameterController(const ParameterController&) = delete;
     ParameterController& operator=(const ParameterController&) = delete;
-    virtual ~ParameterController();
+    ~ParameterController() override;
 
     const Data::Desc::Parameter& description() const { return *m_description; }
     const std::string& identifier() const;
@@ -61,7 +62,11 @@ public:
 private:
     class Watch;
 
+    // Returns what the graph's own parameter is. Returns null where nothing is inherited.
+    std::unique_ptr<BaseParameterModifier> inheritedModifier() const;
+
     ListBox m_list;
+    ListBox m_inherited;
     const Data::Desc::Parameter* m_description;
     std::unique_ptr<BaseParameterModifier> m_modifier;
     std::unique_ptr<Watch> m_watch; // null without subscribers

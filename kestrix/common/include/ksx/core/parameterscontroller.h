@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/desc/parametergroup.h"
+#include "data/securedobject.h"
 #include "ksx/core/datacontext.h"
 #include "ksx/core/inheritedparamslistener.h"
 #include "ksx/core/parametercontroller.h"
@@ -15,7 +16,7 @@ namespace Ksx::Core {
 // Has a row for every parameter that the groups describe, in their order and without the
 // connectors of images and FX-maps, which have no value. Rows are made when they are first asked
 // for. Owned by the controller of the node or graph; may outlive the list, and then refuses edits.
-class ParametersController
+class ParametersController : public Orv::SecuredObject
 {
 public:
     using List = BaseParameterModifier::List;
@@ -27,7 +28,7 @@ public:
                          bool hasPrimaryInput);
     ParametersController(const ParametersController&) = delete;
     ParametersController& operator=(const ParametersController&) = delete;
-    virtual ~ParametersController();
+    ~ParametersController() override;
 
     const DataContext& context() const { return m_context; }
     const Groups& groups() const { return m_groups; }
@@ -40,12 +41,13 @@ public:
     std::size_t count() const;
     ParameterController& at(std::size_t index);
 
-    // Tells of changes of the graph's own parameters, which the rows may inherit. Made at the first
-    // call; null for the parameters of a graph.
+    // Tells of changes of the graph's own parameters. Rows that are relative to the parent tell of
+    // them too. Made at the first call; null for the parameters of a graph.
     InheritedParamsListener* inherited();
 
     // Rebuilds the rows in place for a node that is described anew. A row whose identifier is still
-    // there stays, under its new description; stored values are left as they are.
+    // there stays, under its new description; stored values are left as they are. Ends where who
+    // hears of a change takes the parameters away, or describes them anew.
     void setDescriptions(Groups groups, bool hasPrimaryInput);
 
     // Fired when setDescriptions() is through, with the index of a row: first the parameters that
@@ -60,6 +62,8 @@ private:
 
     struct RowIndex;
 
+    // The graph's own parameters; null for the parameters of a graph.
+    const List* inheritedList() const;
     // Of all rows, in order.
     const Descriptions& descriptions() const;
     Descriptions collectDescriptions() const;
@@ -74,7 +78,8 @@ private:
     bool m_hasNoInput;
     std::unique_ptr<InheritedParamsListener> m_inherited; // null until it is asked for
     mutable std::unique_ptr<RowIndex> m_index;            // made at the first question
-    Rows m_rows; // by index; short, or null, where none was asked for
+    Rows m_rows;                     // by index; short, or null, where none was asked for
+    unsigned m_descriptionCount = 0; // of the calls of setDescriptions()
     LazySignal<std::size_t> m_removed;
     LazySignal<std::size_t> m_added;
 };
