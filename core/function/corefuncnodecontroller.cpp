@@ -224,8 +224,11 @@ void FuncNodeController::onConnexions()
 {
     if (!updateUnknownInputs())
         return;
+    // Behind an edit of several steps, who hears of this may take the node away at once.
+    const Orv::Data::DataPointerBox<FuncNodeController> self(this);
     rebuildInputConnectors(nullptr);
-    onConnectorsChanged();
+    if (self)
+        onConnectorsChanged();
 }
 
 void FuncNodeController::dropUnusedInputs()

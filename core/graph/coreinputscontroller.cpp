@@ -90,10 +90,11 @@ TweakInputController* InputsController::addTweakInput(std::uint32_t type,
 {
     if (!m_graph || Data::Desc::ValueType::isImage(type))
         return nullptr;
+    const DataPointerBox<InputsController> self(this); // which may die of the edit
     const DataPointerBox<InputDocumentList> list(&m_graph->paraminputs());
     const auto info = runEdit(list, AddTweakInputInfo{identifier, type}, &applyAddTweakInput,
                               historyText(ClassName, "ADD_TWEAK_INPUT_HISTORY_DESC"));
-    return info ? dynamic_cast<TweakInputController*>(inputByUid(info->uid)) : nullptr;
+    return info && self ? dynamic_cast<TweakInputController*>(inputByUid(info->uid)) : nullptr;
 }
 
 bool InputsController::removeInput(InputController& input)

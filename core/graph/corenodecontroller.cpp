@@ -7,12 +7,14 @@
 #include "ksx/core/outputconnectorcontroller.h"
 #include <algorithm>
 #include <iterator>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
 namespace Ksx::Core {
 
 using Orv::Core::ManipulatorContext;
+using ConnectorBox = Orv::Data::DataPointerBox<ConnectorController>;
 
 // The first connector of each name or uid, for nodes that have many.
 struct NodeController::ConnectorIndex
@@ -31,6 +33,35 @@ typename Map::mapped_type foundIn(const Map& map, const typename Map::key_type& 
 {
     const auto found = map.find(key);
     return found == map.end() ? nullptr : found->second;
+}
+
+bool isSame(const InputConnectorController& input, const ConnectorEntry& entry)
+{
+    return input.identifier() == entry.identifier;
+}
+
+bool isSame(const OutputConnectorController& output, const ConnectorEntry& entry)
+{
+    return output.outputUid() == entry.uid && output.identifier() == entry.identifier;
+}
+
+bool isInput(const InputConnectorController&)
+{
+    return true;
+}
+
+bool isInput(const OutputConnectorController&)
+{
+    return false;
+}
+
+template <class Connector>
+std::unique_ptr<Connector> makeConnector(NodeController& node, const ConnectorEntry& entry)
+{
+    if constexpr (std::is_same_v<Connector, InputConnectorController>)
+        return std::make_unique<Connector>(node, entry.identifier, entry.label);
+    else
+        return std::make_unique<Connector>(node, entry.uid, entry.identifier, entry.label);
 }
 
 // As std::find_if(), but from a place on and from the beginning afterwards: what is looked for one
@@ -93,72 +124,56 @@ void NodeController::rebuildOutputConnectors()
 {
     std::vector<ConnectorEntry> entries;
     appendOutputConnectorNames(entries);
-    std::vector<std::unique_ptr<OutputConnectorController>> old = std::move(m_outputs);
-    m_outputs.clear();
-    m_connectorIndex.reset();
-    auto next = old.begin();
-    std::vector<ConnectorController*> added;
-    for (const ConnectorEntry& entry : entries) {
-        const auto found = findFrom(next, old, [&](const auto& output) {
-            return output != nullptr && output->outputUid() == entry.uid &&
-                   output->identifier() == entry.identifier;
-        });
-        if (found != old.end()) {
-            (*found)->setLabel(entry.label);
-            (*found)->setTooltip(entry.tooltip);
-            m_outputs.push_back(std::move(*found));
-            next = std::next(found);
-            continue;
-        }
-        m_outputs.push_back(std::make_unique<OutputConnectorController>(
-            *this, entry.uid, entry.identifier, entry.label));
-        m_outputs.back()->setTooltip(entry.tooltip);
-        added.push_back(m_outputs.back().get());
-    }
-    indexConnectors();
-    for (ConnectorController* connector : added)
-        connectorAdded(connector);
-    for (const auto& output : old) {
-        if (output == nullptr)
-            continue;
-        connectorAboutToBeRemoved(output.get());
-        releaseConnectionsOf(*output, false, nullptr);
-    }
+    rebuild(m_outputs, entries, nullptr);
 }
 
 void NodeController::rebuildInputConnectors(ManipulatorContext* context)
 {
     std::vector<ConnectorEntry> entries;
     appendInputConnectorNames(entries);
-    std::vector<std::unique_ptr<InputConnectorController>> old = std::move(m_inputs);
-    m_inputs.clear();
+    rebuild(m_inputs, entries, context);
+}
+
+template <class Connector>
+void NodeController::rebuild(std::vector<std::unique_ptr<Connector>>& connectors,
+                             const std::vector<ConnectorEntry>& entries,
+                             ManipulatorContext* context)
+{
+    std::vector<std::unique_ptr<Connector>> old = std::exchange(connectors, {});
     m_connectorIndex.reset();
     auto next = old.begin();
-    std::vector<ConnectorController*> added;
+    std::vector<ConnectorBox> all;
+    std::vector<ConnectorBox> added;
     for (const ConnectorEntry& entry : entries) {
-        const auto found = findFrom(next, old, [&](const auto& input) {
-            return input != nullptr && input->identifier() == entry.identifier;
+        const auto found = findFrom(next, old, [&](const auto& connector) {
+            return connector != nullptr && isSame(*connector, entry);
         });
         if (found != old.end()) {
-            (*found)->setLabel(entry.label);
-            (*found)->setTooltip(entry.tooltip);
-            m_inputs.push_back(std::move(*found));
+            connectors.push_back(std::move(*found));
             next = std::next(found);
-            continue;
+        } else {
+            connectors.push_back(makeConnector<Connector>(*this, entry));
+            added.emplace_back(connectors.back().get());
         }
-        m_inputs.push_back(
-            std::make_unique<InputConnectorController>(*this, entry.identifier, entry.label));
-        m_inputs.back()->setTooltip(entry.tooltip);
-        added.push_back(m_inputs.back().get());
+        connectors.back()->setTooltip(entry.tooltip);
+        all.emplace_back(connectors.back().get());
     }
     indexConnectors();
-    for (ConnectorController* connector : added)
-        connectorAdded(connector);
-    for (const auto& input : old) {
-        if (input == nullptr)
+    // Outside of the delivery of an edit, who hears of one change may take the node or its
+    // connectors away at once.
+    const Orv::Data::DataPointerBox<NodeController> self(this);
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        if (all[i])
+            all[i].access()->setLabel(entries[i].label);
+    for (const ConnectorBox& connector : added)
+        if (self && connector)
+            connectorAdded(connector.access());
+    for (const auto& connector : old) {
+        if (connector == nullptr || !self)
             continue;
-        connectorAboutToBeRemoved(input.get());
-        releaseConnectionsOf(*input, true, context);
+        connectorAboutToBeRemoved(connector.get());
+        if (self)
+            releaseConnectionsOf(*connector, isInput(*connector), context);
     }
 }
 

@@ -106,7 +106,9 @@ DataPointerBox<Graph> PackageController::addGraphObject(const QString& identifie
     added.identifier = uniqueName(identifier, "DEFAULT_NEW_GRAPH_IDENTIFIER");
     added.index = index;
     const auto result = runEdit(m_package, std::move(added), &applyAddGraph, QString());
-    return result ? result->graph : DataPointerBox<Graph>();
+    // Who heard of the graph may have taken it away again.
+    const bool isThere = result && result->graph && isAttached(*result->graph);
+    return isThere ? result->graph : DataPointerBox<Graph>();
 }
 
 CompGraphController* PackageController::addGraph(const QString& identifier, std::uint32_t index)
@@ -131,7 +133,8 @@ ResourceListener* PackageController::addLinkedResource(std::uint32_t type, const
     const auto result =
         runEdit(m_package, std::move(added), &applyAddResource,
                 historyText("Ksx::Core::PackageController", "ADD_LINKED_RESOURCE_HISTORY_DESC"));
-    return result && result->resource ? &ResourceListener::of(*result->resource) : nullptr;
+    const bool isThere = result && result->resource && isAttached(*result->resource);
+    return isThere ? &ResourceListener::of(*result->resource) : nullptr;
 }
 
 std::vector<DataPointerBox<Graph>> PackageController::collectGraphs(int depth) const

@@ -6,6 +6,7 @@
 #include "data/diagnosticlog.h"
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"
+#include "ksx/core/lazysignalconnect.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "support/contentedits.h"
 #include "support/functiontext.h"
@@ -147,6 +148,18 @@ TEST_F(FuncNode, AnUnknownInputGoesWithItsLastConnection)
     workspace.undoAll();
     EXPECT_EQ(inputsOf(node(1)), "x y");
     EXPECT_EQ(node(2).outputConnector(0)->targets().size(), 2u);
+}
+
+TEST_F(FuncNode, AHandlerMayTakeAwayTheNodeWhoseUnknownInputGoes)
+{
+    FuncNodeController& mystery =
+        open(aFunctionNode(1, "mystery", 256, aLink("x", 2)) + aNumber(2));
+    mystery.connectorAboutToBeRemoved.connect(
+        [this](ConnectorController*) { graph().removeNode(node(1), true); });
+    graph().disconnect(*mystery.inputConnector(0), *node(2).outputConnector(0));
+    EXPECT_EQ(graph().nodeByUid(1), nullptr);
+    EXPECT_TRUE(workspace.undoAll());
+    EXPECT_EQ(text(), before);
 }
 
 TEST_F(FuncNode, AnUnknownInputWithSeveralSourcesCanBeConnectedAnew)

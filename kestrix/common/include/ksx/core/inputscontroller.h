@@ -1,6 +1,7 @@
 // The inputs of a graph.
 #pragma once
 
+#include "data/securedobject.h"
 #include "ksx/core/controllerindex.h"
 #include "ksx/core/controllerlist.h"
 #include "ksx/core/inputcontroller.h"
@@ -18,7 +19,7 @@ class TweakInputController;
 
 // Owns a controller for each input, in the order of the graph's list. Owned by the controller of
 // the graph and shared with its users; whoever keeps it longer than the graph lives finds it empty.
-class InputsController
+class InputsController : public Orv::SecuredObject
 {
 public:
     // The payload of the edit that adds an input.
@@ -32,14 +33,14 @@ public:
     explicit InputsController(const Data::Content::Graph& graph);
     InputsController(const InputsController&) = delete;
     InputsController& operator=(const InputsController&) = delete;
-    virtual ~InputsController();
+    ~InputsController() override;
 
     // Null once it has died.
     const Data::Content::Graph* graph() const;
 
     // Appends an input that takes values of the type, under a unique identifier near to the given
-    // one, or to the default if that is empty. Null if the graph has died or the type is that of an
-    // image.
+    // one, or to the default if that is empty. Null if the graph has died, the type is that of an
+    // image, or who heard of the input has taken it away again.
     TweakInputController* addTweakInput(std::uint32_t type, const std::string& identifier);
     // Removes an input of this graph, and with it its controller. What reads the input is left as
     // it is. False if the input has died.

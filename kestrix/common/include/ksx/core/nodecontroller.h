@@ -151,8 +151,11 @@ private:
     friend class GraphController;
     struct ConnectorIndex;
 
+    template <class Connector>
+    void rebuild(std::vector<std::unique_ptr<Connector>>& connectors,
+                 const std::vector<ConnectorEntry>& entries,
+                 Orv::Core::ManipulatorContext* context);
     void indexConnectors();
-
     void releaseConnectionsOf(ConnectorController& connector, bool isInput,
                               Orv::Core::ManipulatorContext* context);
 
