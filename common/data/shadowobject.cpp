@@ -19,6 +19,18 @@ const ListenerEntry* findEntry(const std::vector<ListenerEntry>& entries, const 
     return place == entries.end() ? nullptr : &*place;
 }
 
+// Returns one message that tells of both, the second one behind the first one. Either may be null;
+// returns null if both are.
+std::unique_ptr<DataMessage> joined(const DataMessage* first, const DataMessage* second)
+{
+    if (first == nullptr && second == nullptr)
+        return nullptr;
+    auto message = std::make_unique<DataMessage>(first == nullptr ? *second : *first);
+    if (first != nullptr && second != nullptr)
+        message->merge(*second);
+    return message;
+}
+
 } // namespace
 
 ShadowObject::ShadowObject(BaseObject& owner)
@@ -143,24 +155,17 @@ void ShadowObject::mergeBehind(const PendingState& state, ManipulatorContextBase
     const std::unique_ptr<DataMessage> later = std::move(m_pending);
     if (later)
         later->context.reset(&context);
-    m_pending = std::make_unique<DataMessage>(*state.pending);
-    if (later)
-        m_pending->merge(*later);
+    m_pending = joined(state.pending.get(), later.get());
     for (ListenerEntry& entry : m_listeners) {
         const ListenerEntry* former = findEntry(state.entries, entry);
-        auto own = entry.hasOwnMessage ? entry.ownMessage
-                   : later             ? std::make_shared<DataMessage>(*later)
-                                       : nullptr;
-        if (former != nullptr && former->ownMessage && own) {
-            const auto joined = std::make_shared<DataMessage>(*former->ownMessage);
-            joined->merge(*own);
-            own = joined;
-        } else if (former != nullptr && former->ownMessage) {
-            own = former->ownMessage;
-        }
         // A listener of the state hears of all of it. One that came later has its own message.
+        const std::shared_ptr<DataMessage> own = entry.ownMessage;
+        const DataMessage* const laterOwn = entry.hasOwnMessage ? own.get() : later.get();
         entry.hasOwnMessage = former == nullptr || former->hasOwnMessage;
-        entry.ownMessage = entry.hasOwnMessage ? own : nullptr;
+        entry.ownMessage.reset();
+        if (entry.hasOwnMessage)
+            entry.ownMessage =
+                joined(former == nullptr ? nullptr : former->ownMessage.get(), laterOwn);
         // A removal has asked each listener anew.
         const bool isRemoved = later && later->type == ChangeType::Removed;
         entry.matched = entry.matched || (!isRemoved && former != nullptr && former->matched);
