@@ -22,7 +22,6 @@ using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::BaseObject;
 
-const char* const Himself = "?himself";
 const char* const PackageType = "package";
 
 // Null without services.

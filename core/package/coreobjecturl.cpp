@@ -16,8 +16,6 @@ using Data::Content::Dependency;
 using Data::Content::Package;
 using Orv::Data::BaseObject;
 
-const char* const Himself = "?himself";
-
 PackageEntryTable* openPackages()
 {
     auto* services = dynamic_cast<ILibraryServices*>(Orv::libraryServices());

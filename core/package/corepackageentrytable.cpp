@@ -4,7 +4,6 @@
 #include "data/changeevent.h"
 #include "data/content/package.h"
 #include "data/datamessage.h"
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -13,8 +12,6 @@ namespace Ksx::Core {
 namespace {
 
 using Data::Content::Package;
-
-const char* const Himself = "?himself";
 
 // The path as text alone says it.
 QString spelledKey(const QString& path)
@@ -42,85 +39,126 @@ const Orv::Data::ListenerFilter& PackageEntryTable::getFilter() const
 
 void PackageEntryTable::deliver(const Orv::Data::DataMessage& message)
 {
-    for (auto place = m_entries.begin(); place != m_entries.end();) {
-        const auto entry = place++;
-        if (!entry->package)
-            drop(entry);
-    }
-    m_closed.remove_if([](const PackageEntry& entry) { return !entry.package; });
+    settle();
     for (const Orv::Data::TouchedChild& child : message.touched) {
         const auto* const package = dynamic_cast<const Package*>(child.object.get());
         if (package == nullptr)
-            continue;
-        if (isAttached(*package))
+            dropDead(child.address);
+        else if (isAttached(*package))
             open(*package);
         else
             close(*package);
     }
 }
 
+// Drops the entries whose package has never come.
+void PackageEntryTable::settle()
+{
+    for (PackageEntry* entry : std::exchange(m_unsettled, {})) {
+        if (!entry->package)
+            drop(*entry);
+        else if (!isAttached(*entry->package))
+            m_unsettled.insert(entry);
+    }
+}
+
+void PackageEntryTable::dropDead(Address package)
+{
+    const auto known = m_byPackage.find(package);
+    if (known != m_byPackage.end() && !known->second->package)
+        drop(*known->second);
+    const auto closed = m_closed.find(package);
+    if (closed != m_closed.end() && !closed->second.package)
+        m_closed.erase(closed);
+}
+
 void PackageEntryTable::open(const Package& package)
 {
     if (findByPackage(package) != nullptr)
         return;
-    const auto former =
-        std::find_if(m_closed.begin(), m_closed.end(),
-                     [&package](const PackageEntry& entry) { return entry.package == &package; });
-    PackageEntry entry;
+    PackageEntry entry{ownUid(package), {}, {}};
+    const auto former = m_closed.find(&package);
     if (former != m_closed.end()) {
-        entry = *former;
+        if (former->second.package == &package)
+            entry = former->second;
         m_closed.erase(former);
-    } else {
-        entry.uid = ownUid(package);
     }
     if (!isFree(entry.uid))
         entry.uid = UidSource::shared().next([this](Uid uid) { return !isFree(uid); });
     if (findByPath(entry.path) != nullptr)
         entry.path.clear();
-    add(entry.uid, entry.path, &package);
+    m_unsettled.erase(&add(entry.uid, entry.path, &package));
 }
 
 void PackageEntryTable::close(const Package& package)
 {
-    const auto entry =
-        std::find_if(m_entries.begin(), m_entries.end(),
-                     [&package](const PackageEntry& one) { return one.package == &package; });
-    if (entry == m_entries.end())
+    PackageEntry* const entry = findByPackage(package);
+    if (entry == nullptr)
         return;
-    m_closed.push_back(*entry);
-    drop(entry);
+    m_closed.insert_or_assign(&package, *entry);
+    drop(*entry);
+    if (m_closed.size() < m_closedLimit)
+        return;
+    for (auto place = m_closed.begin(); place != m_closed.end();)
+        place = place->second.package ? std::next(place) : m_closed.erase(place);
+    m_closedLimit = 2 * m_closed.size() + 16;
 }
 
-void PackageEntryTable::drop(std::list<PackageEntry>::iterator entry)
+void PackageEntryTable::drop(PackageEntry& entry)
 {
-    m_byUid.erase(entry->uid);
-    for (auto place = m_byPath.begin(); place != m_byPath.end();)
-        place = place.value() == &*entry ? m_byPath.erase(place) : std::next(place);
-    m_missing.erase(std::remove(m_missing.begin(), m_missing.end(), &*entry), m_missing.end());
-    m_entries.erase(entry);
+    const auto known = m_keys.find(&entry);
+    const Keys keys = known->second;
+    m_keys.erase(known);
+    for (const QString& path : keys.paths)
+        if (m_byPath.value(path, nullptr) == &entry)
+            m_byPath.remove(path);
+    const auto package = m_byPackage.find(keys.package);
+    if (package != m_byPackage.end() && package->second == &entry)
+        m_byPackage.erase(package);
+    m_byUid.erase(entry.uid);
+    m_missing.erase(keys.missing);
+    m_unsettled.erase(&entry);
+    m_entries.erase(keys.place);
 }
 
 PackageEntry& PackageEntryTable::add(Uid uid, const QString& path, const Package* package)
 {
-    m_entries.push_back({uid, path, Orv::Data::DataPointerBox<Package>(package)});
-    PackageEntry* entry = &m_entries.back();
-    m_byUid.emplace(uid, entry);
+    m_entries.push_back({uid, path, {}});
+    PackageEntry& entry = m_entries.back();
+    m_keys[&entry].place = std::prev(m_entries.end());
+    m_byUid.emplace(uid, &entry);
+    m_unsettled.insert(&entry);
+    if (package != nullptr)
+        setPackage(entry, *package);
     if (!path.isEmpty())
-        noteKeys(*entry);
-    return *entry;
+        noteKeys(entry);
+    return entry;
+}
+
+void PackageEntryTable::setPackage(PackageEntry& entry, const Package& package)
+{
+    entry.package.reset(&package);
+    m_keys.at(&entry).package = &package;
+    m_byPackage.insert_or_assign(&package, &entry);
 }
 
 // A file has two keys: its real place, which is known while it exists, and its spelling.
 void PackageEntryTable::noteKeys(PackageEntry& entry)
 {
+    Keys& keys = m_keys.at(&entry);
     const QString spelled = spelledKey(entry.path);
-    if (!m_byPath.contains(spelled))
+    if (!m_byPath.contains(spelled)) {
         m_byPath.insert(spelled, &entry);
+        keys.paths.append(spelled);
+    }
     const QString real = Orv::Core::canonicalPath(entry.path);
-    if (real.isEmpty())
-        m_missing.push_back(&entry);
-    else
+    keys.missing = real.isEmpty() ? ++m_lastMissing : 0;
+    if (real.isEmpty()) {
+        m_missing.emplace(keys.missing, &entry);
+    } else {
         m_byPath.insert(real, &entry);
+        keys.paths.append(real);
+    }
 }
 
 PackageEntry* PackageEntryTable::findByPath(const QString& path)
@@ -134,7 +172,7 @@ PackageEntry* PackageEntryTable::findByPath(const QString& path)
         return known;
     // The file may have come since its entry was made.
     const auto missing = std::exchange(m_missing, {});
-    for (PackageEntry* entry : missing)
+    for (const auto& [number, entry] : missing)
         noteKeys(*entry);
     return m_byPath.value(real, nullptr);
 }
@@ -147,10 +185,10 @@ PackageEntry* PackageEntryTable::findByUid(Uid uid)
 
 PackageEntry* PackageEntryTable::findByPackage(const Package& package)
 {
-    for (PackageEntry& entry : m_entries)
-        if (entry.package == &package)
-            return &entry;
-    return nullptr;
+    const auto place = m_byPackage.find(&package);
+    // The address may be that of a package that has died.
+    const bool isKnown = place != m_byPackage.end() && place->second->package == &package;
+    return isKnown ? place->second : nullptr;
 }
 
 } // namespace Ksx::Core

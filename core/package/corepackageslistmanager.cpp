@@ -30,8 +30,6 @@ using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::DataPointerBoxMasterKey;
 
-const char* const Himself = "?himself";
-
 // The packages of one command. Shared, since a payload is copied and the packages are not.
 struct AddPackagesStruct
 {
@@ -424,7 +422,7 @@ bool PackagesListManager::finishLoading(const std::list<DependencyEntry>& loaded
         if (entry.package) {
             // A package that is neither attached nor collected yet is still kept here.
             if (auto package = release(*entry.package)) {
-                known.package = entry.package;
+                m_table.setPackage(known, *entry.package);
                 added.push_back(std::move(package));
             }
         }

@@ -129,7 +129,7 @@ TEST_F(EntryTable, AnEntryMayGetItsPackageLater)
     const Package package;
     PackageEntry& entry = table.add(7, at("a.obl"), nullptr);
 
-    entry.package.reset(&package);
+    table.setPackage(entry, package);
 
     EXPECT_EQ(table.findByPackage(package), &entry);
 }

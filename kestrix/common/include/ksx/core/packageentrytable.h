@@ -7,9 +7,11 @@
 #include "ksx/core/uidsource.h"
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <list>
+#include <map>
 #include <unordered_map>
-#include <vector>
+#include <unordered_set>
 
 namespace Ksx::Data::Content {
 class Package;
@@ -23,6 +25,9 @@ struct PackageEntry
     QString path; // may be empty
     Orv::Data::DataPointerBox<Data::Content::Package> package;
 };
+
+// The file name in the element by which a package names itself.
+inline constexpr const char* Himself = "?himself";
 
 // Returns the uid of the element by which a package names itself. Returns NoUid without one.
 Uid ownUid(const Data::Content::Package& package);
@@ -43,8 +48,11 @@ public:
     const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 
-    // The uid must not be taken. The package may be empty.
+    // The uid must not be taken. The package may be null: an entry that has none when the list
+    // changes is dropped then.
     PackageEntry& add(Uid uid, const QString& path, const Data::Content::Package* package);
+    // For an entry without a package.
+    void setPackage(PackageEntry& entry, const Data::Content::Package& package);
     // Null if there is none.
     PackageEntry* findByPath(const QString& path);
     PackageEntry* findByUid(Uid uid);
@@ -52,17 +60,36 @@ public:
     const std::list<PackageEntry>& entries() const { return m_entries; }
 
 private:
+    // Of a package, which may have died since.
+    using Address = const Orv::Data::BaseObject*;
+    // By what an entry is found.
+    struct Keys
+    {
+        std::list<PackageEntry>::iterator place;
+        QStringList paths;
+        std::size_t missing = 0; // its number among these; 0 for none
+        Address package = nullptr;
+    };
+
     void open(const Data::Content::Package& package);
     void close(const Data::Content::Package& package);
-    void drop(std::list<PackageEntry>::iterator entry);
+    void drop(PackageEntry& entry);
+    void dropDead(Address package);
+    void settle();
     void noteKeys(PackageEntry& entry);
     bool isFree(Uid uid) { return uid != NoUid && findByUid(uid) == nullptr; }
 
     std::list<PackageEntry> m_entries;
-    std::list<PackageEntry> m_closed;       // of packages that have left the list and may come back
+    std::unordered_map<const PackageEntry*, Keys> m_keys;
     QHash<QString, PackageEntry*> m_byPath; // by the keys of the file
-    std::vector<PackageEntry*> m_missing;   // whose file was not there when it was looked for
     std::unordered_map<Uid, PackageEntry*> m_byUid;
+    std::unordered_map<Address, PackageEntry*> m_byPackage;
+    // Whose file was not there when it was looked for, in this order.
+    std::map<std::size_t, PackageEntry*> m_missing;
+    std::size_t m_lastMissing = 0;
+    std::unordered_set<PackageEntry*> m_unsettled;      // whose package is not in the list yet
+    std::unordered_map<Address, PackageEntry> m_closed; // of packages that may come back
+    std::size_t m_closedLimit = 16; // so many are kept before the dead ones are looked for
 };
 
 } // namespace Ksx::Core
