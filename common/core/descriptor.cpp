@@ -1,4 +1,4 @@
-#include "descriptor.h"
+#include "core/descriptor.h"
 
 #include <QRandomGenerator>
 #include <array>

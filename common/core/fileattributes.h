@@ -1,7 +1,7 @@
 // Owner, permissions and extended attributes of a file that takes the place of another one.
 #pragma once
 
-#include "descriptor.h"
+#include "core/descriptor.h"
 #include <string>
 
 struct stat;

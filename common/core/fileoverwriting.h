@@ -1,7 +1,7 @@
 // Writes to a target in its place.
 #pragma once
 
-#include "descriptor.h"
+#include "core/descriptor.h"
 #include "filesaving.h"
 
 namespace Orv::Core {

@@ -1,7 +1,7 @@
 // A new file that takes the place of the target.
 #pragma once
 
-#include "descriptor.h"
+#include "core/descriptor.h"
 #include "filesaving.h"
 
 namespace Orv::Core {

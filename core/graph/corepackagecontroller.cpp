@@ -65,9 +65,9 @@ QString timeOf(const QString& filePath)
 // The MD5 sum of what the file holds, in hexadecimal; "0" if that is nothing.
 QString checksumOf(const QString& filePath)
 {
-    const std::unique_ptr<QFile> file = openLinkedFile(filePath);
+    const auto file = openLinkedFile(filePath);
     QCryptographicHash hash(QCryptographicHash::Md5);
-    if (file == nullptr || file->size() == 0 || !hash.addData(file.get()))
+    if (file == nullptr || file->size() == 0 || !hash.addData(file.get()) || file->hasFailed())
         return QStringLiteral("0");
     return QString::fromLatin1(hash.result().toHex());
 }

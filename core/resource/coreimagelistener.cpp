@@ -86,7 +86,7 @@ void ImageListener::decode()
         return;
     const ResourceListener& resource = ResourceListener::of(*m_resource);
     m_path = resource.filePath();
-    const std::unique_ptr<QFile> file = resource.open();
+    const auto file = resource.open();
     if (file == nullptr)
         return;
     m_picture = PictureDecoder().decode(*file, QFileInfo(m_path).suffix());

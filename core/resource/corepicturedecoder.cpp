@@ -1,5 +1,6 @@
 #include "resource/picturedecoder.h"
 
+#include "core/descriptor.h"
 #include "data/filename.h"
 #include "resource/pictureanswer.h"
 #include <QCoreApplication>
@@ -22,32 +23,7 @@ namespace Ksx::Core {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// A descriptor, owned; -1 for none.
-class Descriptor
-{
-public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    ~Descriptor() { close(); }
-
-    int number() const { return m_number; }
-    bool isOpen() const { return m_number >= 0; }
-    void close()
-    {
-        if (isOpen())
-            ::close(std::exchange(m_number, -1));
-    }
-
-private:
-    int m_number = -1;
-};
+using Orv::Core::Descriptor;
 
 // Returns a copy with a number that none of the child's descriptors has.
 Descriptor copied(int number)
@@ -66,7 +42,7 @@ Pipe makePipe()
 {
     std::array<int, 2> ends{-1, -1};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
-        return {};
+        return Pipe();
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 

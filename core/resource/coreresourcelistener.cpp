@@ -1,5 +1,6 @@
 #include "ksx/core/resourcelistener.h"
 
+#include "core/regularfile.h"
 #include "data/content/compfilter.h"
 #include "data/content/graph.h"
 #include "data/content/resourcemanipulators.h"
@@ -8,10 +9,7 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/objecturl.h"
-#include <QFile>
 #include <cmath>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Ksx::Core {
@@ -20,6 +18,7 @@ namespace {
 
 using namespace Data::Content;
 using Orv::Core::ManipulatorAttribute;
+using Orv::Core::RegularFile;
 using Orv::Data::Attribute;
 using Orv::Data::DataPointerBox;
 using Orv::Data::DataPointerBoxMasterKey;
@@ -84,20 +83,6 @@ bool uses(const CompNode& node, const std::string& url)
     return false;
 }
 
-// Returns a descriptor of a regular file, or -1. A pipe would keep us waiting if it was opened in
-// the usual way, and a device may have no end.
-int openRegular(const std::string& path)
-{
-    if (path.find('\0') != std::string::npos)
-        return -1;
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    struct stat state = {};
-    if (descriptor < 0 || (fstat(descriptor, &state) == 0 && S_ISREG(state.st_mode)))
-        return descriptor;
-    ::close(descriptor);
-    return -1;
-}
-
 } // namespace
 
 ResourceListener& ResourceListener::of(const Resource& resource)
@@ -141,7 +126,7 @@ std::vector<DataPointerBox<CompNode>> ResourceListener::users(const Graph& graph
     return resourceUsers(m_resource ? objectUrl(*m_resource) : std::string(), graph);
 }
 
-std::unique_ptr<QFile> ResourceListener::open() const
+std::unique_ptr<RegularFile> ResourceListener::open() const
 {
     if (!m_resource)
         return nullptr;
@@ -149,7 +134,7 @@ std::unique_ptr<QFile> ResourceListener::open() const
         report(NotImplementedLine, "Not implemented yet");
         return nullptr;
     }
-    std::unique_ptr<QFile> file = openLinkedFile(filePath());
+    std::unique_ptr<RegularFile> file = openLinkedFile(filePath());
     if (file == nullptr)
         report(UnreachableLine, "Unreachable resource");
     return file;
@@ -157,31 +142,26 @@ std::unique_ptr<QFile> ResourceListener::open() const
 
 std::optional<QByteArray> ResourceListener::data() const
 {
-    const std::unique_ptr<QFile> file = open();
+    const std::unique_ptr<RegularFile> file = open();
     if (file == nullptr)
         return std::nullopt;
     QByteArray bytes = file->readAll();
-    if (file->error() == QFileDevice::NoError)
+    if (!file->hasFailed())
         return bytes;
     report(UnreachableLine, "Unreachable resource");
     return std::nullopt;
 }
 
-std::unique_ptr<QFile> openLinkedFile(const QString& path)
+std::unique_ptr<RegularFile> openLinkedFile(const QString& path)
 {
-    const int descriptor = openRegular(Orv::toBytes(path));
-    if (descriptor < 0)
+    auto file = std::make_unique<RegularFile>(path);
+    if (!file->open(QIODevice::ReadOnly))
         return nullptr;
-    auto file = std::make_unique<QFile>();
-    if (!file->open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(descriptor);
-        return nullptr;
-    }
     // Some files can be opened and not be read, such as those on a damaged disk. Files that the
     // kernel makes up announce no size, and some of them have no end.
-    const bool isEmpty = file->peek(1).isEmpty();
-    const bool isReadable = file->error() == QFileDevice::NoError;
-    return isReadable && isEmpty == (file->size() == 0) ? std::move(file) : nullptr;
+    char first = 0;
+    const auto count = pread(file->handle(), &first, 1, 0);
+    return count == (file->size() == 0 ? 0 : 1) ? std::move(file) : nullptr;
 }
 
 std::vector<DataPointerBox<CompNode>> resourceUsers(const std::string& url, const Graph& graph)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/listenerdeaf.h"
+#include "core/regularfile.h"
 #include "data/datapointerbox.h"
 #include <QByteArray>
 #include <QString>
@@ -10,8 +11,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-class QFile;
 
 namespace Ksx::Data::Content {
 class CompNode;
@@ -48,7 +47,7 @@ public:
 
     // The linked file, open for reading. Null, with a report in the log, if it cannot be opened or
     // nothing can be read from it. An empty file can be read.
-    std::unique_ptr<QFile> open() const;
+    std::unique_ptr<Orv::Core::RegularFile> open() const;
     bool isReachable() const;
     // All bytes of the linked file; none if it cannot be read to its end.
     std::optional<QByteArray> data() const;
@@ -60,7 +59,7 @@ private:
 // Returns a file that a package links to, open for reading. Null for anything but a regular file, a
 // file that cannot be read, and one that the kernel makes up while it is read. An empty file can be
 // read.
-std::unique_ptr<QFile> openLinkedFile(const QString& path);
+std::unique_ptr<Orv::Core::RegularFile> openLinkedFile(const QString& path);
 
 // The filter nodes of a graph whose resource is the one at `url` (see objectUrl), in order: those
 // that show a bitmap or a vector drawing, or that mix images by a mask.
