@@ -3,7 +3,7 @@
 #include "data/content/package.h"
 #include "data/diagnosticlog.h"
 #include "data/filename.h"
-#include "data/xmldatareader.h"
+#include "data/xmldocument.h"
 #include <QCoreApplication>
 #include <exception>
 #include <new>
@@ -12,21 +12,22 @@ namespace Ksx::Core {
 
 namespace {
 
-// Null text on success, else what went wrong, which may be empty.
-QString readPackage(QIODevice& device, Data::Content::Package& package,
-                    const Orv::Core::Extensions::ProgressFunction& progress)
+// Returns null after a failure. `reason` is its text then, which may be empty.
+std::unique_ptr<Orv::Data::BaseObject>
+readPackage(QIODevice& device, const Orv::Core::Extensions::ProgressFunction& progress,
+            QString& reason)
 {
-    Orv::Data::XmlDataReader reader(&device);
     try {
-        if (reader.read(package, progress) == 0)
-            return {};
+        Orv::Data::XmlDocument document = Orv::Data::readXmlDocument(
+            device, [] { return std::make_unique<Data::Content::Package>(); }, progress);
+        reason = document.errorString;
+        return std::move(document.root);
     } catch (const std::bad_alloc&) {
         throw; // no fault of the file
     } catch (const std::exception& exception) {
-        return QString::fromLatin1(exception.what()); // a value that its type refuses
+        reason = QString::fromLatin1(exception.what()); // a value that its type refuses
     }
-    const QString text = reader.errorString();
-    return text.isNull() ? QStringLiteral("") : text;
+    return nullptr;
 }
 
 } // namespace
@@ -41,9 +42,8 @@ std::unique_ptr<Orv::Data::BaseObject>
 OBLImporter::import(QIODevice& device, Orv::Core::MessageNode* log,
                     const Orv::Core::Extensions::ProgressFunction& progress) const
 {
-    auto package = std::make_unique<Data::Content::Package>();
-    const QString reason = readPackage(device, *package, progress);
-    if (reason.isNull())
+    QString reason;
+    if (auto package = readPackage(device, progress, reason))
         return package;
     QString text = QCoreApplication::translate("Ksx::Core::OBLImporter", "ERROR_XML_READ_ERROR");
     if (!reason.isEmpty())

@@ -3,15 +3,9 @@
 
 #include "data/baseobject.h"
 #include "data/boundedxmlreader.h"
-#include <cstdint>
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 namespace Orv::Data {
-
-class AttributeBase;
 
 // Called with the fraction of the document that has been read, from 0 to 1.
 using ProgressFunction = std::function<void(float)>;
@@ -48,39 +42,7 @@ public:
     int read(BaseObject& root, const ProgressFunction& progress);
 
 private:
-    // One container that has been begun and not ended.
-    struct Level
-    {
-        BaseObject* object;
-        ObjectKind kind;
-        std::uint64_t pending; // members of a structure that have not been met, a bit each
-        std::unique_ptr<BaseObject> child; // of a list or union, while it is read
-    };
-
-    int fail(XmlReadStatus status, const QString& text);
-    int failForDepth();
-    TokenType step();
-    void skipWhitespace();
-    int expectEnd();
-    int skipElement();
-    void startProgress(const ProgressFunction& progress);
-    void reportProgress();
-
-    int begin(BaseObject& object);
-    int readAttribute(AttributeBase& attribute);
-    int readContainers();
-    int stepStruct(Level& level);
-    int stepList(Level& level);
-    int stepUnion(Level& level);
-    int endLevel();
-
-    std::vector<Level> m_levels;
-    int m_depth = 0;    // of the element at hand in the file; an unknown item shifts the levels
-    std::string m_text; // of the value or name at hand, kept for its memory
-    const ProgressFunction* m_progress = nullptr; // the caller's, while it reads
-    qint64 m_totalSize = 0;
-    qint64 m_progressStep = 0;
-    qint64 m_nextProgressOffset = 0;
+    class Tokens;
 };
 
 } // namespace Orv::Data

@@ -1,0 +1,273 @@
+#include "support/readinglanes.h"
+
+#include "data/content/package.h"
+#include "data/xmldatawriter.h"
+#include "data/xmldocument.h"
+#include "support/packagetext.h"
+#include "support/paths.h"
+#include <QBuffer>
+#include <QDirIterator>
+#include <QFile>
+#include <algorithm>
+
+namespace TestSupport {
+
+namespace {
+
+using Orv::Data::XmlLane;
+
+struct Outcome
+{
+    int status = 0;
+    std::string message;
+    std::string exception;
+    std::string tree; // as it is written; "none" without one
+};
+
+std::string written(const Orv::Data::BaseObject& root)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    Orv::Data::XmlDataWriter(&buffer).write(root);
+    return buffer.data().toStdString();
+}
+
+Outcome outcomeOf(const std::string& document, XmlLane lane)
+{
+    QByteArray bytes(document.data(), static_cast<int>(document.size()));
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    Outcome outcome;
+    outcome.tree = "none";
+    try {
+        const auto read = Orv::Data::readXmlDocument(
+            buffer, [] { return std::make_unique<Ksx::Data::Content::Package>(); }, {}, lane);
+        outcome.status = read.status;
+        outcome.message = read.errorString.toStdString();
+        if (read.root != nullptr)
+            outcome.tree = written(*read.root);
+    } catch (const std::exception& exception) {
+        outcome.exception = exception.what();
+    }
+    return outcome;
+}
+
+// White space, markup, and bytes that are part of no character.
+const std::vector<std::string> Pieces = {"<",
+                                         ">",
+                                         "/",
+                                         "&",
+                                         ";",
+                                         "\"",
+                                         "'",
+                                         "=",
+                                         " ",
+                                         "\n",
+                                         "\t",
+                                         "\r",
+                                         std::string(1, '\0'),
+                                         "\x01",
+                                         "\x7F",
+                                         "v",
+                                         "a",
+                                         ":",
+                                         "!",
+                                         "?",
+                                         "-->",
+                                         "]]>",
+                                         "\xC3",
+                                         "\xA9",
+                                         "\xC0\x80",
+                                         "\xED\xA0\x80",
+                                         "\xEF\xBB\xBF",
+                                         "\xEF\xBF\xBE",
+                                         "\xF4\x90\x80\x80",
+                                         "\xC2\x85",
+                                         "\xE2\x80\xA8"};
+const std::vector<std::string> Values = {"",
+                                         " ",
+                                         "0",
+                                         "1",
+                                         "-1",
+                                         "4294967295",
+                                         "nan",
+                                         "1 2 3",
+                                         "a&#10;b",
+                                         "a&#xA;b",
+                                         "&#9;",
+                                         "&#13;",
+                                         "&#xD;&#xA;",
+                                         "&lt;&gt;&amp;&quot;&apos;",
+                                         "&#60;",
+                                         "&#38;",
+                                         "&unknown;",
+                                         "&#0;",
+                                         "&#xFFFE;",
+                                         "&#x1F600;",
+                                         "&#x110000;",
+                                         "&#X41;",
+                                         "&#65",
+                                         "&;",
+                                         "&#;",
+                                         "&#x;",
+                                         "&#00000065;",
+                                         "&#000000065;",
+                                         "\xC3\xA9",
+                                         "\xE2\x82\xAC",
+                                         "\xF0\x9F\x98\x80",
+                                         "a\nb",
+                                         "a\tb",
+                                         "a\rb",
+                                         "a>b",
+                                         "a<b",
+                                         "it's",
+                                         "\xEF\xBF\xBD",
+                                         "\xC2\xA0",
+                                         "\xE2\x80\xA8",
+                                         "&#x85;",
+                                         "&#xA0;",
+                                         "&#128;",
+                                         "\x80"};
+const std::vector<std::string> Insertions = {"<!-- c -->",
+                                             "<?pi x?>",
+                                             "<![CDATA[x]]>",
+                                             "text",
+                                             "<x/>",
+                                             "<x v=\"1\"/>",
+                                             "<x><y/></x>",
+                                             "<x v='1' />",
+                                             "<x v = \"1\"/>",
+                                             "<x w=\"1\"/>",
+                                             "<x v=\"1\" v=\"2\"/>",
+                                             "<x v=\"1\"w=\"2\"/>",
+                                             "<p:x/>",
+                                             "<x xmlns=\"u\"/>",
+                                             "<\xC3\xA9/>",
+                                             "<x",
+                                             "</x>",
+                                             "<x/ >",
+                                             "< x/>",
+                                             "<x>text</x>",
+                                             "<x\n/>",
+                                             "</identifier >",
+                                             "<!DOCTYPE package>",
+                                             "<package>",
+                                             "</package>",
+                                             "<1/>",
+                                             "<-/>",
+                                             "<a.b-c_d/>",
+                                             "<x v=\"1\"></x>",
+                                             "&amp;",
+                                             "\n  "};
+
+} // namespace
+
+std::string differenceOfLanes(const std::string& document)
+{
+    const Outcome fast = outcomeOf(document, XmlLane::Fast);
+    const Outcome general = outcomeOf(document, XmlLane::General);
+    if (fast.status != general.status)
+        return "status " + std::to_string(fast.status) + " and " + std::to_string(general.status);
+    if (fast.message != general.message)
+        return "message " + fast.message + " and " + general.message;
+    if (fast.exception != general.exception)
+        return "exception " + fast.exception + " and " + general.exception;
+    return fast.tree == general.tree ? "" : "tree " + fast.tree + " and " + general.tree;
+}
+
+std::vector<std::string> documentsForLanes()
+{
+    constexpr qint64 Small = 20000;
+    std::vector<std::string> documents;
+    for (const char* const folder : {"examples", "tests/golden"}) {
+        QDirIterator files(QString::fromStdString(sourcePath(folder)), {"*.obl"}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            if (file.size() <= Small && file.open(QIODevice::ReadOnly))
+                documents.push_back(file.readAll().toStdString());
+        }
+    }
+    std::sort(documents.begin(), documents.end()); // whatever the order of the file system
+    documents.push_back(aPackage()
+                            .named("a&lt;b")
+                            .with("author", "\xC3\xA9&#10;\xE2\x82\xAC&#x1F600;")
+                            .dependingOn("\xC3\xA9/\xF0\x9F\x98\x80 &amp;.obl", 7)
+                            .containing(aGroup("g", aGroupSaying("h", "it's > 'that'")))
+                            .text());
+    return documents;
+}
+
+std::size_t XmlMutator::below(std::size_t count)
+{
+    return count == 0 ? 0 : m_random() % count;
+}
+
+const std::string& XmlMutator::oneOf(const std::vector<std::string>& texts)
+{
+    return texts[below(texts.size())];
+}
+
+XmlMutator::Range XmlMutator::anyTag(const std::string& document)
+{
+    const std::size_t begin = document.find('<', below(document.size()));
+    const std::size_t end = begin == std::string::npos ? begin : document.find('>', begin);
+    return end == std::string::npos ? Range(0, 0) : Range(begin, end + 1 - begin);
+}
+
+XmlMutator::Range XmlMutator::anyValue(const std::string& document)
+{
+    const std::size_t begin = document.find("v=\"", below(document.size()));
+    const std::size_t end = begin == std::string::npos ? begin : document.find('"', begin + 3);
+    return end == std::string::npos ? Range(0, 0) : Range(begin + 3, end - begin - 3);
+}
+
+void XmlMutator::mutate(std::string& document)
+{
+    const Range tag = anyTag(document);
+    const std::string text = document.substr(tag.first, tag.second);
+    const std::size_t place = below(document.size() + 1);
+    switch (below(9)) {
+    case 0:
+        document.insert(place, oneOf(Pieces));
+        break;
+    case 1:
+        document.erase(place, 1 + below(3));
+        break;
+    case 2:
+        if (place < document.size())
+            document[place] = oneOf(Pieces)[0];
+        break;
+    case 3: {
+        const Range value = anyValue(document);
+        document.replace(value.first, value.second, oneOf(Values));
+        break;
+    }
+    case 4:
+        document.erase(tag.first, tag.second);
+        break;
+    case 5:
+        document.insert(tag.first, text);
+        break;
+    case 6:
+        document.insert(anyTag(document).first, text);
+        break;
+    case 7:
+        document.insert(tag.first, oneOf(Insertions));
+        break;
+    default:
+        if (below(8) == 0)
+            document.resize(place);
+        else
+            document.insert(tag.first + tag.second, oneOf(Insertions));
+    }
+}
+
+std::string XmlMutator::mutant(std::string document)
+{
+    for (std::size_t count = 1 + below(2); count != 0; --count)
+        mutate(document);
+    return document;
+}
+
+} // namespace TestSupport
