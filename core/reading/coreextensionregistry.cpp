@@ -16,6 +16,7 @@
 #include "updating/packageupdater4253.h"
 #include "updating/packageupdater6141.h"
 #include <algorithm>
+#include <atomic>
 
 namespace Ksx::Core {
 
@@ -50,6 +51,8 @@ constexpr UpdaterRow UpdaterTable[] = {
     {7049, &make<OBLFormatUpdater7049>},   //
 };
 
+std::atomic<const ExtensionRegistry*> otherRegistry{nullptr};
+
 } // namespace
 
 Version applicationVersion()
@@ -59,35 +62,54 @@ Version applicationVersion()
 
 const ExtensionRegistry& ExtensionRegistry::instance()
 {
-    static const ExtensionRegistry registry; // the language guards the first use
-    return registry;
+    static const ExtensionRegistry builtIn; // the language guards the first use
+    const ExtensionRegistry* const other = otherRegistry.load();
+    return other == nullptr ? builtIn : *other;
+}
+
+void ExtensionRegistry::setInstance(const ExtensionRegistry* registry)
+{
+    otherRegistry = registry;
 }
 
 template <class Interface, class Extension>
-void ExtensionRegistry::add(std::vector<const Interface*>& list,
-                            std::unique_ptr<Extension> extension)
+void ExtensionRegistry::addTo(std::vector<const Interface*>& list,
+                              std::unique_ptr<Extension> extension)
 {
     list.push_back(extension.get());
     m_owned.emplace_back(std::move(extension));
 }
 
+void ExtensionRegistry::add(std::unique_ptr<IDataImporter> importer)
+{
+    addTo(m_importers, std::move(importer));
+}
+
+void ExtensionRegistry::add(std::unique_ptr<IDataFormatVersionReader> reader)
+{
+    addTo(m_formatVersionReaders, std::move(reader));
+}
+
+void ExtensionRegistry::add(std::unique_ptr<IUpdater> updater)
+{
+    if (const auto* format = dynamic_cast<const IDataFormatUpdater*>(updater.get()))
+        m_formatUpdaters.push_back(format);
+    if (const auto* package = dynamic_cast<const IPackageUpdater*>(updater.get()))
+        m_packageUpdaters.push_back(package);
+    addTo(m_updaters, std::move(updater));
+}
+
 ExtensionRegistry::ExtensionRegistry()
 {
-    add(m_importers, std::make_unique<OBLImporter>());
-    add(m_importers, std::make_unique<OBLARImporter>());
-    add(m_importers, std::make_unique<OBLASMImporter>());
-    add(m_formatVersionReaders, std::make_unique<OBLDataFormatVersionReader>());
-    add(m_formatVersionReaders, std::make_unique<OBLARDataFormatVersionReader>());
-    add(m_formatVersionReaders, std::make_unique<OBLASMDataFormatVersionReader>());
-    add(m_updaterVersionReaders, std::make_unique<OBLUpdaterVersionReader>());
-    for (const UpdaterRow& row : UpdaterTable) {
-        add(m_updaters, row.make());
-        const IUpdater* updater = m_updaters.back();
-        if (const auto* format = dynamic_cast<const IDataFormatUpdater*>(updater))
-            m_formatUpdaters.push_back(format);
-        if (const auto* package = dynamic_cast<const IPackageUpdater*>(updater))
-            m_packageUpdaters.push_back(package);
-    }
+    add(std::make_unique<OBLImporter>());
+    add(std::make_unique<OBLARImporter>());
+    add(std::make_unique<OBLASMImporter>());
+    add(std::make_unique<OBLDataFormatVersionReader>());
+    add(std::make_unique<OBLARDataFormatVersionReader>());
+    add(std::make_unique<OBLASMDataFormatVersionReader>());
+    addTo(m_updaterVersionReaders, std::make_unique<OBLUpdaterVersionReader>());
+    for (const UpdaterRow& row : UpdaterTable)
+        add(row.make());
 }
 
 const IDataImporter* ExtensionRegistry::importerFor(const QUrl& url) const

@@ -17,6 +17,9 @@ class ExtensionRegistry
 {
 public:
     static const ExtensionRegistry& instance();
+    // Lets instance() answer another registry, for tests; null gives the built-in one back. Not to
+    // be called while a package is opened.
+    static void setInstance(const ExtensionRegistry* registry);
 
     const std::vector<const Orv::Core::Extensions::IDataImporter*>& importers() const
     {
@@ -48,10 +51,16 @@ public:
     // The updater with the greatest version, which tells the newest format; null without updaters.
     const Orv::Core::Extensions::IUpdater* newestUpdater() const;
 
-private:
+protected:
+    // Holds the extensions of the library; a derived class adds its own behind them.
     ExtensionRegistry();
+    void add(std::unique_ptr<Orv::Core::Extensions::IDataImporter> importer);
+    void add(std::unique_ptr<Orv::Core::Extensions::IDataFormatVersionReader> reader);
+    void add(std::unique_ptr<Orv::Core::Extensions::IUpdater> updater);
+
+private:
     template <class Interface, class Extension>
-    void add(std::vector<const Interface*>& list, std::unique_ptr<Extension> extension);
+    void addTo(std::vector<const Interface*>& list, std::unique_ptr<Extension> extension);
 
     std::vector<std::shared_ptr<const void>> m_owned;
     std::vector<const Orv::Core::Extensions::IDataImporter*> m_importers;

@@ -106,6 +106,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ScanCase{"NoNumber", R"(<formatVersion v="1.2.x.4"/>)"},
                     ScanCase{"ABadOneInFrontOfAGoodOne", R"(<formatVersion v="x"/>)" + Element},
                     ScanCase{"QuotesTooFarBehind", "<formatVersion" + padded(300) + R"("1.2.3.4")"},
+                    ScanCase{"QuoteOneByteBehindTheNextBlock",
+                             "<formatVersion" + padded(278) + R"("1.2.3.4")"},
                     ScanCase{"Utf16", std::string("<\0f\0o\0r\0m\0a\0t\0", 14)}),
     caseName<ScanCase>);
 

@@ -1,20 +1,25 @@
 #include "ksx/core/packagereader.h"
 
+#include "data/content/group.h"
 #include "data/content/package.h"
 #include "reading/extensionregistry.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
+#include "support/updaterhelper.h"
 #include "updating/oblformatupdater3962n1.h"
 #include "updating/oblformatupdater3962n2.h"
 #include "updating/packageupdater3962.h"
+#include <QBuffer>
 #include <gtest/gtest.h>
+#include <cstring>
 #include <typeinfo>
 
 using Ksx::Core::PackageReader;
 using Ksx::Data::Content::Package;
 using Orv::Core::MessageNode;
 using Orv::Core::Version;
+using TestSupport::aGroup;
 using TestSupport::aPackage;
 using TestSupport::aResource;
 using TestSupport::caseName;
@@ -442,6 +447,276 @@ TEST_F(PackageReading, ABadOldDocumentFailsInItsFirstStep)
     EXPECT_EQ(log.children().front()->text(), "1.1.0.5356 : NAME");
     EXPECT_EQ(log.children().back()->text(), "ERROR_FAIL_TO_APPLY_FORMAT_UPDATER_NAME");
     EXPECT_TRUE(log.hasError());
+}
+
+// Formats that no importer of the library reads.
+
+// Importer and version reader of files that end in ".own": a document that is no package, on a
+// device that may refuse to go back.
+class OwnDevice final : public QBuffer
+{
+public:
+    explicit OwnDevice(bool goesBack) : m_goesBack(goesBack) {}
+    bool seek(qint64 place) override { return m_goesBack && QBuffer::seek(place); }
+
+private:
+    bool m_goesBack;
+};
+
+class OwnImporter final : public Orv::Core::Extensions::IDataImporter
+{
+public:
+    explicit OwnImporter(bool goesBack) : m_goesBack(goesBack) {}
+    bool isCompatible(const Version&) const override { return true; }
+    bool accepts(const QUrl& url) const override { return url.toString().endsWith(".own"); }
+    std::unique_ptr<QIODevice> createDevice(const QUrl&) const override
+    {
+        return std::make_unique<OwnDevice>(m_goesBack);
+    }
+    Version version() const override { return {}; }
+    std::unique_ptr<Orv::Data::BaseObject>
+    import(QIODevice&, MessageNode*, const Orv::Core::Extensions::ProgressFunction&) const override
+    {
+        return std::make_unique<Ksx::Data::Content::Group>();
+    }
+
+private:
+    bool m_goesBack;
+};
+
+class OwnVersionReader final : public Orv::Core::Extensions::IDataFormatVersionReader
+{
+public:
+    bool accepts(const Orv::Core::Extensions::IDataImporter& importer) const override
+    {
+        return typeid(importer) == typeid(OwnImporter);
+    }
+    Version version() const override { return {}; }
+    bool read(QIODevice&, Version& version) const override
+    {
+        version = {1, 1, 0, 6140}; // before the last step of packages
+        return true;
+    }
+};
+
+// A step that changes nothing.
+class OwnUpdater final : public Orv::Core::Extensions::IDataFormatUpdater
+{
+public:
+    explicit OwnUpdater(const Version& version) : m_version(version) {}
+    Version formatVersion() const override { return m_version; }
+    Version updaterVersion() const override { return m_version; }
+    QString name() const override { return "OWN"; }
+    QString description() const override { return {}; }
+    bool accepts(const Orv::Core::Extensions::IDataImporter&) const override { return true; }
+    bool update(QIODevice&, MessageNode*,
+                const Orv::Core::Extensions::ProgressFunction&) const override
+    {
+        return true;
+    }
+
+private:
+    Version m_version;
+};
+
+class OwnRegistry final : public Ksx::Core::ExtensionRegistry
+{
+public:
+    explicit OwnRegistry(bool goesBack = true)
+    {
+        add(std::make_unique<OwnImporter>(goesBack));
+        add(std::make_unique<OwnVersionReader>());
+        setInstance(this);
+    }
+    ~OwnRegistry() { setInstance(nullptr); }
+    void addUpdater(const Version& version) { add(std::make_unique<OwnUpdater>(version)); }
+};
+
+TEST_F(PackageReading, ADeviceHasToGoBackBehindAVersion)
+{
+    const OwnRegistry registry(false);
+
+    EXPECT_EQ(open("a.own"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION\n");
+}
+
+TEST_F(PackageReading, ADocumentHasToBeAPackage)
+{
+    const OwnRegistry registry;
+
+    EXPECT_EQ(open("a.own"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_WRONG_ROOT_OBJECT_TYPE\n");
+}
+
+TEST_F(PackageReading, WhatIsNoFileIsNotBackedUp)
+{
+    const OwnRegistry registry;
+    noBackup = false;
+
+    EXPECT_EQ(open(QUrl("own://place/a.own")), nullptr);
+
+    EXPECT_EQ(logText(), "Error: ERROR_WRONG_ROOT_OBJECT_TYPE\n");
+    EXPECT_EQ(questions, 1);
+}
+
+TEST_F(PackageReading, StepsGoUpToTheVersionOfTheApplication)
+{
+    OwnRegistry registry;
+    registry.addUpdater({2, 0, 1, 9782});
+    registry.addUpdater({2, 0, 1, 9783});
+    write("1.1.0.7049", "");
+
+    EXPECT_NE(open(), nullptr) << logText();
+
+    EXPECT_EQ(stepsAsked(), Lines({"2.0.1.9782"}));
+    EXPECT_EQ(logText(), "2.0.1.9782 : OWN\n");
+}
+
+TEST_F(PackageReading, TheFormatsOfTheLibraryStayBesideOwnOnes)
+{
+    const OwnRegistry registry;
+    write("1.1.0.7049", "");
+
+    EXPECT_NE(open(), nullptr) << logText();
+}
+
+// The contexts in which translation files have the messages.
+
+struct MessageCase
+{
+    const char* name;
+    const char* file;
+    const char* text; // the begin of the last message
+};
+
+std::ostream& operator<<(std::ostream& stream, const MessageCase& c)
+{
+    return stream << c.name;
+}
+
+class TranslatedMessage : public PackageReading, public testing::WithParamInterface<MessageCase>
+{
+protected:
+    TranslatedMessage()
+    {
+        const auto old = [](const char* version) {
+            return aPackage().with("formatVersion", version).without("updaterVersion");
+        };
+        directory.write("new.obl", old("1.1.0.7050").text());
+        directory.write("noversion.obl", "");
+        directory.write("nodocument.obl", aPackage().without("platform").text());
+        directory.write("step.obl", old("1.0.3.5017").text() + "<x>");
+        directory.write("old.obl", old("1.1.0.6141").text());
+    }
+
+    const TestSupport::EchoTranslator translator;
+};
+
+TEST_P(TranslatedMessage, HasTheContextOfTheReader)
+{
+    const OwnRegistry registry(GetParam().file != std::string("stuck.own"));
+    isConfirmed = GetParam().file != std::string("old.obl");
+
+    EXPECT_EQ(open(GetParam().file), nullptr);
+
+    ASSERT_FALSE(log.children().empty());
+    const std::string text = log.children().back()->text().toStdString();
+    EXPECT_EQ(text.substr(0, std::strlen(GetParam().text)), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, TranslatedMessage,
+    testing::Values(
+        MessageCase{"NoImporter", "a.xml", "Ksx::Core::PackageReader|ERROR_NO_IMPORTER_FOUND"},
+        MessageCase{"NoFile", "missing.obl", "Ksx::Core::PackageReader|ERROR_FAIL_TO_OPEN_URL_"},
+        MessageCase{"NoVersion", "noversion.obl",
+                    "Ksx::Core::PackageReader|ERROR_FAIL_TO_READ_VERSION_OF_URL_"},
+        MessageCase{"TooNew", "new.obl",
+                    "Ksx::Core::PackageReader|ERROR_APPLICATION_TOO_OLD_TO_OPEN_URL_"},
+        MessageCase{"Stopped", "old.obl",
+                    "Ksx::Core::PackageReader|ERROR_UPDATE_PROCESS_STOPED_BY_USER"},
+        MessageCase{"Step", "step.obl",
+                    "Ksx::Core::PackageReader|ERROR_FAIL_TO_APPLY_FORMAT_UPDATER_"
+                    "Ksx::Core::OBLFormatUpdater5356|NAME"},
+        MessageCase{"NoPackage", "nodocument.obl",
+                    "Ksx::Core::PackageReader|ERROR_FAIL_TO_CREATE_PACKAGE"},
+        MessageCase{"OtherDocument", "a.own",
+                    "Ksx::Core::PackageReader|ERROR_WRONG_ROOT_OBJECT_TYPE"},
+        MessageCase{"StuckDevice", "stuck.own",
+                    "Ksx::Core|ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION"}),
+    caseName<MessageCase>);
+
+TEST_F(PackageReading, AMissingDeviceIsToldInTheContextOfTheLibrary)
+{
+    const TestSupport::EchoTranslator translator;
+
+    open(QUrl("http://x/a.obl"));
+
+    EXPECT_EQ(logText(), "Error: Ksx::Core|ERROR_FAIL_TO_CREATE_DEVICE\n");
+}
+
+TEST_F(PackageReading, ABadDocumentIsToldInTheContextsOfImporterAndXmlReader)
+{
+    const TestSupport::EchoTranslator translator;
+    directory.write("a.obl", aPackage().without("platform").text());
+
+    open();
+
+    ASSERT_FALSE(log.children().empty());
+    EXPECT_TRUE(log.children().front()->text().startsWith(
+        "Ksx::Core::OBLImporter|ERROR_XML_READ_ERROR :\n"
+        "QObject|ORV_DATA_XML_DATA_READER_ERROR_XML_INVALID_MEMBER_"))
+        << logText();
+}
+
+TEST_F(PackageReading, AFileThatBecomesShorterMeanwhileCannotBeRead)
+{
+    const TestSupport::EchoTranslator translator;
+    const std::string group = aGroup(std::string(100000, 'x')); // more than is read at a time
+    directory.write("a.obl", aPackage()
+                                 .with("formatVersion", "1.1.0.5356")
+                                 .without("updaterVersion")
+                                 .containing(group)
+                                 .text());
+    const auto shorten = [this](const auto&...) {
+        std::filesystem::resize_file(directory.path("a.obl"), 50000);
+        return true;
+    };
+
+    EXPECT_EQ(PackageReader::open(urlOf("a.obl"), &log, {}, shorten, nullptr, nullptr, true),
+              nullptr);
+
+    EXPECT_EQ(logText(),
+              "Error: Ksx::Core::PackageReader|ERROR_FAIL_TO_READ_URL_" + urlText("a.obl") + "\n");
+}
+
+TEST_F(PackageReading, ABackupIsToldInTheContextOfTheReader)
+{
+    const TestSupport::EchoTranslator translator;
+    write("1.1.0.6141", "");
+    noBackup = false;
+
+    open();
+
+    EXPECT_TRUE(log.children().front()->text().startsWith(
+        "Ksx::Core::PackageReader|ERROR_FILE_BACKUP_DONE_"))
+        << logText();
+}
+
+TEST_F(PackageReading, AFailedBackupIsToldInTheContextOfTheReader)
+{
+    const TestSupport::EchoTranslator translator;
+    write("1.1.0.6141", "");
+    directory.write(".autosave", "no directory");
+    noBackup = false;
+
+    open();
+
+    EXPECT_TRUE(log.children().front()->text().startsWith(
+        "Ksx::Core::PackageReader|ERROR_FILE_BACKUP_FAILED_"))
+        << logText();
 }
 
 struct SilentCase
