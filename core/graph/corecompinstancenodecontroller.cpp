@@ -343,7 +343,7 @@ bool CompInstanceNodeController::hasRelativeType(const DescParameter& descriptio
 {
     return description.type == ValueType::Float4OrColorImage ||
            description.type == ValueType::Float1OrGrayscaleImage ||
-           ValueType::isVariant(description.type);
+           description.type == ValueType::ColorOrImage;
 }
 
 } // namespace Ksx::Core
