@@ -175,6 +175,14 @@ TEST_F(DependenciesDictionaryTest, TheUpdaterForgetsWhatLeftTheListOfPackages)
     EXPECT_EQ(dictionary.dependenciesOf(package), Uids({8}));
 }
 
+TEST_F(DependenciesDictionaryTest, TheUpdaterKeepsNothingFromTheListenersAboveIt)
+{
+    const DependenciesDictionaryUpdater updater(dictionary);
+
+    EXPECT_EQ(updater.getFilter().consumeMask, 0u);
+    EXPECT_EQ(updater.getFilter().memberMask, ~0u);
+}
+
 // What a behaviour answers that asks a group for its description.
 class RetrieveGroupDependency final : public DependenciesDictionary::RetrieveDependency
 {

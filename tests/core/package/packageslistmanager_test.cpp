@@ -6,6 +6,7 @@
 #include "data/diagnosticlog.h"
 #include "support/packagetext.h"
 #include "support/temporarydirectory.h"
+#include "support/workspace.h"
 #include <QUuid>
 #include <gtest/gtest.h>
 
@@ -198,6 +199,78 @@ TEST_F(PackagesManager, RemovesNoDependencyOfAnotherPackage)
     EXPECT_EQ(dependenciesOf(PackageBox(package.get())), Lines({"b: 1"}));
 }
 
+// With a command manager, edits of the list can be undone.
+
+class EditedPackages : public testing::Test
+{
+protected:
+    EditedPackages()
+    {
+        workspace.open(aPackage().named("a"), "/a.obl");
+        workspace.open(aPackage().named("b").dependingOn("c", 1).dependingOn("d", 2), "/b.obl");
+        workspace.open(aPackage().named("c"), "/c.obl");
+    }
+    Lines open() const
+    {
+        Lines names;
+        for (const PackageBox& package : manager.openPackages())
+            names.push_back(package->identifier().get());
+        return names;
+    }
+    PackageBox openAt(std::size_t index) const { return manager.openPackages().at(index); }
+
+    TestSupport::Workspace workspace;
+    PackagesListManager& manager = workspace.packages();
+};
+
+TEST_F(EditedPackages, ThatWereRemovedComeBackToTheirPlaces)
+{
+    const PackageBox c = openAt(2);
+    ASSERT_TRUE(manager.removePackages({c, openAt(0)}));
+    ASSERT_EQ(open(), Lines({"b"}));
+
+    EXPECT_TRUE(workspace.undoAll());
+
+    EXPECT_EQ(open(), Lines({"a", "b", "c"}));
+    EXPECT_TRUE(openAt(2) == c);
+    EXPECT_EQ(manager.filePath(*c), "/c.obl");
+}
+
+TEST_F(EditedPackages, AreRemovedAgain)
+{
+    manager.removePackages({openAt(0)});
+    workspace.undoAll();
+
+    EXPECT_TRUE(workspace.redoAll());
+
+    EXPECT_EQ(open(), Lines({"b", "c"}));
+    EXPECT_FALSE(manager.packageForPath("/a.obl"));
+}
+
+TEST_F(EditedPackages, GetBackADependencyAtItsPlace)
+{
+    auto& package = const_cast<Package&>(*openAt(1));
+    const std::string before = TestSupport::xmlOf(package);
+    ASSERT_TRUE(manager.removeDependency(package, package.dependencies().at(0)));
+    ASSERT_EQ(package.dependencies().size(), 1u);
+
+    EXPECT_TRUE(workspace.undoAll());
+
+    EXPECT_EQ(TestSupport::xmlOf(package), before);
+}
+
+TEST_F(EditedPackages, LoseADependencyAgain)
+{
+    auto& package = const_cast<Package&>(*openAt(1));
+    manager.removeDependency(package, package.dependencies().at(1));
+    const std::string after = TestSupport::xmlOf(package);
+    workspace.undoAll();
+
+    EXPECT_TRUE(workspace.redoAll());
+
+    EXPECT_EQ(TestSupport::xmlOf(package), after);
+}
+
 // New packages.
 
 TEST_F(PackagesManager, ANewPackageHasItsIdentifierAndAFreshFileUid)
@@ -326,6 +399,18 @@ TEST_F(PackagesManager, BadDependenciesAreRemovedAndTraced)
     EXPECT_EQ(traced,
               Lines({"Removed bad himself dependency '" + own + "'\n",
                      "Removed multi dependency '/b'\n", "Removed multi dependency '/b'\n"}));
+}
+
+TEST_F(PackagesManager, ANameThatAUidHasLedToCountsAmongTheNames)
+{
+    manager.finishLoading({asked("b.obl", aPackage())});
+    const std::string name = directory.path("b.obl");
+    const Entry a = asked("a.obl", aPackage().dependingOn("", 1000).dependingOn(name, 7));
+
+    const Entries entries = manager.dependenciesOf(a);
+
+    EXPECT_EQ(described(entries), Lines({name + ": 1000"}));
+    EXPECT_EQ(dependenciesOf(a.package), Lines({": 1000"}));
 }
 
 TEST_F(PackagesManager, OneNameMayBeAnEndOfAnother)
