@@ -24,6 +24,7 @@ using TestSupport::aPackage;
 using TestSupport::aPng;
 using TestSupport::aPngWithPalette;
 using TestSupport::Arguments;
+using TestSupport::buildPath;
 using TestSupport::caseName;
 using TestSupport::countAt;
 using TestSupport::dependencyUidIn;
@@ -690,6 +691,48 @@ TEST_F(ConnectedImages, NeedTheDecoder)
         Tool(directory.path()).at(at("kestrix")).run(argumentsFor({"in@path@a.png"}));
 
     expectRefused(run, "Error! Image cannot be correctly loaded: " + at("a.png"));
+}
+
+// Copies of tool and decoder, with plug-ins around them that say when they are loaded.
+class ImagePlugins : public ConnectedImages
+{
+protected:
+    ImagePlugins()
+    {
+        directory.makeDirectory("bin");
+        std::filesystem::copy(Tool::executable(), at("bin/kestrix"));
+        const auto decoder = std::filesystem::path(Tool::executable()).replace_filename(Decoder);
+        std::filesystem::copy(decoder, at("bin/" + Decoder));
+        directory.write("a.png", aPng({4, 4}));
+    }
+    // Connects an image while there is a plug-in in a folder below "bin".
+    ToolRun connectBeside(const std::string& folder)
+    {
+        plugin = "bin/" + folder + "/mark.so";
+        directory.makeDirectory("bin/" + folder);
+        std::filesystem::copy(buildPath("kestrix_markplugin.so"), at(plugin));
+        return Tool(directory.path()).at(at("bin/kestrix")).run(argumentsFor({"in@path@a.png"}));
+    }
+    bool isLoaded() const { return directory.exists(plugin + ".loaded"); }
+
+    const std::string Decoder = "kestrix-decode";
+    std::string plugin;
+};
+
+TEST_F(ImagePlugins, InTheFolderForPlugInsAreLoaded)
+{
+    const ToolRun run = connectBeside("plugins/imageformats");
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_TRUE(isLoaded());
+}
+
+TEST_F(ImagePlugins, WhereQtWouldLookAreNotLoaded)
+{
+    const ToolRun run = connectBeside("imageformats");
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_FALSE(isLoaded());
 }
 
 } // namespace
