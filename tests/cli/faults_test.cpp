@@ -131,6 +131,18 @@ TEST_F(FaultyTool, ASaveNeedsNoExchangeOfNames)
     EXPECT_EQ(directory.files(), "in/a.obl out/a_updated.obl");
 }
 
+TEST_F(FaultyTool, ASaveThatCanNeitherExchangeNorChangeNamesLeavesTheFormerFile)
+{
+    directory.write("out/a_updated.obl", Former);
+
+    const ToolRun run = update("rename:1+:EINVAL");
+
+    EXPECT_EQ(run.exitCode, 1) << run;
+    EXPECT_EQ(run.err, errorLine());
+    EXPECT_EQ(directory.read("out/a_updated.obl"), Former);
+    EXPECT_EQ(directory.files(), "in/a.obl out/a_updated.obl");
+}
+
 TEST_F(FaultyTool, ASaveWithoutAnExchangeOfNamesGoesBackToo)
 {
     directory.write("out/a_updated.obl", Former);
@@ -206,6 +218,7 @@ TEST_F(FaultyOverwriting, NamesTheCopyWhereTheFormerBytesCannotBePutBack)
     EXPECT_EQ(run.err,
               errorLine() + "Error! The former file is kept as: " + directory.path(copy) + "\n");
     EXPECT_EQ(directory.read(copy), Former);
+    EXPECT_EQ(directory.mode(copy) & 07777u, 0600u);
 }
 
 // Reading.

@@ -1,5 +1,6 @@
 #include "core/filesaver.h"
 
+#include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include <gtest/gtest.h>
@@ -131,6 +132,46 @@ TEST_F(FileSaving, KeepsExtendedAttributes)
     EXPECT_EQ(getxattr(path.c_str(), "user.note", value, sizeof(value)), 4);
     EXPECT_EQ(std::string(value, 4), "kept");
 }
+
+struct AttributeCase
+{
+    const char* name;
+    const char* attribute;
+    std::vector<unsigned char> value;
+};
+
+std::ostream& operator<<(std::ostream& stream, const AttributeCase& c)
+{
+    return stream << c.name;
+}
+
+// They vouch for the bytes of before, or let a program of these bytes do more than others.
+class AttributeOfTheFormerBytes : public FileSaving,
+                                  public testing::WithParamInterface<AttributeCase>
+{};
+
+TEST_P(AttributeOfTheFormerBytes, IsNotKept)
+{
+    const auto& [name, attribute, value] = GetParam();
+    directory.write("a", Former);
+    const std::string path = directory.path("a");
+    if (setxattr(path.c_str(), attribute, value.data(), value.size(), 0) != 0)
+        GTEST_SKIP() << "may not be given here: " << std::strerror(errno);
+
+    EXPECT_TRUE(save("a"));
+
+    EXPECT_LT(getxattr(path.c_str(), attribute, nullptr, 0), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Attributes, AttributeOfTheFormerBytes,
+    testing::Values(AttributeCase{"Measured", "security.ima", {1}},
+                    AttributeCase{"Signed", "security.evm", {1}},
+                    // Version 2, in effect; the right to bind low ports is permitted.
+                    AttributeCase{"Capable",
+                                  "security.capability",
+                                  {1, 0, 0, 2, 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}}),
+    TestSupport::caseName<AttributeCase>);
 
 // The list of a folder is for new files, and not for those that are replaced.
 TEST_F(FileSaving, GivesAReplacedFileNoAccessListOfItsFolder)

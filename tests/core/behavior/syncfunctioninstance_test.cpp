@@ -41,6 +41,19 @@ protected:
         return edit(
             [&](ManipulatorContext& context) { apply(ManipulatorStruct<Function>(*f, context)); });
     }
+    // Lets the instance in "g" name another function.
+    void setPath(const std::string& path)
+    {
+        edit([&](ManipulatorContext& context) {
+            ManipulatorStruct<ParamNode>(nodeOf(*g), context)
+                .funcDatas()
+                .at(0)
+                .constantValue()
+                .child<ConstantValueString>()
+                .value()
+                .set(path);
+        });
+    }
     static const ParamNode& nodeOf(const Function& function, std::size_t index = 0)
     {
         return dynamic_cast<const DynamicValue&>(*function.paramValue().get())
@@ -72,6 +85,17 @@ TEST_F(SyncFunctionInstance, FollowsAnInputThatIsRenamed)
     editF([](const auto& function) { function.paraminputs().at(0).identifier().set("c"); });
 
     EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"c", "b"}));
+}
+
+TEST_F(SyncFunctionInstance, FollowsInputsThatAreEditedOneAfterTheOther)
+{
+    openBoth();
+
+    editF([](const auto& function) { function.paraminputs().at(0).identifier().set("c"); });
+    editF([](const auto& function) { function.paraminputs().at(0).identifier().set("d"); });
+    editF([](const auto& function) { function.paraminputs().erase(1, 1); });
+
+    EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"d"}));
 }
 
 TEST_F(SyncFunctionInstance, LosesTheConnectionOfAnInputThatIsRemoved)
@@ -219,20 +243,24 @@ TEST_F(SyncFunctionInstance, WithAnotherTextTakesOverTheTypeOfTheOtherFunction)
     package = &openWith(functionF() + functionG("pkg://nowhere?dependency=100", 4));
     f = &contentAt<Function>(*package, 0);
     g = &contentAt<Function>(*package, 1);
-    edit([&](ManipulatorContext& context) {
-        ManipulatorStruct<ParamNode>(nodeOf(*g), context)
-            .funcDatas()
-            .at(0)
-            .constantValue()
-            .child<ConstantValueString>()
-            .value()
-            .set(PathOfF);
-    });
+    setPath(PathOfF);
     ASSERT_EQ(typeOf(nodeOf(*g)), 256u);
 
     editF([](const auto& function) { function.paraminputs().at(0).identifier().set("c"); });
 
     EXPECT_EQ(linksOf(nodeOf(*g)), Lines({"c", "b"}));
+}
+
+TEST_F(SyncFunctionInstance, ThatComesBackToAFunctionTakesOverItsTypeAgain)
+{
+    openBoth();
+    setPath("pkg://nowhere?dependency=100");
+    editF([](const auto& function) { setRootType(function, 512); });
+    ASSERT_EQ(typeOf(nodeOf(*g)), 256u);
+
+    setPath(PathOfF);
+
+    EXPECT_EQ(typeOf(nodeOf(*g)), 512u);
 }
 
 TEST_F(SyncFunctionInstance, OfItselfComesToRest)

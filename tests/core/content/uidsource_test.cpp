@@ -2,6 +2,8 @@
 
 #include <QUuid>
 #include <gtest/gtest.h>
+#include <cstdlib>
+#include <iostream>
 #include <set>
 
 using Ksx::Core::NoUid;
@@ -9,6 +11,12 @@ using Ksx::Core::Uid;
 using Ksx::Core::UidSource;
 
 namespace {
+
+void leaveSaying(Uid uid)
+{
+    std::cerr << uid << '\n';
+    std::_Exit(0);
+}
 
 // A clock that stands, unless a test sets it.
 class UidSourceTest : public testing::Test
@@ -110,6 +118,17 @@ TEST_F(UidSourceTest, TheSharedSourcesAreTwo)
     EXPECT_EQ(&UidSource::shared(), &UidSource::shared());
     EXPECT_EQ(&UidSource::ofUpdater(), &UidSource::ofUpdater());
     EXPECT_NE(&UidSource::shared(), &UidSource::ofUpdater());
+}
+
+// In a process of its own, in which nothing has asked for a uid before.
+TEST_F(UidSourceTest, TheSharedSourcesBeginWithTheirOwnCounts)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+
+    EXPECT_EXIT(leaveSaying(UidSource::shared().next({})), testing::ExitedWithCode(0),
+                "^4087007863\n$"); // 0xF39AC68F and 1000
+    EXPECT_EXIT(leaveSaying(UidSource::ofUpdater().next({})), testing::ExitedWithCode(0),
+                "^1000\n$");
 }
 
 TEST_F(UidSourceTest, TheCounterCanBeSet)

@@ -312,21 +312,41 @@ TEST_F(FuncGraph, RemovingTheSecondOfTwoNodesWithOneUidLeavesTheOutput)
     EXPECT_TRUE(canBeUndone());
 }
 
-TEST_F(FuncGraph, ANodeOfAnotherGraphIsNotRemoved)
+// Beside a function graph of the same nodes in another package.
+class TwoFuncGraphs : public FuncGraph
 {
-    FuncGraphController& graph = openNodes(TwoConstants);
-    const auto document = packageFrom(aPackage().containing(
-        GraphText{"g", 4, {}, {}, {}, aParameter("p", "0", aRootlessValue(TwoConstants))}.text()));
-    const auto& other = static_cast<const DynamicValue&>(
-        *static_cast<const Ksx::Data::Content::Graph&>(document->content().at(0))
-             .baseParameters()
-             .at(0)
-             .paramValue()
-             .get());
-    graph.removeNode(*graphController(Orv::Data::DataPointerBox<DynamicValue>(&other))->nodeAt(0),
-                     true);
+protected:
+    static const DynamicValue& valueIn(const Ksx::Data::Content::Package& package)
+    {
+        return static_cast<const DynamicValue&>(
+            *graphIn(package)->baseParameters().at(0).paramValue().get());
+    }
+
+    FuncGraphController& graph = openNodes(anAddition(aLink("a", 1)));
+    const std::unique_ptr<Ksx::Data::Content::Package> document =
+        packageFrom(aPackage().containing(GraphText{
+            "g", 4, {}, {}, {}, aParameter("p", "0", aRootlessValue(anAddition(aLink("a", 1))))}
+                                              .text()));
+    const DynamicValue& otherValue = valueIn(*document);
+    FuncGraphController& other =
+        *graphController(Orv::Data::DataPointerBox<DynamicValue>(&otherValue));
+};
+
+TEST_F(TwoFuncGraphs, ANodeOfAnotherGraphIsNotRemoved)
+{
+    graph.removeNode(*other.nodeAt(0), true);
     EXPECT_EQ(text(), before);
-    EXPECT_EQ(other.paramNodes().size(), 2u);
+    EXPECT_EQ(otherValue.paramNodes().size(), 3u);
+}
+
+TEST_F(TwoFuncGraphs, SourcesOfAnotherGraphAreNotReplaced)
+{
+    graph.replaceSource(*other.nodeAt(0), *other.nodeAt(1));
+    graph.replaceSource(*other.nodeAt(0), *graph.nodeAt(1));
+    graph.replaceSource(*graph.nodeAt(0), *other.nodeAt(1));
+    EXPECT_EQ(text(), before);
+    EXPECT_EQ(xmlOf(otherValue), before);
+    EXPECT_EQ(workspace.editCount(), 0u);
 }
 
 TEST_F(FuncGraph, ReplacingASourceGoesToTheEndOfTheConnections)

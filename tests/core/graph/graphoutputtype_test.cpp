@@ -1,11 +1,14 @@
 #include "graph/graphoutputtype.h"
 
+#include "data/content/compnode.h"
+#include "data/content/compoutputbridge.h"
 #include "support/workspace.h"
 
 namespace {
 
 using namespace Ksx::Core;
 using namespace TestSupport;
+using Ksx::Data::Content::CompOutputBridge;
 using Ksx::Data::Content::Graph;
 using Types = std::vector<unsigned>;
 
@@ -79,6 +82,30 @@ TEST(GraphOutputTypes, ComeInTheOrderOfTheOutputs)
 TEST(GraphOutputTypes, OfAGraphWithoutOutputsAreNone)
 {
     EXPECT_EQ(typesOfGraphOutputs(Graph()), Types());
+}
+
+// An output node that comes to stand for another output.
+TEST(GraphOutputTypes, OfANodeThatChangesItsOutputAreThoseOfBoth)
+{
+    const auto package = packageFrom(
+        aPackage().containing(GraphText{"g",
+                                        4,
+                                        {},
+                                        anOutput("x", 21) + anOutput("y", 22) + anOutput("z", 23),
+                                        aNode(31, anOutputBridge(21, 2))}
+                                  .text()));
+    auto& graph = dynamic_cast<Graph&>(package->content().at(0));
+    const auto& node = graph.compNodes().at(0);
+    GraphOutputTypes types(graph, [](const auto&, bool) {});
+    ASSERT_EQ(types.typeOf(21), 2u);
+
+    dynamic_cast<CompOutputBridge&>(*graph.compNodes().at(0).compImplementation().get())
+        .output()
+        .assign(22);
+
+    EXPECT_EQ(types.nodeChanged(node), (std::vector<Uid>{21, 22}));
+    EXPECT_EQ(types.typeOf(21), 1u);
+    EXPECT_EQ(types.typeOf(22), 2u);
 }
 
 } // namespace

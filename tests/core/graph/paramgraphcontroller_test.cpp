@@ -133,7 +133,11 @@ TEST_F(ParamGraph, ANodeHasTheParametersOfItsSet)
         open(anFxMap(TwoSets, aSubNode(11, "paramset", 1) + aSubNode(12, "paramset", 2)));
     const ParametersController* parameters = node(graph, 11).parametersController();
     ASSERT_NE(parameters, nullptr);
-    EXPECT_EQ(parameters->context().objects().size(), 3u);
+    const auto& context = parameters->context().objects();
+    ASSERT_EQ(context.size(), 3u);
+    EXPECT_EQ(context[0].get(), graphIn(*package).get());
+    EXPECT_EQ(context[1].get(), &graphIn(*package)->compNodes().at(0));
+    EXPECT_EQ(context[2].get(), &graph.graph()->paramsGraphNodes().at(0));
     ParameterController* opacity = node(graph, 11).parametersController()->parameter("opacitymult");
     ASSERT_NE(opacity, nullptr);
     EXPECT_EQ(boost::any_cast<Float1>(opacity->value()), Float1{{0.5F}});
