@@ -1,26 +1,11 @@
 #include "behavior/retrievecompfilterdependency.h"
 
 #include "behavior/parameterreference.h"
+#include "content/nodekind.h"
 
 namespace Ksx::Core::Behavior {
 
 using namespace Data::Content;
-
-namespace {
-
-// The filters that can have a resource, and the parameter that leads to it.
-struct ResourceParameter
-{
-    const char* filter;
-    const char* parameter;
-};
-constexpr ResourceParameter ResourceParameters[] = {
-    {"bitmap", "bitmapresourcepath"},
-    {"blend", "maskvectorresourcepath"},
-    {"svg", "vectorresourcepath"},
-};
-
-} // namespace
 
 bool RetrieveCompFilterDependency::concerns(const CompFilter& filter)
 {
@@ -30,14 +15,11 @@ bool RetrieveCompFilterDependency::concerns(const CompFilter& filter)
 RetrieveDependency::References RetrieveCompFilterDependency::referencesIn(const CompFilter& filter)
 {
     References references;
-    for (const ResourceParameter& row : ResourceParameters) {
-        if (filter.filter().get() != row.filter)
-            continue;
-        for (const Parameter& parameter : filter.parameters())
-            if (parameter.name().get() == row.parameter)
-                if (const std::string* text = textOf(parameter))
-                    references.push_back(*text);
-    }
+    const std::string name = resourceParameterOf(filter.filter().get());
+    for (const Parameter& parameter : filter.parameters())
+        if (!name.empty() && parameter.name().get() == name)
+            if (const std::string* text = textOf(parameter))
+                references.push_back(*text);
     return references;
 }
 

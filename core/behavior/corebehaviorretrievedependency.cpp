@@ -8,8 +8,7 @@
 #include "data/filename.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/edit.h"
-#include "ksx/core/ilibraryservices.h"
-#include "ksx/core/packageslistmanager.h"
+#include "ksx/core/packageentrytable.h"
 #include <algorithm>
 #include <charconv>
 
@@ -23,14 +22,6 @@ using Orv::Core::ManipulatorStruct;
 using Orv::Data::BaseObject;
 
 const char* const PackageType = "package";
-
-// Null without services.
-PackageEntryTable* openPackages()
-{
-    auto* services = dynamic_cast<ILibraryServices*>(Orv::libraryServices());
-    auto* manager = services == nullptr ? nullptr : services->packagesListManager();
-    return manager == nullptr ? nullptr : &manager->table();
-}
 
 std::optional<Uid> dependencyOf(std::string_view reference)
 {
@@ -91,7 +82,7 @@ std::vector<Uid> usesOf(const Package& package, const RetrieveDependency::Refere
         const auto uid = dependencyOf(reference);
         if (!uid)
             continue;
-        table = table == nullptr ? openPackages() : table;
+        table = table == nullptr ? PackageEntryTable::ofProcess() : table;
         if (leadsElsewhere(package, *uid, table))
             uses.push_back(*uid);
     }
@@ -119,7 +110,7 @@ std::optional<Uid> RetrieveDependency::retrieve(const BaseObject& object) const
     const Package* const package = packageOf(object);
     if (package == nullptr)
         return std::nullopt;
-    PackageEntryTable* const table = openPackages();
+    PackageEntryTable* const table = PackageEntryTable::ofProcess();
     for (const std::string_view reference : referencesOf(object)) {
         const auto uid = dependencyOf(reference);
         if (uid && leadsElsewhere(*package, *uid, table))
@@ -156,7 +147,7 @@ void RetrieveDependency::makeElements(const BaseObject& object, const References
                                       ManipulatorContext& context)
 {
     const Package* const package = packageOf(object);
-    PackageEntryTable* const table = openPackages();
+    PackageEntryTable* const table = PackageEntryTable::ofProcess();
     if (package == nullptr || table == nullptr)
         return;
     for (const std::string_view reference : references) {

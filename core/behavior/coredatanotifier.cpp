@@ -1,6 +1,7 @@
 #include "ksx/core/datanotifier.h"
 
 #include "content/contentwalk.h"
+#include "content/nodekind.h"
 #include "core/manipulatorcontext.h"
 #include "data/changeevent.h"
 #include "data/content/function.h"
@@ -16,7 +17,6 @@ namespace Ksx::Core {
 
 using namespace Data::Content;
 using Orv::Data::BaseObject;
-using ParameterList = Orv::Data::ContainerList<Parameter>;
 
 namespace {
 
@@ -98,22 +98,8 @@ private:
         if (implementation == nullptr)
             return;
         give(*implementation);
-        if (const auto* filter = as<CompFilter>(implementation))
-            visitFilter(*filter);
-        else if (const auto* instance = as<CompInstance>(implementation))
-            visitValues(instance->parameters());
-        else if (const auto* bridge = as<CompInputBridge>(implementation))
-            visitValues(bridge->parameters());
-    }
-    void visitFilter(const CompFilter& filter)
-    {
-        visitValues(filter.parameters());
-        for (const ParamsArray& array : filter.paramsArrays())
-            for (const ParamsArrayCell& cell : array.paramsArrayCells())
-                visitValues(cell.parameters());
-        for (const ParamsGraph& graph : filter.paramsGraphs())
-            for (const ParamsGraphData& data : graph.paramsGraphDatas())
-                visitValues(data.parameters());
+        visitParameterPlaces(
+            node, [this](const ParameterPlace& place) { visitValues(place.parameters); });
     }
     void visitValues(const ParameterList& parameters)
     {
@@ -122,7 +108,7 @@ private:
     }
     void visitValue(const ParamValue& value)
     {
-        if (const auto* computed = as<DynamicValue>(value.get()))
+        if (const DynamicValue* const computed = computedValueOf(value))
             for (const ParamNode& node : computed->paramNodes())
                 give(node);
     }

@@ -1,6 +1,7 @@
 #include "ksx/core/datapath.h"
 
 #include "content/contentwalk.h"
+#include "content/nodekind.h"
 #include "data/content/function.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
@@ -37,18 +38,13 @@ const typename List::ItemType* findByUid(const List& list, std::optional<Uid> ui
     return nullptr;
 }
 
-const DynamicValue* dynamicValueOf(const ParamValue& value)
-{
-    return dynamic_cast<const DynamicValue*>(value.get());
-}
-
 // The function node in the first computed parameter of that name that has it.
 template <class List>
 const BaseObject* findDynamicNode(const List& parameters, const std::string& name,
                                   std::optional<Uid> node)
 {
     for (const Parameter& parameter : parameters) {
-        const DynamicValue* value = dynamicValueOf(parameter.paramValue());
+        const DynamicValue* value = computedValueOf(parameter.paramValue());
         if (value == nullptr || parameter.name().get() != name)
             continue;
         if (const BaseObject* found = findByUid(value->paramNodes(), node))
@@ -91,48 +87,25 @@ const BaseObject* findFunctionNode(const BaseObject& object, const TypedQuery& q
 {
     const auto* function = dynamic_cast<const Function*>(&object);
     const DynamicValue* body =
-        function == nullptr ? nullptr : dynamicValueOf(function->paramValue());
+        function == nullptr ? nullptr : computedValueOf(function->paramValue());
     return body == nullptr ? nullptr
                            : findByUid(body->paramNodes(), query.uid(DataPathKey::FuncNodeUid));
 }
 
-// `cell` narrows the search to the cells of that uid, where it is given.
-const BaseObject* findInCells(const CompFilter& filter, std::optional<Uid> cell,
-                              const std::string& name, std::optional<Uid> node)
+// `data` narrows the search to the cells and sets of an FX-map of that uid. Without it the node's own
+// parameters and all cells are searched.
+const BaseObject* findInParameters(const CompNode& compNode, std::optional<Uid> data,
+                                   const std::string& name, std::optional<Uid> node)
 {
-    for (const ParamsArray& array : filter.paramsArrays())
-        for (const ParamsArrayCell& one : array.paramsArrayCells())
-            if (!cell || one.uid().get() == *cell)
-                if (const BaseObject* result = findDynamicNode(one.parameters(), name, node))
-                    return result;
-    return nullptr;
-}
-
-const BaseObject* findInParamsGraphDatas(const CompFilter& filter, Uid data,
-                                         const std::string& name, std::optional<Uid> node)
-{
-    if (const BaseObject* result = findInCells(filter, data, name, node))
-        return result;
-    for (const ParamsGraph& paramsGraph : filter.paramsGraphs())
-        if (const auto* found = findByUid(paramsGraph.paramsGraphDatas(), data))
-            if (const BaseObject* result = findDynamicNode(found->parameters(), name, node))
-                return result;
-    return nullptr;
-}
-
-const BaseObject* findInNodeParameters(const CompNode& compNode, const std::string& name,
-                                       std::optional<Uid> node)
-{
-    const BaseObject* implementation = compNode.compImplementation().get();
-    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation)) {
-        const BaseObject* const found = findDynamicNode(filter->parameters(), name, node);
-        return found != nullptr ? found : findInCells(*filter, std::nullopt, name, node);
-    }
-    if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
-        return findDynamicNode(instance->parameters(), name, node);
-    if (const auto* bridge = dynamic_cast<const CompInputBridge*>(implementation))
-        return findDynamicNode(bridge->parameters(), name, node);
-    return nullptr;
+    using Owner = ParameterPlace::Owner;
+    const BaseObject* found = nullptr;
+    visitParameterPlaces(compNode, [&](const ParameterPlace& place) {
+        const bool isWanted = data ? place.owner != Owner::Node && place.uid == *data
+                                   : place.owner != Owner::GraphData;
+        if (found == nullptr && isWanted)
+            found = findDynamicNode(place.parameters, name, node);
+    });
+    return found;
 }
 
 const BaseObject* findDynamicParamNode(const BaseObject& object, const TypedQuery& query)
@@ -150,13 +123,7 @@ const BaseObject* findDynamicParamNode(const BaseObject& object, const TypedQuer
     for (const CompNode& compNode : graph->compNodes()) {
         if (!query.concerns(compNode))
             continue;
-        const auto* filter = dynamic_cast<const CompFilter*>(compNode.compImplementation().get());
-        const BaseObject* found = nullptr;
-        if (!data)
-            found = findInNodeParameters(compNode, name, node);
-        else if (filter != nullptr)
-            found = findInParamsGraphDatas(*filter, *data, name, node);
-        if (found != nullptr)
+        if (const BaseObject* found = findInParameters(compNode, data, name, node))
             return found;
     }
     return nullptr;
@@ -186,7 +153,7 @@ const BaseObject* findGuiObject(const BaseObject& object, const TypedQuery& quer
         return findByUid(graph->GUIObjects(), uid);
     const auto* function = dynamic_cast<const Function*>(&object);
     const DynamicValue* body =
-        function == nullptr ? nullptr : dynamicValueOf(function->paramValue());
+        function == nullptr ? nullptr : computedValueOf(function->paramValue());
     return body == nullptr ? nullptr : findByUid(body->GUIObjects(), uid);
 }
 

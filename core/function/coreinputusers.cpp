@@ -1,10 +1,6 @@
 #include "ksx/core/inputusers.h"
 
-#include "data/content/compfilter.h"
-#include "data/content/compinputbridge.h"
-#include "data/content/compinstance.h"
-#include "data/content/compnode.h"
-#include "data/content/dynamicvalue.h"
+#include "content/nodekind.h"
 #include "data/content/graph.h"
 #include "data/desc/descriptiontables.h"
 #include "data/desc/functiontable.h"
@@ -47,32 +43,15 @@ template <class List, class Visit>
 void visitValues(const List& parameters, const Visit& visit)
 {
     for (const Parameter& parameter : parameters)
-        if (const auto* value = dynamic_cast<const DynamicValue*>(parameter.paramValue().get()))
+        if (const DynamicValue* const value = computedValueOf(parameter.paramValue()))
             visit(*value);
-}
-
-template <class Visit>
-void visitValuesOf(const CompFilter& filter, const Visit& visit)
-{
-    visitValues(filter.parameters(), visit);
-    for (const ParamsArray& array : filter.paramsArrays())
-        for (const ParamsArrayCell& cell : array.paramsArrayCells())
-            visitValues(cell.parameters(), visit);
-    for (const ParamsGraph& graph : filter.paramsGraphs())
-        for (const ParamsGraphData& data : graph.paramsGraphDatas())
-            visitValues(data.parameters(), visit);
 }
 
 template <class Visit>
 void visitValuesOf(const CompNode& node, const Visit& visit)
 {
-    const Orv::Data::BaseObject* implementation = node.compImplementation().get();
-    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation))
-        visitValuesOf(*filter, visit);
-    else if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
-        visitValues(instance->parameters(), visit);
-    else if (const auto* bridge = dynamic_cast<const CompInputBridge*>(implementation))
-        visitValues(bridge->parameters(), visit);
+    visitParameterPlaces(
+        node, [&](const ParameterPlace& place) { visitValues(place.parameters, visit); });
 }
 
 // Which nodes of a graph have functions that read an input, kept in step with the nodes.

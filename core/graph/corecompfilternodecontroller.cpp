@@ -1,5 +1,6 @@
 #include "ksx/core/compfilternodecontroller.h"
 
+#include "content/nodekind.h"
 #include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/compfilter.h"
@@ -106,11 +107,7 @@ ParamGraphController* CompFilterNodeController::paramGraph() const
 
 std::string CompFilterNodeController::resourceParameterOf(const std::string& filter)
 {
-    if (filter == "bitmap")
-        return "bitmapresourcepath";
-    if (filter == "svg")
-        return "vectorresourcepath";
-    return filter == "blend" ? "maskvectorresourcepath" : "";
+    return Core::resourceParameterOf(filter);
 }
 
 const Resource* CompFilterNodeController::resource() const

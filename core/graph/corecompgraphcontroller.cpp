@@ -1,5 +1,6 @@
 #include "ksx/core/compgraphcontroller.h"
 
+#include "content/nodekind.h"
 #include "content/packageof.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/graph.h"
@@ -313,16 +314,30 @@ CompGraphController::~CompGraphController()
 
 std::unique_ptr<CompNodeController> CompGraphController::makeNode(const CompNode& node)
 {
-    const Orv::Data::BaseObject* implementation = node.compImplementation().get();
+    const Orv::Data::BaseObject* const implementation = node.compImplementation().get();
     std::unique_ptr<CompNodeController> made;
-    if (const auto* filter = dynamic_cast<const CompFilter*>(implementation))
-        made = std::make_unique<CompFilterNodeController>(node, *filter, *this);
-    else if (const auto* instance = dynamic_cast<const CompInstance*>(implementation))
-        made = std::make_unique<CompInstanceNodeController>(node, *instance, *this);
-    else if (const auto* output = dynamic_cast<const CompOutputBridge*>(implementation))
-        made = std::make_unique<CompOutputNodeController>(node, *output, *this);
-    else if (const auto* input = dynamic_cast<const CompInputBridge*>(implementation))
-        made = std::make_unique<CompInputNodeController>(node, *input, *this);
+    switch (kindOf(node)) {
+    case NodeKind::Filter:
+        made = std::make_unique<CompFilterNodeController>(
+            node, static_cast<const CompFilter&>(*implementation), *this);
+        break;
+    case NodeKind::Instance:
+        made = std::make_unique<CompInstanceNodeController>(
+            node, static_cast<const CompInstance&>(*implementation), *this);
+        break;
+    case NodeKind::OutputBridge:
+        made = std::make_unique<CompOutputNodeController>(
+            node, static_cast<const CompOutputBridge&>(*implementation), *this);
+        break;
+    case NodeKind::InputBridge:
+        made = std::make_unique<CompInputNodeController>(
+            node, static_cast<const CompInputBridge&>(*implementation), *this);
+        break;
+    case NodeKind::None:
+    case NodeKind::External:
+    case NodeKind::ExternalLink:
+        break; // nobody edits these
+    }
     if (made != nullptr)
         enterNode(*made);
     return made;

@@ -3,8 +3,7 @@
 #include "data/content/contentobjectbase.h"
 #include "data/content/package.h"
 #include "ksx/core/datapath.h"
-#include "ksx/core/ilibraryservices.h"
-#include "ksx/core/packageslistmanager.h"
+#include "ksx/core/packageentrytable.h"
 #include <vector>
 
 namespace Ksx::Core {
@@ -15,13 +14,6 @@ using Data::Content::ContentInterface;
 using Data::Content::Dependency;
 using Data::Content::Package;
 using Orv::Data::BaseObject;
-
-PackageEntryTable* openPackages()
-{
-    auto* services = dynamic_cast<ILibraryServices*>(Orv::libraryServices());
-    auto* manager = services == nullptr ? nullptr : services->packagesListManager();
-    return manager == nullptr ? nullptr : &manager->table();
-}
 
 // The identifiers of the object and of the content that it stands in, the innermost first; the
 // object above them all.
@@ -50,7 +42,7 @@ const Package* packageOf(const DataPath& path, const Package& from)
         return path.parameter(DataPathKey::Dependency) ? nullptr : &from;
     if (namesItself(from, *uid))
         return &from;
-    PackageEntryTable* const table = openPackages();
+    PackageEntryTable* const table = PackageEntryTable::ofProcess();
     const PackageEntry* const entry = table == nullptr ? nullptr : table->findByUid(*uid);
     return entry == nullptr ? nullptr : entry->package.get();
 }
@@ -61,7 +53,7 @@ std::string objectUrl(const BaseObject& object)
 {
     std::vector<const std::string*> identifiers;
     const auto* package = dynamic_cast<const Package*>(ownersOf(object, identifiers));
-    PackageEntryTable* const table = openPackages();
+    PackageEntryTable* const table = PackageEntryTable::ofProcess();
     const PackageEntry* const entry =
         package == nullptr || table == nullptr ? nullptr : table->findByPackage(*package);
     if (entry == nullptr)

@@ -4,6 +4,8 @@
 #include "data/changeevent.h"
 #include "data/content/package.h"
 #include "data/datamessage.h"
+#include "ksx/core/ilibraryservices.h"
+#include "ksx/core/packageslistmanager.h"
 #include <iterator>
 #include <utility>
 
@@ -20,6 +22,13 @@ QString spelledKey(const QString& path)
 }
 
 } // namespace
+
+PackageEntryTable* PackageEntryTable::ofProcess()
+{
+    auto* const services = dynamic_cast<ILibraryServices*>(Orv::libraryServices());
+    auto* const manager = services == nullptr ? nullptr : services->packagesListManager();
+    return manager == nullptr ? nullptr : &manager->table();
+}
 
 Uid ownUid(const Package& package)
 {

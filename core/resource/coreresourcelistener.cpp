@@ -1,5 +1,6 @@
 #include "ksx/core/resourcelistener.h"
 
+#include "content/nodekind.h"
 #include "core/regularfile.h"
 #include "data/content/compfilter.h"
 #include "data/content/graph.h"
@@ -48,31 +49,11 @@ void runTransaction(const Attribute<T>& attribute, const T& value, const char* k
     runEdit(DataPointerBox<Attribute<T>>(&attribute), value, &applyValue<T>, QString());
 }
 
-// The filters that can have a resource, and the parameter that leads to it.
-struct ResourceParameter
-{
-    const char* filter;
-    const char* parameter;
-};
-constexpr ResourceParameter ResourceParameters[] = {
-    {"bitmap", "bitmapresourcepath"},
-    {"svg", "vectorresourcepath"},
-    {"blend", "maskvectorresourcepath"},
-};
-
-const char* resourceParameterOf(const CompFilter& filter)
-{
-    for (const ResourceParameter& row : ResourceParameters)
-        if (filter.filter().get() == row.filter)
-            return row.parameter;
-    return nullptr;
-}
-
 bool uses(const CompNode& node, const std::string& url)
 {
     const auto* filter = dynamic_cast<const CompFilter*>(node.compImplementation().get());
-    const char* const name = filter == nullptr ? nullptr : resourceParameterOf(*filter);
-    if (name == nullptr)
+    const std::string name = filter == nullptr ? "" : resourceParameterOf(filter->filter().get());
+    if (name.empty())
         return false;
     for (const Parameter& parameter : filter->parameters()) {
         if (parameter.name().get() != name)

@@ -43,6 +43,9 @@ Uid ownUid(const Data::Content::Package& package);
 class PackageEntryTable final : public Orv::Data::ListenerBase
 {
 public:
+    // Returns the table of the packages that are open in this process. Returns null without services.
+    static PackageEntryTable* ofProcess();
+
     // Other listeners look up what this one keeps.
     std::uint16_t getPriority() const override { return Stage::Mirror; }
     const Orv::Data::ListenerFilter& getFilter() const override;
