@@ -1,5 +1,6 @@
 #include "data/containerlist.h"
 
+#include "data/row.h"
 #include <QtGlobal>
 #include <algorithm>
 #include <cstdlib>
@@ -10,9 +11,57 @@
 
 namespace Orv::Data {
 
+namespace {
+// Items between a place and the nearer end of its array, from which on a row of blocks costs less.
+constexpr std::size_t Far = 1024;
+} // namespace
+
 PointerArray::~PointerArray()
 {
+    if (m_block != nullptr && m_block->isRow != 0)
+        delete &row();
     std::free(m_block);
+}
+
+BaseObject* PointerArray::inRow(std::size_t index) const
+{
+    return row()[index];
+}
+
+bool PointerArray::isRowAt(std::size_t index)
+{
+    if (m_block == nullptr || (m_block->isRow == 0 && std::min(index, size() - index) <= Far))
+        return false;
+    if (m_block->isRow == 0)
+        becomeRow();
+    return true;
+}
+
+void PointerArray::becomeRow()
+{
+    auto made = std::make_unique<Row<BaseObject*>>();
+    for (std::size_t i = 0; i < size(); ++i)
+        made->pushBack(items()[i]);
+    m_block->begin = 0;
+    m_block->isRow = 1;
+    *reinterpret_cast<Row<BaseObject*>**>(m_block + 1) = made.release();
+    // A block that cannot shrink stays as it is.
+    if (void* block = std::realloc(m_block, sizeof(Block) + sizeof(BaseObject*)))
+        m_block = static_cast<Block*>(block);
+    m_block->capacity = 1;
+}
+
+BaseObject* const* PointerArray::flatten()
+{
+    if (m_block == nullptr)
+        return nullptr;
+    if (m_block->isRow != 0) {
+        const std::unique_ptr<Row<BaseObject*>> former(&row());
+        const std::vector<BaseObject*> pointers = former->takeAll();
+        std::free(std::exchange(m_block, nullptr));
+        insert(0, pointers.data(), pointers.size());
+    }
+    return items();
 }
 
 // Makes room for so many items behind the first one.
@@ -45,6 +94,7 @@ void PointerArray::reserve(std::size_t capacity)
     if (isNew) {
         m_block->size = 0;
         m_block->begin = 0;
+        m_block->isRow = 0;
     }
 }
 
@@ -53,6 +103,13 @@ void PointerArray::insert(std::size_t index, BaseObject* const* pointers, std::s
     if (count == 0)
         return;
     const std::size_t oldSize = size();
+    if (isRowAt(index)) {
+        if (count > std::numeric_limits<std::uint32_t>::max() - oldSize)
+            throw std::length_error("list<T> too long");
+        for (std::size_t i = 0; i < count; ++i, ++m_block->size)
+            row().insert(index + i, pointers[i]);
+        return;
+    }
     if (m_block != nullptr && count <= m_block->begin && index < oldSize / 2) {
         BaseObject** const first = items();
         std::memmove(first - count, first, index * sizeof(BaseObject*));
@@ -73,15 +130,20 @@ void PointerArray::erase(std::size_t index, std::size_t count)
     if (count == 0)
         return;
     const std::size_t behind = size() - index - count;
-    BaseObject** place = items() + index;
-    if (index < behind) {
+    if (isRowAt(std::min(index, behind))) {
+        for (std::size_t i = 0; i < count; ++i)
+            row().take(index);
+    } else if (index < behind) {
         std::memmove(items() + count, items(), index * sizeof(BaseObject*));
         m_block->begin += static_cast<std::uint32_t>(count);
     } else {
+        BaseObject** place = items() + index;
         std::memmove(place, place + count, behind * sizeof(BaseObject*));
     }
     m_block->size -= static_cast<std::uint32_t>(count);
     if (m_block->size == 0) {
+        if (m_block->isRow != 0)
+            delete &row();
         std::free(m_block);
         m_block = nullptr;
     }
@@ -89,6 +151,13 @@ void PointerArray::erase(std::size_t index, std::size_t count)
 
 void PointerArray::move(std::size_t from, std::size_t to)
 {
+    const std::size_t distance = from < to ? to - from : from - to;
+    if (m_block->isRow == 0 && distance > Far)
+        becomeRow();
+    if (m_block->isRow != 0) {
+        row().insert(to, row().take(from));
+        return;
+    }
     BaseObject** all = items();
     if (from < to)
         std::rotate(all + from, all + from + 1, all + to + 1);
@@ -96,9 +165,23 @@ void PointerArray::move(std::size_t from, std::size_t to)
         std::rotate(all + to, all + from, all + from + 1);
 }
 
+std::size_t PointerArray::indexOf(const BaseObject* pointer)
+{
+    // From both ends: items mostly go in one of the two orders.
+    const std::size_t count = size();
+    for (std::size_t i = 0; !isRowAt(i) && i < (count + 1) / 2; ++i) {
+        if (items()[i] == pointer)
+            return i;
+        if (items()[count - 1 - i] == pointer)
+            return count - 1 - i;
+    }
+    const bool isRow = m_block != nullptr && m_block->isRow != 0;
+    return isRow ? row().indexOf(pointer) : count;
+}
+
 void ContainerListBase::clear()
 {
-    destroy(m_items.begin(), m_items.size());
+    destroy(m_items.flatten(), m_items.size());
     m_items.erase(0, m_items.size());
 }
 
@@ -111,15 +194,7 @@ void ContainerListBase::pushBack(std::unique_ptr<BaseObject> child)
 
 std::size_t ContainerListBase::indexOf(const BaseObject& child) const
 {
-    // From both ends: items mostly go in one of the two orders.
-    const std::size_t count = size();
-    for (std::size_t i = 0; i < (count + 1) / 2; ++i) {
-        if (m_items[i] == &child)
-            return i;
-        if (m_items[count - 1 - i] == &child)
-            return count - 1 - i;
-    }
-    return count;
+    return m_items.indexOf(&child);
 }
 
 void ContainerListBase::insertOwned(std::size_t index, const std::vector<BaseObject*>& items)
@@ -131,7 +206,10 @@ void ContainerListBase::insertOwned(std::size_t index, const std::vector<BaseObj
 
 std::vector<BaseObject*> ContainerListBase::takeOwned(std::size_t index, std::size_t count)
 {
-    std::vector<BaseObject*> taken(m_items.begin() + index, m_items.begin() + index + count);
+    std::vector<BaseObject*> taken;
+    taken.reserve(count);
+    for (std::size_t i = index; i < index + count; ++i)
+        taken.push_back(m_items[i]);
     for (BaseObject* item : taken)
         setParent(*item, nullptr);
     m_items.erase(index, count);

@@ -13,9 +13,13 @@ class ManipulatorListBase;
 
 namespace Orv::Data {
 
+template <class T>
+class Row;
+
 // A growing array of pointers behind one word: most lists of a document are empty or short. What is
-// inserted or erased moves the shorter side alone. Owns its storage, not what the pointers lead to.
-// Throws std::length_error beyond 2^32 - 1.
+// inserted or erased moves the shorter side alone. An array that is edited far from both of its ends
+// becomes a row of blocks, and stays one. Owns its storage, not what the pointers lead to. Throws
+// std::length_error beyond 2^32 - 1.
 class PointerArray
 {
 public:
@@ -25,9 +29,10 @@ public:
     ~PointerArray();
 
     std::size_t size() const { return m_block == nullptr ? 0 : m_block->size; }
-    BaseObject* operator[](std::size_t index) const { return items()[index]; }
-    BaseObject* const* begin() const { return m_block == nullptr ? nullptr : items(); }
-    BaseObject* const* end() const { return begin() + size(); }
+    BaseObject* operator[](std::size_t index) const
+    {
+        return m_block->isRow == 0 ? items()[index] : inRow(index);
+    }
 
     // Puts `count` pointers before the item at `index`, which is at most size().
     void insert(std::size_t index, BaseObject* const* pointers, std::size_t count);
@@ -35,25 +40,36 @@ public:
     void erase(std::size_t index, std::size_t count);
     // Shifts one item to the place `to`; those between close up.
     void move(std::size_t from, std::size_t to);
+    // Returns the place of a pointer, size() if it is not there. The pointers differ from each
+    // other. Makes a row of blocks of the array if the place is far from both ends.
+    std::size_t indexOf(const BaseObject* pointer);
+    // Makes one array of a row of blocks, and returns where it begins. Null without items.
+    BaseObject* const* flatten();
 
 private:
-    struct Block
+    struct Block // in front of the items, or of the pointer to their row
     {
         std::uint32_t size;
         std::uint32_t capacity;
         std::uint32_t begin; // places in front of the first item
-        std::uint32_t unused;
+        std::uint32_t isRow;
     };
     BaseObject** items() const
     {
         return reinterpret_cast<BaseObject**>(m_block + 1) + m_block->begin;
     }
+    BaseObject* inRow(std::size_t index) const;
+    Row<BaseObject*>& row() const { return **reinterpret_cast<Row<BaseObject*>**>(m_block + 1); }
+    // Returns true if the array is a row of blocks, made if the place is far from both ends.
+    bool isRowAt(std::size_t index);
+    void becomeRow();
     void reserve(std::size_t capacity);
 
     Block* m_block = nullptr;
 };
 
-// The list without its item type. Positions are constant time.
+// The list without its item type. Positions take constant time, and logarithmic time in a long list
+// that has been edited far from its ends.
 class ContainerListBase : public Container
 {
 public:
@@ -78,7 +94,8 @@ public:
     // list has no such class.
     virtual std::unique_ptr<BaseObject> createChild(std::string_view elementName) const = 0;
 
-    // The place of `child`, size() if it is none of the items. A walk.
+    // The place of `child`, size() if it is none of the items. Takes logarithmic time in the long
+    // run. Not to be called by two threads at once.
     std::size_t indexOf(const BaseObject& child) const;
 
 private:
@@ -89,7 +106,7 @@ private:
 
     void moveOwned(std::size_t from, std::size_t to) { m_items.move(from, to); }
 
-    PointerArray m_items;
+    mutable PointerArray m_items; // indexOf() changes its form
 };
 
 // Items of the common base type T: one class, or BaseObject or ContentObjectBase for several.
