@@ -13,9 +13,12 @@
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
+#include <algorithm>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace Ksx::Core {
 
@@ -67,13 +70,13 @@ public:
         if (found == m_readers.end())
             return {};
         const std::unordered_set<const CompNode*>& readers = found->second;
-        std::vector<const CompNode*> ordered(readers.begin(), readers.end());
-        if (ordered.size() < 2)
-            return ordered;
-        ordered.clear();
-        for (const CompNode& node : list)
-            if (readers.count(&node) != 0)
-                ordered.push_back(&node);
+        std::vector<std::pair<std::size_t, const CompNode*>> places;
+        for (const CompNode* node : readers)
+            places.emplace_back(readers.size() == 1 ? 0 : list.indexOf(*node), node);
+        std::sort(places.begin(), places.end());
+        std::vector<const CompNode*> ordered;
+        for (const auto& [place, node] : places)
+            ordered.push_back(node);
         return ordered;
     }
 
