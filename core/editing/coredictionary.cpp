@@ -141,7 +141,7 @@ void DictionaryBase<Key>::refill(const ContainerListBase& list, ManipulatorConte
     m_records.clear();
     m_records.reserve(list.size());
     for (std::size_t i = 0; i < list.size(); ++i)
-        m_entries.push_back(add(*list.childAt(i), context));
+        m_entries.pushBack(add(*list.childAt(i), context));
 }
 
 template <class Key>
@@ -169,20 +169,11 @@ void DictionaryBase<Key>::followPlain(const DataMessage& message, const Containe
 {
     std::size_t place = 0;
     for (const ChangeRun& run : message.runs.runs()) {
-        const auto at = m_entries.begin() + static_cast<std::ptrdiff_t>(place);
-        if (run.kind == RunKind::Erased) {
-            const auto end = at + static_cast<std::ptrdiff_t>(run.count);
-            std::for_each(at, end, [this](int number) { drop(number); });
-            m_entries.erase(at, end);
-            continue;
-        }
-        if (run.kind == RunKind::Inserted) {
-            std::vector<int> added;
-            for (std::size_t i = 0; i < run.count; ++i)
-                added.push_back(add(*list.childAt(place + i), *message.context.access()));
-            m_entries.insert(at, added.begin(), added.end());
-        }
-        place += run.count;
+        for (std::size_t i = 0; run.kind == RunKind::Erased && i < run.count; ++i)
+            drop(m_entries.take(place));
+        for (std::size_t i = place; run.kind == RunKind::Inserted && i < place + run.count; ++i)
+            m_entries.insert(i, add(*list.childAt(i), *message.context.access()));
+        place += run.inNewList() ? run.count : 0;
     }
 }
 
@@ -200,9 +191,10 @@ void DictionaryBase<Key>::follow(const DataMessage& message, const ContainerList
     std::size_t kept = 0;
     for (; first < runs.size() && isKept(runs[first]); ++first)
         kept += runs[first].count;
-    const std::vector<int> old(m_entries.begin() + static_cast<std::ptrdiff_t>(kept),
-                               m_entries.end());
-    m_entries.resize(kept);
+    std::vector<int> old = m_entries.takeAll();
+    for (std::size_t i = 0; i < kept; ++i)
+        m_entries.pushBack(old[i]);
+    old.erase(old.begin(), old.begin() + static_cast<std::ptrdiff_t>(kept));
 
     // Where the records of each run begin in `old`: a move's are found at its partner.
     std::vector<std::size_t> begins(runs.size());
@@ -212,8 +204,8 @@ void DictionaryBase<Key>::follow(const DataMessage& message, const ContainerList
         cursor += runs[i].inOldList() ? runs[i].count : 0;
     }
     const auto append = [&](std::size_t begin, std::size_t end) {
-        m_entries.insert(m_entries.end(), old.begin() + static_cast<std::ptrdiff_t>(begin),
-                         old.begin() + static_cast<std::ptrdiff_t>(end));
+        for (std::size_t k = begin; k < end; ++k)
+            m_entries.pushBack(old[k]);
     };
     for (std::size_t i = first; i < runs.size(); ++i) {
         const ChangeRun& run = runs[i];
@@ -225,8 +217,7 @@ void DictionaryBase<Key>::follow(const DataMessage& message, const ContainerList
             break;
         case RunKind::Inserted:
             for (std::size_t k = 0; k < run.count; ++k)
-                m_entries.push_back(
-                    add(*list.childAt(m_entries.size()), *message.context.access()));
+                m_entries.pushBack(add(*list.childAt(m_entries.size()), *message.context.access()));
             break;
         case RunKind::MovedAway:
             break;

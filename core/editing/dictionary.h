@@ -6,10 +6,10 @@
 #include "data/attribute.h"
 #include "data/changeevent.h"
 #include "data/datapointerbox.h"
+#include "data/row.h"
 #include "data/shadowobject.h"
 #include "ksx/core/stage.h"
 #include <cstddef>
-#include <deque>
 #include <map>
 #include <memory>
 #include <string>
@@ -128,7 +128,7 @@ private:
     KeyFunction m_keyOf;
     std::vector<std::unique_ptr<Record>> m_records; // by number; null where a number is free
     std::vector<int> m_freeNumbers;
-    std::deque<int> m_entries; // the numbers of the records, in the order of the list
+    Orv::Data::Row<int> m_entries; // the numbers of the records, in the order of the list
     std::map<Key, const Record*> m_map;
 };
 

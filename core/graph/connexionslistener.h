@@ -5,11 +5,10 @@
 #include "data/changeevent.h"
 #include "data/changeruns.h"
 #include "data/containerlist.h"
+#include "data/row.h"
 #include "ksx/core/connectioncontroller.h"
 #include "ksx/core/stage.h"
 #include <memory>
-#include <utility>
-#include <vector>
 
 namespace Ksx::Core {
 
@@ -24,20 +23,19 @@ class ConnexionsListener final
 {
 public:
     using List = Orv::Data::ContainerList<Data::Content::Connexion>;
+    using Connections = Orv::Data::Row<std::unique_ptr<ConnectionController>>;
 
     explicit ConnexionsListener(NodeController& node) : m_node(node) {}
 
     // Makes the controllers of what stands in the list, unresolved, and listens from now on.
     void follow(const List& list);
     // Lets go of all connections.
-    void clear() { const auto gone = std::exchange(m_connections, {}); }
+    void clear() { const auto gone = m_connections.takeAll(); }
     // Reads all connections anew.
     void refreshAll(Orv::Core::ManipulatorContext* context);
 
-    const std::vector<std::unique_ptr<ConnectionController>>& connections() const
-    {
-        return m_connections;
-    }
+    // In the order of the list.
+    const Connections& connections() const { return m_connections; }
     bool isLast(const ConnectionController& connection) const
     {
         return !m_connections.empty() && m_connections.back().get() == &connection;
@@ -54,7 +52,7 @@ private:
     void rearrange(const Orv::Data::DataMessage& message, const List& list);
 
     NodeController& m_node;
-    std::vector<std::unique_ptr<ConnectionController>> m_connections;
+    Connections m_connections;
     bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 

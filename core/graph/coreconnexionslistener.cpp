@@ -9,6 +9,8 @@
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/places.h"
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace Ksx::Core {
 
@@ -16,9 +18,8 @@ using Data::Content::Connexion;
 
 void ConnexionsListener::follow(const List& list)
 {
-    m_connections.reserve(list.size());
     for (const Connexion& connexion : list)
-        m_connections.push_back(std::make_unique<ConnectionController>(connexion, m_node));
+        m_connections.pushBack(std::make_unique<ConnectionController>(connexion, m_node));
     listenTo(list, *this);
 }
 
@@ -93,18 +94,17 @@ void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const
 void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const List& list)
 {
     std::unordered_map<const Connexion*, std::unique_ptr<ConnectionController>> held;
-    for (auto& connection : m_connections)
+    std::vector<std::unique_ptr<ConnectionController>> former = m_connections.takeAll();
+    for (auto& connection : former)
         if (const Connexion* connexion = connection->connexion())
             held.emplace(connexion, std::move(connection));
-    std::vector<std::unique_ptr<ConnectionController>> connections;
-    connections.reserve(list.size());
     for (const Connexion& connexion : list) {
         const auto found = held.find(&connexion);
-        connections.push_back(found != held.end() && found->second != nullptr
-                                  ? std::move(found->second)
-                                  : std::make_unique<ConnectionController>(connexion, m_node));
+        m_connections.pushBack(found != held.end() && found->second != nullptr
+                                   ? std::move(found->second)
+                                   : std::make_unique<ConnectionController>(connexion, m_node));
     }
-    m_connections = std::move(connections);
+    former.clear();
     held.clear();
     for (const auto& connection : m_connections) {
         if (connection->input() == nullptr)

@@ -5,11 +5,11 @@
 #include "data/changeevent.h"
 #include "data/containerlist.h"
 #include "data/datamessage.h"
+#include "data/row.h"
 #include "data/shadowobject.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/places.h"
 #include "ksx/core/stage.h"
-#include <deque>
 #include <functional>
 #include <memory>
 #include <unordered_map>
@@ -50,7 +50,7 @@ public:
     void follow(const List& list)
     {
         for (const Item& item : list)
-            m_places.push_back({&item, m_callbacks.make(item)});
+            m_places.pushBack({&item, m_callbacks.make(item)});
         listenTo(list, *this);
     }
 
@@ -178,18 +178,17 @@ private:
                 gone.push_back(i);
         remove(gone);
         std::unordered_map<const Item*, Place> held;
-        for (Place& place : m_places)
+        for (Place& place : m_places.takeAll())
             held.emplace(place.item, std::move(place));
-        m_places.clear();
         m_byItem.clear();
         std::vector<std::size_t> fresh;
         for (const Item* item : items) {
             const auto found = held.find(item);
             if (found == held.end()) {
                 fresh.push_back(m_places.size());
-                m_places.push_back({item, m_callbacks.make(*item)});
+                m_places.pushBack({item, m_callbacks.make(*item)});
             } else {
-                m_places.push_back(std::move(found->second));
+                m_places.pushBack(std::move(found->second));
             }
         }
         for (const std::size_t index : fresh)
@@ -199,7 +198,7 @@ private:
     }
 
     Callbacks m_callbacks;
-    std::deque<Place> m_places; // at both ends of which items come and go in constant time
+    Orv::Data::Row<Place> m_places;
     std::unordered_map<const Item*, Controller*> m_byItem; // empty until somebody asks
     bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
