@@ -123,8 +123,8 @@ void replaceEntries(InputConnectorController& list, const OutputConnectorControl
                     const OutputConnectorController& replacement)
 {
     ReplaceEntriesParameters parameters;
-    for (const auto& connection : list.node().connections().connections())
-        if (connection->input() == &list && connection->output() == &source)
+    for (const ConnectionController* connection : source.connections())
+        if (connection->input() == &list)
             parameters.entries.emplace_back(connection->connexion());
     parameters.info = replacement.node().connectionInfo(replacement, list.identifier());
     runEdit(DataPointerBox<ConnexionList>(list.node().connexions()), std::move(parameters),

@@ -40,7 +40,7 @@ public:
     {
         return !m_connections.empty() && m_connections.back().get() == &connection;
     }
-    // The one between two connectors, null if there is none.
+    // The first one between two connectors, null if there is none.
     ConnectionController* find(const ConnectorController& input,
                                const ConnectorController& output) const;
 

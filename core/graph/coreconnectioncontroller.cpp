@@ -50,8 +50,8 @@ void ConnectionController::refresh(Orv::Core::ManipulatorContext* context)
     }
     m_input = input;
     m_output = output;
-    input->attach(*output, m_target.connections().isLast(*this));
-    output->attach(*input, false);
+    input->attach(*this, m_target.connections().isLast(*this));
+    output->attach(*this, false);
     m_target.onInputConnected(*input, *output, context);
     graph.connectionAdded(input, output);
     if (m_target.onInputTypeChanged(*input, *output, context))
@@ -73,8 +73,8 @@ void ConnectionController::detach(Orv::Core::ManipulatorContext* context)
     OutputConnectorController* const output = std::exchange(m_output, nullptr);
     if (m_target.graph().isClosing())
         return; // the connectors have been cleared, and may be gone
-    input->detach(*output);
-    output->detach(*input);
+    input->detach(*this);
+    output->detach(*this);
     m_target.onInputDisconnected(*input, *output, context);
     m_target.graph().connectionRemoved(input, output);
 }

@@ -1,11 +1,14 @@
 #include "ksx/core/connectorcontroller.h"
 
+#include "data/content/connexion.h"
 #include "data/desc/valuetype.h"
 #include "data/diagnosticlog.h"
+#include "ksx/core/connectioncontroller.h"
 #include "ksx/core/graphcontroller.h"
+#include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
+#include "ksx/core/outputconnectorcontroller.h"
 #include <algorithm>
-#include <utility>
 
 namespace Ksx::Core {
 
@@ -32,7 +35,7 @@ ConnectorController::ConnectorController(NodeController& node, const QString& na
 
 ConnectorController::~ConnectorController()
 {
-    if (!m_targets.empty())
+    if (!m_connections.empty())
         Orv::DiagnosticLog::write(Orv::LogLevel::Inconsistency, "core\\coreconnectorcontroller",
                                   TargetsLine, "Targets of connector not empty");
 }
@@ -53,41 +56,55 @@ void ConnectorController::setLabel(const QString& label)
     labelChanged();
 }
 
-const std::vector<ConnectorController*>& ConnectorController::targets() const
+ConnectorController::Targets ConnectorController::targets() const
+{
+    orderConnections();
+    return Targets(*this);
+}
+
+void ConnectorController::orderConnections() const
 {
     const std::uint64_t nodeOrder = m_node.graph().nodeOrder();
-    if (m_targets.size() < 2 || (m_isOrdered && m_nodeOrder == nodeOrder))
-        return m_targets;
-    std::vector<ConnectorController*> ordered = targetsInOrder();
+    if (m_connections.size() < 2 || (m_isOrdered && m_nodeOrder == nodeOrder))
+        return;
+    const std::vector<ConnectionController*> ordered = connectionsInOrder();
     // While connections go, some are still attached that their node does not list any more.
-    if (ordered.size() == m_targets.size()) {
-        m_targets = std::move(ordered);
-        m_isOrdered = true;
-        m_nodeOrder = nodeOrder;
-    }
-    return m_targets;
+    if (ordered.size() != m_connections.size())
+        return;
+    m_connections.clear();
+    for (ConnectionController* connection : ordered)
+        m_connections.pushBack(connection);
+    m_isOrdered = true;
+    m_nodeOrder = nodeOrder;
 }
 
 bool ConnectorController::isConnectedTo(const ConnectorController& other) const
 {
     // Both know each other: one of them may have thousands of others.
-    const bool isShorter = m_targets.size() <= other.m_targets.size();
-    const auto& targets = isShorter ? m_targets : other.m_targets;
+    const bool isShorter = m_connections.size() <= other.m_connections.size();
+    const ConnectorController& shorter = isShorter ? *this : other;
     const ConnectorController* const wanted = isShorter ? &other : this;
+    const Targets targets(shorter); // in any order
     return std::find(targets.begin(), targets.end(), wanted) != targets.end();
 }
 
-void ConnectorController::attach(ConnectorController& other, bool isLast)
+void ConnectorController::attach(ConnectionController& connection, bool isLast)
 {
-    m_isOrdered = m_targets.empty() || (m_isOrdered && isLast);
-    m_targets.push_back(&other);
+    m_isOrdered = m_connections.empty() || (m_isOrdered && isLast);
+    m_connections.pushBack(&connection);
 }
 
-void ConnectorController::detach(ConnectorController& other)
+void ConnectorController::detach(const ConnectionController& connection)
 {
-    const auto found = std::find(m_targets.begin(), m_targets.end(), &other);
-    if (found != m_targets.end())
-        m_targets.erase(found);
+    const std::size_t place = m_connections.indexOf(&connection);
+    if (place < m_connections.size())
+        m_connections.take(place);
+}
+
+ConnectorController* ConnectorController::targetOf(const ConnectionController& connection) const
+{
+    ConnectorController* const output = connection.output();
+    return output == this ? connection.input() : output;
 }
 
 } // namespace Ksx::Core

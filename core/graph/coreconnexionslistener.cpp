@@ -8,6 +8,7 @@
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/places.h"
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -32,10 +33,12 @@ void ConnexionsListener::refreshAll(Orv::Core::ManipulatorContext* context)
 ConnectionController* ConnexionsListener::find(const ConnectorController& input,
                                                const ConnectorController& output) const
 {
-    for (const auto& connection : m_connections)
+    const bool isInputShorter = input.connections().size() <= output.connections().size();
+    std::size_t first = m_connections.size();
+    for (const ConnectionController* connection : (isInputShorter ? input : output).connections())
         if (connection->input() == &input && connection->output() == &output)
-            return connection.get();
-    return nullptr;
+            first = std::min(first, m_connections.indexOf(connection));
+    return first == m_connections.size() ? nullptr : m_connections[first].get();
 }
 
 void ConnexionsListener::deliver(const Orv::Data::DataMessage& message)
@@ -43,10 +46,9 @@ void ConnexionsListener::deliver(const Orv::Data::DataMessage& message)
     const auto* list = static_cast<const List*>(message.object.get());
     if (list == nullptr)
         return;
-    const bool isShapeAlone = (message.type & Orv::Data::ChangeType::Descendant) == 0;
     const bool isLate = m_isAhead; // what the script tells is here already
     m_isAhead = list->shadow() != nullptr && list->shadow()->hasPending();
-    if (isShapeAlone && !isLate && !m_isAhead && isPlain(message.runs, list->size()))
+    if (!isLate && !m_isAhead && isPlain(message.runs, list->size()))
         followRuns(message, *list);
     else
         rearrange(message, *list);
@@ -86,9 +88,16 @@ void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const
     }
     auto leaving = takeFrom(m_connections, gone);
     putInto(m_connections, added, std::move(made));
-    leaving.clear();
+    std::vector<ConnectionController*> fresh;
     for (const std::size_t index : added)
-        m_connections[index]->refresh(editableContext(message));
+        fresh.push_back(m_connections[index].get());
+    const bool isShapeAlone = (message.type & Orv::Data::ChangeType::Descendant) == 0;
+    for (const Orv::Data::TouchedChild& child : message.touched)
+        if (!isShapeAlone && child.object && child.object->getParent() == &list)
+            fresh.push_back(m_connections[list.indexOf(*child.object)].get());
+    leaving.clear();
+    for (ConnectionController* connection : fresh)
+        connection->refresh(editableContext(message));
 }
 
 void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const List& list)

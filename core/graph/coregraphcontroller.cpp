@@ -43,7 +43,7 @@ bool applyDisconnect(ManipulatorList<Connexion> connexions, const DataPointerBox
 
 using ConnectorBox = DataPointerBox<ConnectorController>;
 
-std::vector<ConnectorBox> boxesOf(const std::vector<ConnectorController*>& connectors)
+std::vector<ConnectorBox> boxesOf(const ConnectorController::Targets& connectors)
 {
     std::vector<ConnectorBox> boxes;
     for (const ConnectorController* connector : connectors)
@@ -144,7 +144,7 @@ void GraphController::settleNamesakes(Uid uid, ManipulatorContext* context)
     const auto [begin, end] = m_namesakes.equal_range(uid);
     for (auto i = begin; i != end; ++i)
         for (const auto& output : i->second->m_outputs)
-            i->second->releaseConnectionsOf(*output, false, context);
+            NodeController::releaseConnectionsOf(*output, context);
     if (first != nullptr)
         retryConnectionsTo(*first, context);
 }
@@ -248,7 +248,7 @@ void GraphController::leaveIndex(NodeController& node)
         m_byUid.erase(found);
     }
     for (const auto& output : node.m_outputs)
-        node.releaseConnectionsOf(*output, false, nullptr);
+        NodeController::releaseConnectionsOf(*output, nullptr);
     if (const NodeController* heir = nodeByUid(node.m_enteredUid))
         retryConnectionsTo(*heir, nullptr);
 }

@@ -2,7 +2,6 @@
 
 #include "graph/connexionslistener.h"
 #include "ksx/core/nodecontroller.h"
-#include "ksx/core/outputconnectorcontroller.h"
 
 namespace Ksx::Core {
 
@@ -18,13 +17,13 @@ ColorKind InputConnectorController::colorKind() const
     return colorKindOf(node().connectorType(m_identifier));
 }
 
-std::vector<ConnectorController*> InputConnectorController::targetsInOrder() const
+std::vector<ConnectionController*> InputConnectorController::connectionsInOrder() const
 {
-    std::vector<ConnectorController*> sources;
+    std::vector<ConnectionController*> ordered;
     for (const auto& connection : node().connections().connections())
         if (connection->input() == this)
-            sources.push_back(connection->output());
-    return sources;
+            ordered.push_back(connection.get());
+    return ordered;
 }
 
 } // namespace Ksx::Core

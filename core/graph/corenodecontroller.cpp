@@ -45,16 +45,6 @@ bool isSame(const OutputConnectorController& output, const ConnectorEntry& entry
     return output.outputUid() == entry.uid && output.identifier() == entry.identifier;
 }
 
-bool isInput(const InputConnectorController&)
-{
-    return true;
-}
-
-bool isInput(const OutputConnectorController&)
-{
-    return false;
-}
-
 template <class Connector>
 std::unique_ptr<Connector> makeConnector(NodeController& node, const ConnectorEntry& entry)
 {
@@ -173,23 +163,15 @@ void NodeController::rebuild(std::vector<std::unique_ptr<Connector>>& connectors
             continue;
         connectorAboutToBeRemoved(connector.get());
         if (self)
-            releaseConnectionsOf(*connector, isInput(*connector), context);
+            releaseConnectionsOf(*connector, context);
     }
 }
 
-void NodeController::releaseConnectionsOf(ConnectorController& connector, bool isInput,
+void NodeController::releaseConnectionsOf(const ConnectorController& connector,
                                           ManipulatorContext* context)
 {
-    while (!connector.targets().empty()) {
-        ConnectorController& other = *connector.targets().back();
-        ConnectionController* connection = isInput
-                                               ? m_connections->find(connector, other)
-                                               : other.node().connections().find(other, connector);
-        if (connection != nullptr)
-            connection->release(context);
-        else
-            connector.detach(other);
-    }
+    while (!connector.connections().empty())
+        connector.connections().back()->release(context);
 }
 
 unsigned NodeController::connectorType(const std::string&) const

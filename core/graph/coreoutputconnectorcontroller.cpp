@@ -2,7 +2,6 @@
 
 #include "graph/connexionslistener.h"
 #include "ksx/core/graphcontroller.h"
-#include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
 #include <map>
 
@@ -25,17 +24,17 @@ ColorKind OutputConnectorController::colorKind() const
     return colorKindOf(type());
 }
 
-std::vector<ConnectorController*> OutputConnectorController::targetsInOrder() const
+std::vector<ConnectionController*> OutputConnectorController::connectionsInOrder() const
 {
     std::map<std::int64_t, const NodeController*> nodes;
-    for (const ConnectorController* target : unorderedTargets())
-        nodes.emplace(node().graph().placeOf(target->node()), &target->node());
-    std::vector<ConnectorController*> inputs;
+    for (const ConnectionController* connection : connections())
+        nodes.emplace(node().graph().placeOf(connection->target()), &connection->target());
+    std::vector<ConnectionController*> ordered;
     for (const auto& [place, target] : nodes)
         for (const auto& connection : target->connections().connections())
             if (connection->output() == this)
-                inputs.push_back(connection->input());
-    return inputs;
+                ordered.push_back(connection.get());
+    return ordered;
 }
 
 } // namespace Ksx::Core

@@ -17,7 +17,7 @@ public:
     ColorKind colorKind() const override;
 
 protected:
-    std::vector<ConnectorController*> targetsInOrder() const override;
+    std::vector<ConnectionController*> connectionsInOrder() const override;
 
 private:
     std::string m_identifier;

@@ -156,8 +156,8 @@ private:
                  const std::vector<ConnectorEntry>& entries,
                  Orv::Core::ManipulatorContext* context);
     void indexConnectors();
-    void releaseConnectionsOf(ConnectorController& connector, bool isInput,
-                              Orv::Core::ManipulatorContext* context);
+    static void releaseConnectionsOf(const ConnectorController& connector,
+                                     Orv::Core::ManipulatorContext* context);
 
     GraphController& m_graph;
     std::vector<std::unique_ptr<InputConnectorController>> m_inputs;

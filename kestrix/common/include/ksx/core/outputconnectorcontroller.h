@@ -21,7 +21,7 @@ public:
     ColorKind colorKind() const override;
 
 protected:
-    std::vector<ConnectorController*> targetsInOrder() const override;
+    std::vector<ConnectionController*> connectionsInOrder() const override;
 
 private:
     Uid m_uid;
