@@ -1,16 +1,14 @@
 // Edits of instances of graphs.
 #pragma once
 
+#include "behavior/droppedoutputs.h"
 #include "behavior/interfacediff.h"
 #include "core/manipulatorlist.h"
 #include "core/manipulatorstruct.h"
 #include "data/content/nodemanipulators.h"
-#include <map>
-#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <utility>
 
 namespace Ksx::Data::Content {
 class Function;
@@ -20,18 +18,6 @@ class ParamInput;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Core::Behavior {
-
-// The outputs of nodes that an edit has taken away.
-class DroppedOutputs
-{
-public:
-    void add(const Data::Content::CompNode& node, Uid output);
-    // Erases the connections that came from them, in one walk over each graph. Once, at the end.
-    void dropConnections(Orv::Core::ManipulatorContext& context) const;
-
-private:
-    std::map<const Data::Content::Graph*, std::set<std::pair<Uid, Uid>>> m_outputs; // node, output
-};
 
 // The inputs of a graph or a function that are connectors of its instances. Read when they are first
 // asked for, since most instances have few connections or none. Made for one edit.

@@ -11,6 +11,7 @@
 #include "editing/keyindex.h"
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <utility>
 
 namespace Ksx::Core::Behavior {
@@ -117,27 +118,6 @@ void orderByRank(List list, std::vector<std::size_t> ranks)
 
 } // namespace
 
-void DroppedOutputs::add(const CompNode& node, Uid output)
-{
-    if (const auto* graph = ownerOf<Graph>(node))
-        m_outputs[graph].emplace(node.uid().get(), output);
-}
-
-void DroppedOutputs::dropConnections(ManipulatorContext& context) const
-{
-    for (const auto& [graph, outputs] : m_outputs) {
-        for (const CompNode& node : graph->compNodes()) {
-            const auto& connexions = node.connexions();
-            for (std::size_t i = connexions.size(); i-- > 0;) {
-                const Connexion& connexion = connexions.at(i);
-                if (outputs.count({connexion.connRef().value().get(),
-                                   connexion.connRefOutput().value().get()}) != 0)
-                    ManipulatorStruct<CompNode>(node, context).connexions().erase(i, 1);
-            }
-        }
-    }
-}
-
 bool CompInstanceWriter::stands(const CompInstance& instance)
 {
     const auto* node = ownerOf<CompNode>(instance);
@@ -191,11 +171,11 @@ void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs, const Graph
 void CompInstanceWriter::removeOutput(std::size_t bridging)
 {
     const Uid uid = m_instance.get()->outputBridgings().at(bridging).uid().get();
+    m_dropped.add(*m_node.get(), uid);
     m_instance.outputBridgings().erase(bridging, 1);
     const std::size_t output = indexOfOutput(uid);
     if (output < m_node.get()->compOutputs().size())
         m_node.compOutputs().erase(output, 1);
-    m_dropped.add(*m_node.get(), uid);
 }
 
 void CompInstanceWriter::setType(Uid output, unsigned type)

@@ -6,6 +6,7 @@
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/uidsource.h"
+#include "support/editing.h"
 #include "support/functiontext.h"
 #include <algorithm>
 #include <iostream>
@@ -111,6 +112,18 @@ protected:
             names.push_back(parameter.name().get());
         return names;
     }
+    // Lets an output feed the first connection of that name to the node 61.
+    void feedFirstBy(unsigned node, unsigned output, ManipulatorContext& context,
+                     const std::string& identifier) const
+    {
+        const auto& list = b->compNodes().at(1).connexions();
+        const auto found = std::find_if(list.begin(), list.end(), [&](const Connexion& connexion) {
+            return connexion.identifier().get() == identifier;
+        });
+        const ManipulatorStruct<Connexion> connexion(*found, context);
+        connexion.connRef().value().set(node);
+        connexion.connRefOutput().value().set(output);
+    }
     static Lines connexionsOf(const Graph& graph, std::size_t node)
     {
         Lines names;
@@ -184,6 +197,48 @@ TEST_F(SyncCompInstance, LosesAnOutputThatIsRemovedAndWhatItFed)
 
     EXPECT_EQ(outputsOf(*b), Lines({"y 72 2", "72"}));
     EXPECT_EQ(connexionsOf(*b, 1), Lines({"destination", "other"}));
+}
+
+TEST_F(SyncCompInstance, LosesWhatAnOutputFeedsSinceAnotherOneWent)
+{
+    openBoth();
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(1, 1); });
+    edit([&](ManipulatorContext& context) { feedFirstBy(60, 71, context, "other"); });
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(0, 1); });
+    EXPECT_EQ(connexionsOf(*b, 1), Lines());
+}
+
+TEST_F(SyncCompInstance, LosesWhatAnOutputIsMadeToFeedInTheEditThatTakesIt)
+{
+    openBoth();
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(1, 1); });
+    editGraph(*a, [&](const ManipulatorStruct<Graph>& graph) {
+        feedFirstBy(60, 71, graph.context(), "other");
+        graph.graphOutputs().erase(0, 1);
+    });
+    EXPECT_EQ(connexionsOf(*b, 1), Lines());
+}
+
+TEST_F(SyncCompInstance, LosesWhatAnOutputIsMadeToFeedAroundTheEditThatTakesIt)
+{
+    openBoth();
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(1, 1); });
+    edit([&](ManipulatorContext& context) {
+        feedFirstBy(60, 71, context, "other");
+        TestSupport::edit([&](ManipulatorContext& inner) {
+            ManipulatorStruct<Graph>(*a, inner).graphOutputs().erase(0, 1);
+        });
+    });
+    EXPECT_EQ(connexionsOf(*b, 1), Lines());
+}
+
+TEST_F(SyncCompInstance, KeepsWhatAnotherOutputFeedsSinceOneWent)
+{
+    openBoth();
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(1, 1); });
+    edit([&](ManipulatorContext& context) { feedFirstBy(62, 73, context, "source"); });
+    editGraph(*a, [](const auto& graph) { graph.graphOutputs().erase(0, 1); });
+    EXPECT_EQ(connexionsOf(*b, 1), Lines({"source", "other"}));
 }
 
 TEST_F(SyncCompInstance, FollowsAnOutputThatIsRenamed)

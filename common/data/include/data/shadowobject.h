@@ -51,6 +51,8 @@ public:
     const BaseObject* owner() const { return static_cast<BaseObject*>(m_owner.target()); }
     const std::vector<ListenerEntry>& listeners() const { return m_listeners; }
     bool hasPending() const { return m_pending != nullptr; }
+    // Returns all that has not been told yet; null if there is nothing.
+    const DataMessage* pending() const { return m_pending.get(); }
 
     // Behind all listeners of equal or lower number of priority. Entries of listeners that have
     // died are dropped on the way. A shadow takes ownership if the listener says so.
