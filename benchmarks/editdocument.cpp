@@ -26,25 +26,36 @@ using Orv::Data::BaseObject;
 
 constexpr unsigned Himself = 100; // the dependency of the package on itself
 
+void addOutput(CompNode& node, unsigned uid)
+{
+    auto output = std::make_unique<CompOutput>();
+    output->uid().assign(uid);
+    output->comptype().value().assign(1u);
+    node.compOutputs().pushBack(std::move(output));
+}
+
 // A node with one output of its own uid.
 std::unique_ptr<CompNode> makeNode(unsigned uid, std::unique_ptr<BaseObject> implementation)
 {
     auto node = std::make_unique<CompNode>();
     node->uid().assign(uid);
-    auto output = std::make_unique<CompOutput>();
-    output->uid().assign(uid);
-    output->comptype().value().assign(1u);
-    node->compOutputs().pushBack(std::move(output));
+    addOutput(*node, uid);
     node->compImplementation().set(std::move(implementation));
     return node;
 }
 
-void feed(CompNode& node, const char* input, unsigned source)
+std::unique_ptr<Connexion> makeConnexion(const char* input, unsigned source)
 {
     auto connexion = std::make_unique<Connexion>();
     connexion->identifier().assign(input);
     connexion->connRef().value().assign(source);
-    connexion->connRefOutput().value().assign(source);
+    return connexion;
+}
+
+void feed(CompNode& node, const char* input, unsigned source, unsigned output)
+{
+    auto connexion = makeConnexion(input, source);
+    connexion->connRefOutput().value().assign(output);
     node.connexions().pushBack(std::move(connexion));
 }
 
@@ -75,6 +86,22 @@ std::unique_ptr<CompFilter> makeBlur(std::unique_ptr<BaseObject> intensity = nul
         filter->parameters().pushBack(std::move(parameter));
     }
     return filter;
+}
+
+std::unique_ptr<CompInstance> makeInstance(const std::string& identifier)
+{
+    auto instance = std::make_unique<CompInstance>();
+    instance->path().value().assign("pkg://" + identifier +
+                                    "?dependency=" + std::to_string(Himself));
+    return instance;
+}
+
+void addBridging(CompInstance& instance, unsigned uid, const std::string& identifier)
+{
+    auto bridging = std::make_unique<OutputBridging>();
+    bridging->uid().assign(uid);
+    bridging->identifier().assign(identifier);
+    instance.outputBridgings().pushBack(std::move(bridging));
 }
 
 std::unique_ptr<DynamicValue> makeReader(const std::string& input)
@@ -169,36 +196,60 @@ void addNodes(Graph& graph, unsigned count)
     for (unsigned i = 1; i <= count; ++i) {
         auto node = makeNode(i, makeBlur());
         if (i < count)
-            feed(*node, "input1", i + 1);
+            feed(*node, "input1", i + 1, i + 1);
         graph.compNodes().pushBack(std::move(node));
     }
 }
 
-void addReaders(Graph& graph, unsigned count, bool isOneInput)
+void addReaders(Graph& graph, unsigned count, unsigned inputs)
 {
-    for (unsigned i = 1; i <= count; ++i)
+    for (unsigned i = 0; i < count; ++i)
         graph.compNodes().pushBack(
-            makeNode(i, makeBlur(makeReader("x" + std::to_string(isOneInput ? 1 : i)))));
+            makeNode(i + 1, makeBlur(makeReader("x" + std::to_string(i % inputs + 1)))));
+}
+
+void addFedNodes(Graph& graph, unsigned count)
+{
+    for (unsigned i = 1; i <= count; ++i) {
+        auto node = makeNode(i, makeBlur());
+        if (i > 1)
+            feed(*node, "input1", 1, 1);
+        graph.compNodes().pushBack(std::move(node));
+    }
 }
 
 void addInstances(Graph& graph, unsigned count, const std::string& identifier)
 {
     for (unsigned i = 1; i <= count; ++i) {
-        auto instance = std::make_unique<CompInstance>();
-        instance->path().value().assign("pkg://" + identifier +
-                                        "?dependency=" + std::to_string(Himself));
-        auto bridging = std::make_unique<OutputBridging>();
-        bridging->uid().assign(i);
-        bridging->identifier().assign("o1");
-        instance->outputBridgings().pushBack(std::move(bridging));
+        auto instance = makeInstance(identifier);
+        addBridging(*instance, i, "o1");
         graph.compNodes().pushBack(makeNode(i, std::move(instance)));
     }
 }
 
-void addFunction(Graph& graph, unsigned count)
+void addFeedingInstance(Graph& graph, const std::string& identifier, unsigned outputs)
+{
+    auto instance = makeInstance(identifier);
+    for (unsigned i = 1; i <= outputs; ++i)
+        addBridging(*instance, i, "o" + std::to_string(i));
+    auto node = makeNode(1, std::move(instance));
+    for (unsigned i = 2; i <= outputs; ++i)
+        addOutput(*node, i);
+    graph.compNodes().pushBack(std::move(node));
+    for (unsigned i = 1; i <= outputs; ++i) {
+        auto fed = makeNode(outputs + i, makeBlur());
+        feed(*fed, "input1", 1, i);
+        graph.compNodes().pushBack(std::move(fed));
+    }
+}
+
+void addFunction(Graph& graph, unsigned count, bool isFed)
 {
     auto value = std::make_unique<DynamicValue>();
-    value->paramNodes().pushBack(makeFunctionNode(1, "sequence", 256, nullptr));
+    auto sequence = makeFunctionNode(1, "sequence", 256, nullptr);
+    for (unsigned i = 2; isFed && i <= count + 1; ++i)
+        sequence->connexions().pushBack(makeConnexion("seqin", i));
+    value->paramNodes().pushBack(std::move(sequence));
     for (unsigned i = 2; i <= count + 1; ++i)
         value->paramNodes().pushBack(
             makeFunctionNode(i, "const_float1", 256, std::make_unique<ConstantValueFloat1>()));

@@ -52,11 +52,17 @@ void addInputs(Ksx::Data::Content::Graph& graph, unsigned count);
 void addOutputs(Ksx::Data::Content::Graph& graph, unsigned count);
 // Adds filter nodes, each fed by the one behind it: all connections point forwards.
 void addNodes(Ksx::Data::Content::Graph& graph, unsigned count);
-// Adds filter nodes that read one input each, or the same all of them.
-void addReaders(Ksx::Data::Content::Graph& graph, unsigned count, bool isOneInput);
+// Adds filter nodes that read one of the first `inputs` inputs each, in turn.
+void addReaders(Ksx::Data::Content::Graph& graph, unsigned count, unsigned inputs);
+// Adds filter nodes that are fed by the first of them.
+void addFedNodes(Ksx::Data::Content::Graph& graph, unsigned count);
 // Adds instances of a graph of the same package, all with the first output of it.
 void addInstances(Ksx::Data::Content::Graph& graph, unsigned count, const std::string& identifier);
-// Adds a node whose parameter is computed by `count` constants and a sequence of nothing.
-void addFunction(Ksx::Data::Content::Graph& graph, unsigned count);
+// Adds one instance of such a graph, with so many outputs, each of which feeds a filter node.
+void addFeedingInstance(Ksx::Data::Content::Graph& graph, const std::string& identifier,
+                        unsigned outputs);
+// Adds a node whose parameter is computed by `count` constants and a sequence, of all of them or of
+// nothing.
+void addFunction(Ksx::Data::Content::Graph& graph, unsigned count, bool isFed);
 
 } // namespace Benchmarks

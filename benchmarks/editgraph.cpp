@@ -4,6 +4,7 @@
 #include "data/content/compnode.h"
 #include "data/content/dynamicvalue.h"
 #include "data/content/graph.h"
+#include "data/content/graphmanipulators.h"
 #include "data/content/nodemanipulators.h"
 #include "data/content/package.h"
 #include "data/content/parameter.h"
@@ -32,11 +33,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <random>
+#include <vector>
 
 namespace {
 
 using namespace Benchmarks;
 using namespace Ksx::Core;
+using Orv::Core::ManipulatorStruct;
 using Orv::Data::Float1;
 
 // What a document holds before its edits.
@@ -60,14 +63,21 @@ void openReaders(EditDocument& document, unsigned count)
 {
     auto& graph = document.addGraph("g");
     addInputs(graph, 1);
-    addReaders(graph, count, true);
+    addReaders(graph, count, 1);
 }
 
 void openReadersOfMany(EditDocument& document, unsigned count)
 {
     auto& graph = document.addGraph("g");
     addInputs(graph, count);
-    addReaders(graph, count, false);
+    addReaders(graph, count, count);
+}
+
+void openSharedInputs(EditDocument& document, unsigned count)
+{
+    auto& graph = document.addGraph("g");
+    addInputs(graph, count);
+    addReaders(graph, 2 * count, count);
 }
 
 void openInstances(EditDocument& document, unsigned count)
@@ -83,7 +93,7 @@ void openOneInstance(EditDocument& document, unsigned)
 
 void openFunction(EditDocument& document, unsigned count)
 {
-    addFunction(document.addGraph("g"), count);
+    addFunction(document.addGraph("g"), count, false);
 }
 
 void openFilter(EditDocument& document, unsigned count)
@@ -91,6 +101,34 @@ void openFilter(EditDocument& document, unsigned count)
     auto& graph = document.addGraph("g");
     addInputs(graph, count);
     addOutputs(graph, count);
+}
+
+// The four below have twice as many of what is removed.
+
+void openTwiceTheInputs(EditDocument& document, unsigned count)
+{
+    addInputs(document.addGraph("g"), 2 * count);
+}
+
+void openTwiceTheOutputs(EditDocument& document, unsigned count)
+{
+    addOutputs(document.addGraph("g"), 2 * count);
+}
+
+void openTwiceTheNodes(EditDocument& document, unsigned count)
+{
+    addFedNodes(document.addGraph("g"), 2 * count);
+}
+
+void openTwiceTheEntries(EditDocument& document, unsigned count)
+{
+    addFunction(document.addGraph("g"), 2 * count, true);
+}
+
+void openFilterOfOneInstance(EditDocument& document, unsigned count)
+{
+    openFilter(document, count);
+    addFeedingInstance(document.addGraph("user"), "g", count);
 }
 
 // The edits.
@@ -155,6 +193,64 @@ bool removeInputs(EditDocument& document, unsigned)
     return forAllInputs(document, [](InputsController& inputs, InputController& input) {
         return inputs.removeInput(input);
     });
+}
+
+// Returns every second one, in their order.
+template <class Item>
+std::vector<Item*> everySecond(const std::vector<Item*>& items)
+{
+    std::vector<Item*> chosen;
+    for (std::size_t i = 1; i < items.size(); i += 2)
+        chosen.push_back(items[i]);
+    return chosen;
+}
+
+// Returns half of them, from here and there.
+template <class Item>
+std::vector<Item*> scattered(const std::vector<Item*>& items)
+{
+    constexpr std::size_t prime = 7368787;
+    std::vector<Item*> chosen;
+    for (std::size_t i = 0; i < items.size() / 2; ++i)
+        chosen.push_back(items[(i + 1) * prime % items.size()]);
+    return chosen;
+}
+
+template <class Item>
+using Choice = std::vector<Item*> (*)(const std::vector<Item*>&);
+
+template <Choice<InputController> Chosen>
+bool removeSomeInputs(EditDocument& document, unsigned count)
+{
+    InputsController& inputs = *document.graph().inputsController();
+    for (InputController* input : Chosen(inputs.inputs()))
+        inputs.removeInput(*input);
+    return inputs.inputs().size() == count;
+}
+
+template <Choice<NodeController> Chosen>
+bool removeSomeNodes(EditDocument& document, unsigned count)
+{
+    CompGraphController& graph = document.graph();
+    for (NodeController* node : Chosen(graph.nodes()))
+        graph.removeNode(*node, true);
+    return graph.nodes().size() == count;
+}
+
+std::vector<ConnectorController*> targetsOf(const ConnectorController& connector)
+{
+    const auto targets = connector.targets();
+    return {targets.begin(), targets.end()};
+}
+
+template <Choice<ConnectorController> Chosen>
+bool disconnectSomeNodes(EditDocument& document, unsigned count)
+{
+    CompGraphController& graph = document.graph();
+    OutputConnectorController& output = *graph.nodeByUid(1)->outputConnector(0);
+    for (ConnectorController* target : Chosen(targetsOf(output)))
+        graph.disconnect(output, *target);
+    return output.targets().size() == count;
 }
 
 bool setDefaultValues(EditDocument& document, unsigned)
@@ -266,14 +362,60 @@ bool addOneInput(EditDocument& document, unsigned)
     return document.graph().addInputNode({"in", 1}) != nullptr;
 }
 
-// Connects all constants of a function to the list that a node takes.
-bool connectList(EditDocument& document, unsigned count)
+template <class Item>
+bool applyRename(ManipulatorStruct<Item> item, const Orv::Data::DataPointerBoxMasterKey&,
+                 const std::string& identifier)
+{
+    item.identifier().set(identifier);
+    return true;
+}
+
+template <class Item>
+bool rename(const Item& item)
+{
+    return runEdit(Orv::Data::DataPointerBox<Item>(&item), "renamed_" + item.identifier().get(),
+                   &applyRename<Item>, QString())
+        .has_value();
+}
+
+bool renameInputs(EditDocument& document, unsigned)
+{
+    bool isDone = true;
+    for (const auto& input : document.graph().graph()->paraminputs())
+        isDone = rename(input) && isDone;
+    return isDone;
+}
+
+bool renameOutputs(EditDocument& document, unsigned)
+{
+    bool isDone = true;
+    for (const auto& output : document.graph().graph()->graphOutputs())
+        isDone = rename(output) && isDone;
+    return isDone;
+}
+
+FuncGraphController& functionOf(EditDocument& document)
 {
     auto* const node = static_cast<CompNodeController*>(document.graph().nodeByUid(1));
     const auto* stored = node->parameterController("intensity")->stored();
-    FuncGraphController& function =
-        *graphController(Orv::Data::DataPointerBox<Ksx::Data::Content::DynamicValue>(
-            static_cast<const Ksx::Data::Content::DynamicValue*>(stored->paramValue().get())));
+    return *graphController(Orv::Data::DataPointerBox<Ksx::Data::Content::DynamicValue>(
+        static_cast<const Ksx::Data::Content::DynamicValue*>(stored->paramValue().get())));
+}
+
+template <Choice<ConnectorController> Chosen>
+bool disconnectSomeEntries(EditDocument& document, unsigned count)
+{
+    FuncGraphController& function = functionOf(document);
+    InputConnectorController& list = *function.nodeByUid(1)->inputConnector(0);
+    for (ConnectorController* source : Chosen(targetsOf(list)))
+        function.disconnect(*source, list);
+    return list.targets().size() == count;
+}
+
+// Connects all constants of a function to the list that a node takes.
+bool connectList(EditDocument& document, unsigned count)
+{
+    FuncGraphController& function = functionOf(document);
     InputConnectorController& list = *function.nodeByUid(1)->inputConnector(0);
     bool isDone = true;
     for (unsigned i = 2; i <= count + 1; ++i)
@@ -306,6 +448,7 @@ constexpr Row Rows[] = {
     {"connect-list", &openFunction, &connectList},
     {"freeze", &openReaders, &freeze},
     {"freeze-all", &openReadersOfMany, &freezeAll},
+    {"freeze-shared", &openSharedInputs, &freezeAll},
     {"freeze-unread", &openInputs, &freezeAll},
     {"add-tweak-input", &openEmpty, &addTweakInputs},
     {"add-input-node", &openEmpty, &addInputNodes},
@@ -313,6 +456,18 @@ constexpr Row Rows[] = {
     {"remove-input", &openInputs, &removeInputs},
     {"remove-output-node", &openFilter, &removeOutputNodes},
     {"remove-scattered-nodes", &openChain, &removeScattered},
+    {"thin-inputs", &openTwiceTheInputs, &removeSomeInputs<&everySecond>},
+    {"scatter-inputs", &openTwiceTheInputs, &removeSomeInputs<&scattered>},
+    {"thin-outputs", &openTwiceTheOutputs, &removeSomeNodes<&everySecond>},
+    {"scatter-outputs", &openTwiceTheOutputs, &removeSomeNodes<&scattered>},
+    {"thin-nodes", &openTwiceTheNodes, &removeSomeNodes<&everySecond>},
+    {"scatter-nodes", &openTwiceTheNodes, &removeSomeNodes<&scattered>},
+    {"thin-targets", &openTwiceTheNodes, &disconnectSomeNodes<&everySecond>},
+    {"scatter-targets", &openTwiceTheNodes, &disconnectSomeNodes<&scattered>},
+    {"thin-entries", &openTwiceTheEntries, &disconnectSomeEntries<&everySecond>},
+    {"scatter-entries", &openTwiceTheEntries, &disconnectSomeEntries<&scattered>},
+    {"rename-input", &openInputs, &renameInputs},
+    {"rename-output", &openFilter, &renameOutputs},
     {"set-default-value", &openInputs, &setDefaultValues},
     {"describe-input", &openInputs, &describeInputs},
     {"add-graph", &openEmpty, &addGraphs},
@@ -320,6 +475,10 @@ constexpr Row Rows[] = {
     {"add-instance", &openOneInstance, &addInstanceNodes},
     {"add-output-of-one-instance", &openOneInstance, &addOutputNodes},
     {"add-input-of-one-instance", &openOneInstance, &addInputNodes},
+    {"rename-input-of-one-instance", &openFilterOfOneInstance, &renameInputs},
+    {"rename-output-of-one-instance", &openFilterOfOneInstance, &renameOutputs},
+    {"remove-output-of-one-instance", &openFilterOfOneInstance, &removeOutputNodes},
+    {"rename-output-of-instances", &openInstances, &renameOutputs},
     {"one-output-of-instances", &openInstances, &addOneOutput},
     {"one-input-of-instances", &openInstances, &addOneInput},
     {"specialize", &openFilter, &specialize},
