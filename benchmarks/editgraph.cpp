@@ -312,8 +312,12 @@ bool removeScattered(EditDocument& document, unsigned count)
     const auto erase = +[](ManipulatorList<CompNode> nodes,
                            const Orv::Data::DataPointerBoxMasterKey&, const unsigned& removed) {
         std::mt19937 random(1);
-        for (unsigned i = 0; i < removed; ++i)
-            nodes.erase(random() % nodes.get()->size(), 1);
+        for (unsigned i = 0; i < removed; ++i) {
+            const std::size_t size = nodes.get()->size();
+            if (size == 0)
+                return false;
+            nodes.erase(random() % size, 1);
+        }
         return true;
     };
     CompGraphController& graph = document.graph();

@@ -237,7 +237,7 @@ PictureSize exrSize(const FileView& file)
         const qint64 length = file.little<quint32>(place);
         place += 4;
         const auto number = [&](int index) {
-            return qint64(file.little<qint32>(place + index * 4));
+            return qint64(file.little<qint32>(place + qint64{index} * 4));
         };
         if (name == "dataWindow")
             return {number(2) - number(0) + 1, number(3) - number(1) + 1, 128};

@@ -12,7 +12,7 @@ void ContainerUnionBase::clear()
 void ContainerUnionBase::set(std::unique_ptr<BaseObject> child)
 {
     if (child.get() == m_child) {
-        child.release(); // already owned here
+        static_cast<void>(child.release()); // already owned here
         return;
     }
     clear();

@@ -16,7 +16,7 @@ namespace Orv::Data {
 namespace {
 
 // Large enough for few calls, small enough to stay in the cache.
-constexpr std::size_t BlockSize = 64 * 1024;
+constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 
 // What an ASCII character becomes inside an attribute; empty if it stands for itself. XML has no
 // way to hold the other control characters: a file with one could not be read again.

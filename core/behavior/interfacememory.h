@@ -63,7 +63,7 @@ private:
     bool m_hasDuplicates = false; // of uids; such lists are looked at whole
 };
 
-// The ParamInput that an object is.
-InterfaceItem describeInput(const Orv::Data::BaseObject& input);
+// Returns what is remembered of an input. The object must be a ParamInput.
+InterfaceItem describeInput(const Orv::Data::BaseObject& object);
 
 } // namespace Ksx::Core::Behavior

@@ -24,8 +24,8 @@ class PathTarget
 public:
     explicit PathTarget(const Orv::Data::BaseObject& object);
 
-    // Does the path in `from` lead to the object?
-    bool isNamedBy(std::string_view path, const Data::Content::Package& from);
+    // Returns true if the path that a text of `from` holds leads to the object.
+    bool isNamedBy(std::string_view text, const Data::Content::Package& from);
 
 private:
     // The package of the object and the identifiers down to it; none if no path leads there.

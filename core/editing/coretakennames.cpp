@@ -23,8 +23,9 @@ std::optional<NumberedName> numberedName(const std::string& name)
     NumberedName result{name.substr(0, last), 0};
     const char* const end = name.data() + name.size();
     const auto read = std::from_chars(name.data() + last + 1, end, result.number);
-    const bool isNumber = read.ec == std::errc() && read.ptr == end &&
-                          name.compare(last + 1, name.npos, std::to_string(result.number)) == 0;
+    const bool isNumber =
+        read.ec == std::errc() && read.ptr == end &&
+        name.compare(last + 1, std::string_view::npos, std::to_string(result.number)) == 0;
     return isNumber ? std::optional<NumberedName>(std::move(result)) : std::nullopt;
 }
 

@@ -71,10 +71,12 @@ public:
             return {};
         const std::unordered_set<const CompNode*>& readers = found->second;
         std::vector<std::pair<std::size_t, const CompNode*>> places;
+        places.reserve(readers.size());
         for (const CompNode* node : readers)
             places.emplace_back(readers.size() == 1 ? 0 : list.indexOf(*node), node);
         std::sort(places.begin(), places.end());
         std::vector<const CompNode*> ordered;
+        ordered.reserve(places.size());
         for (const auto& [place, node] : places)
             ordered.push_back(node);
         return ordered;

@@ -68,7 +68,7 @@ Data::Desc::FilterOutput outputOf(const GraphOutput& output, unsigned type)
 Data::Desc::ParameterGroupPointer
 commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
 {
-    const auto common = Data::Desc::DescriptionTables::instance().commonParameters();
+    auto common = Data::Desc::DescriptionTables::instance().commonParameters();
     const auto isHidden = [&](const DescParameter* parameter) {
         return std::any_of(groups.begin(), groups.end(), [&](const auto& group) {
             const DescParameter* own = group->find(parameter->identifier);

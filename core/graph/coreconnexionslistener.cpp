@@ -89,6 +89,7 @@ void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const
     auto leaving = takeFrom(m_connections, gone);
     putInto(m_connections, added, std::move(made));
     std::vector<ConnectionController*> fresh;
+    fresh.reserve(added.size());
     for (const std::size_t index : added)
         fresh.push_back(m_connections[index].get());
     const bool isShapeAlone = (message.type & Orv::Data::ChangeType::Descendant) == 0;

@@ -46,7 +46,7 @@ public:
     GraphOutputTypes& operator=(const GraphOutputTypes&) = delete;
     ~GraphOutputTypes();
 
-    unsigned typeOf(Uid output) const;
+    unsigned typeOf(Uid uid) const;
 
     // Both return the uids of the outputs whose types may be others now. The first one follows the
     // message of the list of nodes, the second one a node that counts and has changed.
@@ -72,9 +72,9 @@ private:
     const Node* nodeOf(const Output& output) const;
     void enter(const Node& node, Uid output);
     void leave(const Node* address, const Node* node);
-    void updateSource(Uid output);
-    void linkSource(Uid output, Uid source);
-    void unlinkSource(Uid output);
+    void updateSource(Uid uid);
+    void linkSource(Uid output, Uid uid);
+    void unlinkSource(Uid uid);
     void findSource(Uid uid, Source& source);
     void setSourceNode(Uid uid, Source& source, const Node* node);
     void follow(const Orv::Data::TouchedChild& touched, Affected& affected);

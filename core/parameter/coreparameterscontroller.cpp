@@ -25,8 +25,7 @@ bool hasRow(const Desc::Parameter& description)
 
 ParametersController::ParametersController(const List& list, DataContext context, Groups groups,
                                            bool hasPrimaryInput)
-    : m_list(&list), m_context(std::move(context)), m_groups(std::move(groups)),
-      m_hasNoInput(!hasPrimaryInput)
+    : m_list(&list), m_context(context), m_groups(std::move(groups)), m_hasNoInput(!hasPrimaryInput)
 {}
 
 ParametersController::~ParametersController() = default;

@@ -79,14 +79,14 @@ QString firstFailure(const QDomElement& list, const QString& name, Read read)
 QString fillGraph(const QDomElement& element, Graph& graph)
 {
     readAttributes(element, graph.attributes());
-    const QString failure = firstFailure(element.firstChildElement(QStringLiteral("inputs")),
-                                         QStringLiteral("input"), [&](const QDomElement& one) {
-                                             auto input = readOblasmInput(one);
-                                             if (input == nullptr)
-                                                 return false;
-                                             graph.paraminputs().pushBack(std::move(input));
-                                             return true;
-                                         });
+    QString failure = firstFailure(element.firstChildElement(QStringLiteral("inputs")),
+                                   QStringLiteral("input"), [&](const QDomElement& one) {
+                                       auto input = readOblasmInput(one);
+                                       if (input == nullptr)
+                                           return false;
+                                       graph.paraminputs().pushBack(std::move(input));
+                                       return true;
+                                   });
     if (!failure.isNull())
         return failure;
     return firstFailure(element.firstChildElement(QStringLiteral("outputs")),

@@ -14,7 +14,6 @@ namespace Ksx::Core {
 namespace {
 
 using namespace Data::Content;
-using Orv::Data::Vec;
 namespace ValueType = Data::Desc::ValueType;
 
 QString attributeOf(const QDomElement& element, const char* name)

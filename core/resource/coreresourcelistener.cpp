@@ -52,7 +52,9 @@ void runTransaction(const Attribute<T>& attribute, const T& value, const char* k
 bool uses(const CompNode& node, const std::string& url)
 {
     const auto* filter = dynamic_cast<const CompFilter*>(node.compImplementation().get());
-    const std::string name = filter == nullptr ? "" : resourceParameterOf(filter->filter().get());
+    if (filter == nullptr)
+        return false;
+    const std::string name = resourceParameterOf(filter->filter().get());
     if (name.empty())
         return false;
     for (const Parameter& parameter : filter->parameters()) {

@@ -160,7 +160,7 @@ Vec<T, N> vecOf(const DefaultRow& row)
 
 boost::any defaultOf(const ParameterRow& row)
 {
-    const boost::any empty = emptyValueOf(row.type);
+    boost::any empty = emptyValueOf(row.type);
     const std::type_info& shape = empty.type();
     if (shape == typeid(bool))
         return row.defaultValue.components[0] != 0;

@@ -5,6 +5,27 @@
 
 namespace Ksx::Data::Desc {
 
+namespace {
+
+template <class T>
+boost::any emptyAs()
+{
+    return T{};
+}
+
+struct EmptyValue
+{
+    unsigned type;
+    boost::any (*make)();
+};
+
+constexpr EmptyValue EmptyValues[] = {
+#define VALUE_TYPE(name, bit, value, ...) {ValueType::name, &emptyAs<Orv::Data::value>},
+#include "data/desc/valuetypes.inc"
+};
+
+} // namespace
+
 const std::string& Parameter::extra(const std::string& name) const
 {
     static const std::string none;
@@ -14,17 +35,12 @@ const std::string& Parameter::extra(const std::string& name) const
 
 boost::any emptyValueOf(unsigned type)
 {
-    using namespace Orv::Data;
     if (type == ValueType::Int1)
-        return UInt{}; // the index of an item
-    switch (ValueType::plain(type)) {
-#define VALUE_TYPE(name, bit, value, ...)                                                          \
-    case ValueType::name:                                                                          \
-        return value();
-#include "data/desc/valuetypes.inc"
-    default:
-        return {};
-    }
+        return Orv::Data::UInt{}; // the index of an item
+    for (const EmptyValue& row : EmptyValues)
+        if (row.type == ValueType::plain(type))
+            return row.make();
+    return {};
 }
 
 } // namespace Ksx::Data::Desc

@@ -40,7 +40,7 @@ public:
     // Lets one node feed what the other one feeds. An input with one value is disconnected from
     // all that fed it and connected anew, behind the other connections of its node; in a list, only
     // the entries of the source change, in their places.
-    void replaceSource(FuncNodeController& source, FuncNodeController& replacement);
+    void replaceSource(FuncNodeController& replaced, FuncNodeController& replacement);
 
     // The node that gives the value; null if there is none.
     FuncNodeController* outputNode() const;

@@ -90,7 +90,7 @@ private:
     bool updateUnknownInputs();
     void onConnexions(const Orv::Data::DataMessage& message);
     void onConnexions();
-    bool acceptsType(const std::string& input, unsigned type) const;
+    bool acceptsType(const std::string& identifier, unsigned type) const;
     // The type that feeds each input of the description, 0 where it is open.
     std::vector<unsigned> fedTypes() const;
 
