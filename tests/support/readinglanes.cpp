@@ -270,4 +270,18 @@ std::string XmlMutator::mutant(std::string document)
     return document;
 }
 
+std::string firstDifferenceOfLanes(unsigned seed, long count)
+{
+    const std::vector<std::string> documents = documentsForLanes();
+    XmlMutator mutator(seed);
+    for (long i = 0; i < count; ++i) {
+        const std::string mutant =
+            mutator.mutant(documents[static_cast<std::size_t>(i) % documents.size()]);
+        const std::string difference = differenceOfLanes(mutant);
+        if (!difference.empty())
+            return "mutant " + std::to_string(i) + ": " + difference + "\nof\n" + mutant;
+    }
+    return {};
+}
+
 } // namespace TestSupport

@@ -36,4 +36,8 @@ private:
     std::mt19937 m_random;
 };
 
+// Compares the lanes on `count` mutants of the documents in turn. Says on which of them the lanes
+// differ first, and how. Returns an empty text if they agree.
+std::string firstDifferenceOfLanes(unsigned seed, long count);
+
 } // namespace TestSupport

@@ -5,24 +5,9 @@
 
 using TestSupport::differenceOfLanes;
 using TestSupport::documentsForLanes;
-using TestSupport::XmlMutator;
+using TestSupport::firstDifferenceOfLanes;
 
 namespace {
-
-// Returns the first of `count` mutants of the documents on which the lanes differ, and how.
-std::string firstDifference(unsigned seed, int count)
-{
-    const std::vector<std::string> documents = documentsForLanes();
-    XmlMutator mutator(seed);
-    for (int i = 0; i < count; ++i) {
-        const std::string mutant =
-            mutator.mutant(documents[static_cast<std::size_t>(i) % documents.size()]);
-        const std::string difference = differenceOfLanes(mutant);
-        if (!difference.empty())
-            return difference + "\nof\n" + mutant;
-    }
-    return {};
-}
 
 std::string differencesOf(const std::vector<std::string>& documents)
 {
@@ -56,7 +41,7 @@ class MutantsInLanes : public testing::TestWithParam<unsigned>
 
 TEST_P(MutantsInLanes, GiveTheSameInBoth)
 {
-    EXPECT_EQ(firstDifference(GetParam(), 1500), "");
+    EXPECT_EQ(firstDifferenceOfLanes(GetParam(), 1500), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, MutantsInLanes, testing::Values(1U, 2U, 3U, 4U));
