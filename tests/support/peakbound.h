@@ -1,0 +1,17 @@
+// Bounds on the memory that the tool takes.
+#pragma once
+
+namespace TestSupport {
+
+// Returns a bound on the peak memory of a run, in kilobytes. The address sanitizer keeps much of what
+// has been freed, so the bound is three times as high under it.
+constexpr long peakBound(long kilobytes)
+{
+#ifdef __SANITIZE_ADDRESS__
+    return 3 * kilobytes;
+#else
+    return kilobytes;
+#endif
+}
+
+} // namespace TestSupport
