@@ -3,14 +3,14 @@
 
 namespace TestSupport {
 
-// Returns a bound on the peak memory of a run, in kilobytes. The address sanitizer keeps much of what
-// has been freed, so the bound is three times as high under it.
-constexpr long peakBound(long kilobytes)
+// Returns a bound on the peak memory of a run, in the unit of `size`. The address sanitizer keeps much
+// of what has been freed, so the bound is three times as high under it.
+constexpr long peakBound(long size)
 {
 #ifdef __SANITIZE_ADDRESS__
-    return 3 * kilobytes;
+    return 3 * size;
 #else
-    return kilobytes;
+    return size;
 #endif
 }
 
