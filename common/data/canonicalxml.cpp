@@ -265,7 +265,6 @@ CanonicalXmlTokens::Scan CanonicalXmlTokens::scanStartTag()
     }
     if (at == m_end)
         return Scan::NeedsMore;
-    m_isEmptyElement = false;
     const bool isEmpty = *at == '/';
     if (isEmpty && ++at == m_end)
         return Scan::NeedsMore;

@@ -39,15 +39,17 @@ public:
     bool isNamed(std::string_view name) const { return m_name == name; }
     std::string_view name(const std::string& /*buffer*/) const { return m_name; }
     std::optional<std::string_view> value(bool isFilePath, std::string& buffer) const;
-    int fail(XmlReadStatus)
+    int fail(XmlReadStatus) { return giveUp(); }
+    int refuse(const AttributeBase&, std::string_view) { return giveUp(); }
+    void reportProgress() { m_progress.report(m_offset + (m_at - m_buffer.data())); }
+
+private:
+    int giveUp()
     {
         m_token = Token::Failure;
         return NotCanonical;
     }
-    int refuse(const AttributeBase&, std::string_view) { return fail(XmlReadStatus::BadRoot); }
-    void reportProgress() { m_progress.report(m_offset + (m_at - m_buffer.data())); }
 
-private:
     enum class Token
     {
         None,

@@ -17,7 +17,7 @@ import sys
 
 FOLDERS = ["common", "data", "core", "kestrix", "archives", "imageformats", "cli"]
 # Whose options do for a header of a folder without sources.
-STAND_INS = {"kestrix": "core", "data": "core"}
+STAND_INS = {"kestrix": "core"}
 
 
 def options(command):
