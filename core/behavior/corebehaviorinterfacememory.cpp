@@ -57,9 +57,9 @@ InterfaceDiff InterfaceMemory::follow(const List& list, const std::vector<Uid>& 
     Changes changes;
     for (const Uid uid : uids) {
         const auto known = m_byUid.find(uid);
-        const BaseObject* const item = known == m_byUid.end() ? nullptr : known->second->item.get();
+        const BaseObject* const item = known == m_byUid.end() ? nullptr : known->value->item.get();
         if (item != nullptr && item->getParent() == &list && changes.seen.insert(item).second)
-            compare(*item, *known->second, changes);
+            compare(*item, *known->value, changes);
     }
     return isPlain(changes) ? apply(list, changes) : followAll(list);
 }
@@ -85,7 +85,7 @@ void InterfaceMemory::collectChild(const List& list, const Orv::Data::TouchedChi
     if (known == m_places.end())
         changes.strangers += isThere ? 1 : 0;
     else if (isThere)
-        compare(*item, *known->second, changes);
+        compare(*item, *known->value, changes);
     else
         changes.gone.push_back(touched.address);
 }
@@ -105,7 +105,7 @@ bool InterfaceMemory::collectArrivals(const List& list, const Orv::Data::ChangeR
         if (run.link != 0)
             return false;
         for (std::size_t i = place; run.kind == RunKind::Inserted && i < place + run.count; ++i) {
-            if (i >= list.size() || m_places.count(list.childAt(i)) != 0)
+            if (i >= list.size() || m_places.contains(list.childAt(i)))
                 return false;
             changes.arrived.push_back({list.childAt(i), i, m_describe(*list.childAt(i))});
         }
@@ -130,8 +130,7 @@ bool InterfaceMemory::isPlain(const Changes& changes) const
             return false;
     }
     for (const Changes::Arrival& arrival : changes.arrived)
-        if (m_byUid.count(arrival.described.uid) != 0 ||
-            !uids.insert(arrival.described.uid).second ||
+        if (m_byUid.contains(arrival.described.uid) || !uids.insert(arrival.described.uid).second ||
             goneIdentifiers.count(recordOf(arrival.described).identifier) != 0)
             return false;
     return true;
@@ -142,9 +141,9 @@ InterfaceDiff InterfaceMemory::apply(const List& list, const Changes& changes)
     std::vector<InterfaceDiff::Change> told;
     for (const BaseObject* item : changes.gone) {
         const auto place = m_places.find(item);
-        told.push_back({place->second->record, std::nullopt});
-        m_byUid.erase(place->second->record.uid);
-        m_entries.erase(place->second);
+        told.push_back({place->value->record, std::nullopt});
+        m_byUid.erase(place->value->record.uid);
+        m_entries.erase(place->value);
         m_places.erase(place);
     }
     for (const Changes::Change& change : changes.changed) {

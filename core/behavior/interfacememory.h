@@ -3,10 +3,10 @@
 
 #include "behavior/interfacediff.h"
 #include "data/datamessage.h"
+#include "data/densemap.h"
 #include <functional>
 #include <list>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 namespace Orv::Data {
@@ -57,8 +57,8 @@ private:
     Describe m_describe;
     InterfaceRecords m_unsorted; // until the first change
     Entries m_entries;
-    std::unordered_map<const Orv::Data::BaseObject*, Entries::iterator> m_places;
-    std::unordered_map<Uid, Entries::iterator> m_byUid;
+    Orv::Data::DenseMap<const Orv::Data::BaseObject*, Entries::iterator> m_places;
+    Orv::Data::DenseMap<Uid, Entries::iterator> m_byUid;
     bool m_isSorted = false;
     bool m_hasDuplicates = false; // of uids; such lists are looked at whole
 };

@@ -3,10 +3,10 @@
 
 #include "core/listenerdeaf.h"
 #include "data/content/graph.h"
+#include "data/densemap.h"
 #include "editing/itemindex.h"
 #include "ksx/core/uidsource.h"
 #include <cstddef>
-#include <unordered_map>
 
 namespace Ksx::Core::Behavior {
 
@@ -49,7 +49,7 @@ private:
 
     void change(Uid uid, std::size_t Counts::*count, std::size_t step);
 
-    std::unordered_map<Uid, Counts> m_counts;
+    Orv::Data::DenseMap<Uid, Counts> m_counts;
     std::size_t m_missing = 0; // uids
     Side<Data::Content::GraphOutput> m_outputs{*this, &Counts::outputs};
     Side<Data::Content::RootOutput> m_roots{*this, &Counts::roots};

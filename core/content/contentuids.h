@@ -3,10 +3,10 @@
 
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
+#include "data/densemap.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <memory>
-#include <unordered_map>
 
 namespace Orv::Data {
 class BaseObject;
@@ -32,7 +32,7 @@ public:
     // a package that is not open, and while it has changes of which nobody has been told yet.
     static ContentUids* of(const Data::Content::Package& package);
 
-    bool contains(Uid uid) const { return m_counts.count(uid) != 0; }
+    bool contains(Uid uid) const { return m_counts.contains(uid); }
 
     bool isOwnedByShadow() const override { return true; }
     void deliver(const Orv::Data::DataMessage& message) override;
@@ -48,8 +48,8 @@ private:
     void add(const Orv::Data::BaseObject* object, Uid uid);
     void remove(const Orv::Data::BaseObject* object);
 
-    std::unordered_map<const Orv::Data::BaseObject*, Uid> m_uids;
-    std::unordered_map<Uid, std::size_t> m_counts;
+    Orv::Data::DenseMap<const Orv::Data::BaseObject*, Uid> m_uids;
+    Orv::Data::DenseMap<Uid, std::size_t> m_counts;
     bool m_isStale = false; // something has died before it could be looked at
     std::unique_ptr<ListListener> m_listListener;
 };

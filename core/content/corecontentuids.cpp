@@ -85,7 +85,7 @@ void ContentUids::follow(const DataMessage& message)
     for (const Orv::Data::TouchedChild& touched : message.touched) {
         const auto* const object = static_cast<const ContentObjectBase*>(touched.object.get());
         const bool isThere = object != nullptr && list != nullptr && object->getParent() == list;
-        const bool isKnown = m_uids.count(touched.address) != 0;
+        const bool isKnown = m_uids.contains(touched.address);
         if (object == nullptr)
             m_isStale = m_isStale || isKnown;
         else if (isKnown && !isThere)
@@ -115,7 +115,7 @@ void ContentUids::leave(const ContentObjectBase& object)
 void ContentUids::add(const BaseObject* object, Uid uid)
 {
     const auto known = m_uids.find(object);
-    if (known != m_uids.end() && known->second == uid)
+    if (known != m_uids.end() && known->value == uid)
         return;
     remove(object);
     m_uids.emplace(object, uid);
@@ -127,8 +127,8 @@ void ContentUids::remove(const BaseObject* object)
     const auto known = m_uids.find(object);
     if (known == m_uids.end())
         return;
-    const auto count = m_counts.find(known->second);
-    if (--count->second == 0)
+    const auto count = m_counts.find(known->value);
+    if (--count->value == 0)
         m_counts.erase(count);
     m_uids.erase(known);
 }

@@ -56,14 +56,14 @@ void TakenNames::add(const std::string& name)
 void TakenNames::remove(const std::string& name)
 {
     const auto counted = m_counts.find(name);
-    if (--counted->second != 0)
+    if (--counted->value != 0)
         return;
     m_counts.erase(counted);
     const auto numbered = numberedName(name);
     if (!numbered)
         return;
     const auto numbers = m_numbers.find(numbered->base);
-    Runs& runs = numbers->second;
+    Runs& runs = numbers->value;
     const auto run = std::prev(runs.upper_bound(numbered->number));
     const auto [first, last] = *run;
     runs.erase(run);
@@ -78,7 +78,7 @@ void TakenNames::remove(const std::string& name)
 std::size_t TakenNames::count(const std::string& name) const
 {
     const auto found = m_counts.find(name);
-    return found == m_counts.end() ? 0 : found->second;
+    return found == m_counts.end() ? 0 : found->value;
 }
 
 long long TakenNames::freeNumber(const std::string& base, long long number) const
@@ -86,8 +86,8 @@ long long TakenNames::freeNumber(const std::string& base, long long number) cons
     const auto numbers = m_numbers.find(base);
     if (numbers == m_numbers.end())
         return number;
-    const auto next = numbers->second.upper_bound(number);
-    if (next == numbers->second.begin() || std::prev(next)->second < number)
+    const auto next = numbers->value.upper_bound(number);
+    if (next == numbers->value.begin() || std::prev(next)->second < number)
         return number;
     return std::prev(next)->second + 1;
 }

@@ -3,12 +3,13 @@
 
 #include "data/containerlist.h"
 #include "data/datamessage.h"
+#include "data/densemap.h"
 #include "data/shadowobject.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/valuelistener.h"
 #include <cstdint>
-#include <unordered_map>
+#include <iterator>
 
 namespace Ksx::Core {
 
@@ -48,23 +49,23 @@ protected:
     void refill(const List& list)
     {
         while (!m_records.empty())
-            drop(m_records.begin());
+            drop(std::prev(m_records.end()));
         for (const Item& item : list)
             add(item);
     }
 
 private:
-    using Records = std::unordered_map<const Orv::Data::BaseObject*, Record>;
+    using Records = Orv::Data::DenseMap<const Orv::Data::BaseObject*, Record>;
 
     Follower& self() { return static_cast<Follower&>(*this); }
     void add(const Item& item)
     {
         const auto added = m_records.emplace(&item, Follower::read(item)).first;
-        self().enter(item, added->second);
+        self().enter(item, added->value);
     }
     void drop(typename Records::iterator place)
     {
-        self().leave(static_cast<const Item*>(place->first), place->second);
+        self().leave(static_cast<const Item*>(place->key()), place->value);
         m_records.erase(place);
     }
     void follow(const Orv::Data::TouchedChild& touched, const List& list)
@@ -77,10 +78,10 @@ private:
                 add(*item);
         } else if (!isThere) {
             drop(known);
-        } else if (Record present = Follower::read(*item); !(present == known->second)) {
-            self().leave(item, known->second);
-            known->second = std::move(present);
-            self().enter(*item, known->second);
+        } else if (Record present = Follower::read(*item); !(present == known->value)) {
+            self().leave(item, known->value);
+            known->value = std::move(present);
+            self().enter(*item, known->value);
         }
     }
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "data/attribute.h"
+#include "data/densemap.h"
 #include "editing/dictionary.h"
 #include "editing/itemindex.h"
 #include <algorithm>
 #include <cstddef>
-#include <unordered_map>
 #include <vector>
 
 namespace Ksx::Core {
@@ -31,7 +31,7 @@ public:
         const auto found = index->m_items.find(key);
         if (found == index->m_items.end())
             return nullptr;
-        return found->second.size() == 1 ? found->second.front() : firstOf(list, key);
+        return found->value.size() == 1 ? found->value.front() : firstOf(list, key);
     }
 
     // Returns all items of that key, in any order.
@@ -39,7 +39,7 @@ public:
     {
         if (const KeyIndex* index = list.size() < WorthIndexing ? nullptr : KeyIndex::of(list)) {
             const auto found = index->m_items.find(key);
-            return found == index->m_items.end() ? std::vector<const Item*>() : found->second;
+            return found == index->m_items.end() ? std::vector<const Item*>() : found->value;
         }
         std::vector<const Item*> items;
         for (const Item& item : list)
@@ -53,7 +53,7 @@ public:
     void leave(const Item* item, const Value& key)
     {
         const auto found = m_items.find(key);
-        auto& items = found->second;
+        auto& items = found->value;
         items.erase(std::find(items.begin(), items.end(), item));
         if (items.empty())
             m_items.erase(found);
@@ -70,7 +70,7 @@ private:
         return nullptr;
     }
 
-    std::unordered_map<Value, std::vector<const Item*>> m_items; // of a key, in any order
+    Orv::Data::DenseMap<Value, std::vector<const Item*>> m_items; // of a key, in any order
 };
 
 } // namespace Ksx::Core

@@ -90,7 +90,7 @@ NodeController* GraphController::nodeByUid(Uid uid) const
     if (!m_unordered.empty() && m_unordered.erase(uid) != 0)
         pickFirst(uid);
     const auto found = m_byUid.find(uid);
-    return found == m_byUid.end() ? nullptr : found->second;
+    return found == m_byUid.end() ? nullptr : found->value;
 }
 
 void GraphController::waitForNode(ConnectionController& connection)
@@ -126,13 +126,13 @@ void GraphController::pickFirst(Uid uid) const
     if (found == m_byUid.end() || first == last)
         return;
     for (NodeController* node : nodes()) {
-        if (node == found->second)
+        if (node == found->value)
             return;
         const auto other =
             std::find_if(first, last, [&](const auto& i) { return i.second == node; });
         if (other == last)
             continue;
-        std::swap(other->second, found->second);
+        std::swap(other->second, found->value);
         return;
     }
 }
@@ -233,7 +233,7 @@ void GraphController::leaveIndex(NodeController& node)
 {
     const auto found = m_byUid.find(node.m_enteredUid);
     const auto [first, last] = m_namesakes.equal_range(node.m_enteredUid);
-    if (found != m_byUid.end() && found->second != &node) {
+    if (found != m_byUid.end() && found->value != &node) {
         for (auto i = first; i != last; ++i) {
             if (i->second == &node) {
                 m_namesakes.erase(i);
@@ -241,7 +241,7 @@ void GraphController::leaveIndex(NodeController& node)
             }
         }
     } else if (found != m_byUid.end() && first != last) {
-        found->second = first->second;
+        found->value = first->second;
         m_namesakes.erase(first);
         m_unordered.insert(node.m_enteredUid);
     } else if (found != m_byUid.end()) {

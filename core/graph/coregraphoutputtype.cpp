@@ -136,10 +136,11 @@ GraphOutputTypes::GraphOutputTypes(const Graph& graph, Watch watch)
         if (const CompOutputBridge* bridge = bridgeOf(node))
             enter(node, bridge->output().get());
     // The sources of all outputs are looked for in one walk.
-    for (auto& [uid, output] : m_outputs) {
+    for (auto& entry : m_outputs) {
+        Output& output = entry.value;
         output.source = sourceOf(*nodeOf(output));
         if (output.source)
-            m_sources[*output.source].outputs.insert(uid);
+            m_sources[*output.source].outputs.insert(entry.key());
     }
     if (m_sources.empty())
         return;
@@ -157,10 +158,10 @@ unsigned GraphOutputTypes::typeOf(Uid uid) const
     const auto found = m_outputs.find(uid);
     if (found == m_outputs.end())
         return ColorImage;
-    const CompNode& node = *nodeOf(found->second);
+    const CompNode& node = *nodeOf(found->value);
     const CompOutputBridge* const bridge = bridgeOf(node);
     const auto source =
-        found->second.source ? m_sources.find(*found->second.source) : m_sources.end();
+        found->value.source ? m_sources.find(*found->value.source) : m_sources.end();
     if (source == m_sources.end())
         return storedType(bridge == nullptr ? 0 : bridge->connectionColorType().get());
     const CompNode* const feeding = source->second.node.get();
@@ -200,11 +201,11 @@ void GraphOutputTypes::follow(const Orv::Data::TouchedChild& touched, Affected& 
         affected.insert(bridgeOf(*node)->output().get());
         enter(*node, bridgeOf(*node)->output().get());
     } else if (!isThere && bridge != m_bridges.end()) {
-        affected.insert(bridge->second);
+        affected.insert(bridge->value);
         leave(address, node);
     }
     const auto known = m_sourceNodes.find(address);
-    const auto source = known != m_sourceNodes.end() ? m_sources.find(known->second)
+    const auto source = known != m_sourceNodes.end() ? m_sources.find(known->value)
                         : isThere                    ? m_sources.find(node->uid().get())
                                                      : m_sources.end();
     if (source == m_sources.end() || (isThere && known != m_sourceNodes.end()))
@@ -219,20 +220,20 @@ std::vector<Uid> GraphOutputTypes::nodeChanged(const CompNode& node)
     const auto bridge = m_bridges.find(&node);
     const CompOutputBridge* const present = bridgeOf(node);
     if (bridge != m_bridges.end()) {
-        affected.insert(bridge->second);
-        if (present == nullptr || present->output().get() != bridge->second)
+        affected.insert(bridge->value);
+        if (present == nullptr || present->output().get() != bridge->value)
             leave(&node, &node);
     }
-    if (present != nullptr && m_bridges.count(&node) == 0) {
+    if (present != nullptr && !m_bridges.contains(&node)) {
         affected.insert(present->output().get());
         enter(node, present->output().get());
     }
     const auto known = m_sourceNodes.find(&node);
     if (known != m_sourceNodes.end()) {
-        Source& source = m_sources.at(known->second);
+        Source& source = m_sources.at(known->value);
         affected.insert(source.outputs.begin(), source.outputs.end());
-        if (node.uid().get() != known->second)
-            findSource(Uid(known->second), source);
+        if (node.uid().get() != known->value)
+            findSource(Uid(known->value), source);
     }
     for (const Uid output : affected)
         updateSource(output);
@@ -252,7 +253,7 @@ void GraphOutputTypes::leave(const CompNode* address, const CompNode* node)
 {
     const bool didCount = counts(address);
     const auto bridge = m_bridges.find(address);
-    const Uid uid = bridge->second;
+    const Uid uid = bridge->value;
     m_bridges.erase(bridge);
     auto& nodes = m_outputs.at(uid).nodes;
     nodes.erase(std::find(nodes.begin(), nodes.end(), address));
@@ -269,8 +270,8 @@ void GraphOutputTypes::updateSource(Uid uid)
     const auto output = m_outputs.find(uid);
     if (output == m_outputs.end())
         return;
-    const std::optional<Uid> source = sourceOf(*nodeOf(output->second));
-    if (source == output->second.source)
+    const std::optional<Uid> source = sourceOf(*nodeOf(output->value));
+    if (source == output->value.source)
         return;
     unlinkSource(uid);
     if (source)
@@ -330,7 +331,7 @@ void GraphOutputTypes::setSourceNode(Uid uid, Source& source, const CompNode* no
 
 bool GraphOutputTypes::counts(const CompNode* node) const
 {
-    return m_bridges.count(node) != 0 || m_sourceNodes.count(node) != 0;
+    return m_bridges.contains(node) || m_sourceNodes.contains(node);
 }
 
 void GraphOutputTypes::changeCounting(const CompNode* node, bool didCount)

@@ -61,6 +61,7 @@ InputsController::InputList::Callbacks InputsController::callbacks()
         inputAboutToRemove(index);
         m_byIdentifier.remove(input);
         m_byUid.remove(input);
+        input.m_owner = nullptr;
     };
     callbacks.moved = [this] {
         m_byIdentifier.reorder();

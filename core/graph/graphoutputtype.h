@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/datapointerbox.h"
+#include "data/densemap.h"
 #include "ksx/core/uidsource.h"
 #include <functional>
 #include <optional>
@@ -83,10 +84,10 @@ private:
 
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
     Watch m_watch;
-    std::unordered_map<const Node*, Uid> m_bridges;     // the outputs to which nodes belong
-    std::unordered_map<Uid, Output> m_outputs;          // also those that no list has
-    std::unordered_map<Uid, Source> m_sources;          // by the uid of the node
-    std::unordered_map<const Node*, Uid> m_sourceNodes; // those that are there
+    Orv::Data::DenseMap<const Node*, Uid> m_bridges;     // the outputs to which nodes belong
+    Orv::Data::DenseMap<Uid, Output> m_outputs;          // also those that no list has
+    std::unordered_map<Uid, Source> m_sources;           // by the uid of the node
+    Orv::Data::DenseMap<const Node*, Uid> m_sourceNodes; // those that are there
 };
 
 } // namespace Ksx::Core

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "data/blocksums.h"
+#include "data/densemap.h"
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <memory>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -156,7 +156,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t BlockSize = 512; // at most
+    static constexpr std::size_t BlockSize = 256; // at most
 
     struct Place
     {
@@ -178,7 +178,7 @@ private:
     {
         void enter(Pointer pointer, Block* block) { blocks[pointer] = block; }
         void leave(Pointer pointer) { blocks.erase(pointer); }
-        std::unordered_map<Pointer, Block*> blocks;
+        DenseMap<Pointer, Block*> blocks;
     };
     struct NoFinder
     {
@@ -204,7 +204,7 @@ private:
             const auto found = finder.blocks.find(pointer);
             if (found == finder.blocks.end())
                 return size;
-            return sums.before(found->second->number) + offsetOf(found->second->values, pointer);
+            return sums.before(found->value->number) + offsetOf(found->value->values, pointer);
         }
         void insert(std::size_t index, T value)
         {

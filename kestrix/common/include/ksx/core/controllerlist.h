@@ -5,6 +5,7 @@
 #include "data/changeevent.h"
 #include "data/containerlist.h"
 #include "data/datamessage.h"
+#include "data/densemap.h"
 #include "data/row.h"
 #include "data/shadowobject.h"
 #include "ksx/core/edit.h"
@@ -74,7 +75,7 @@ public:
             for (const Place& place : m_places)
                 m_byItem.emplace(place.item, place.controller.get());
         const auto found = m_byItem.find(&item);
-        return found == m_byItem.end() ? nullptr : found->second;
+        return found == m_byItem.end() ? nullptr : found->value;
     }
     // Destroys all controllers, without calling anything.
     void clear()
@@ -199,7 +200,7 @@ private:
 
     Callbacks m_callbacks;
     Orv::Data::Row<Place> m_places;
-    std::unordered_map<const Item*, Controller*> m_byItem; // empty until somebody asks
+    Orv::Data::DenseMap<const Item*, Controller*> m_byItem; // empty until somebody asks
     bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 

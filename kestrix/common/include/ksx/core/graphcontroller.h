@@ -1,6 +1,7 @@
 // What every kind of graph offers to commands: its nodes and the connections between them.
 #pragma once
 
+#include "data/densemap.h"
 #include "data/securedobject.h"
 #include "ksx/core/lazysignal.h"
 #include "ksx/core/uidsource.h"
@@ -8,7 +9,6 @@
 #include <cstdint>
 #include <map>
 #include <set>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -110,7 +110,7 @@ private:
     // Connects what names a uid that several nodes have to the first of them.
     void settleNamesakes(Uid uid, Orv::Core::ManipulatorContext* context);
 
-    mutable std::unordered_map<Uid, NodeController*> m_byUid;
+    mutable Orv::Data::DenseMap<Uid, NodeController*> m_byUid;
     mutable std::multimap<Uid, NodeController*> m_namesakes; // with a uid that an earlier node has
     mutable std::set<Uid> m_unordered; // of several nodes, of which the first is to be found
     std::map<std::pair<Uid, std::uint64_t>, ConnectionController*> m_waiting;

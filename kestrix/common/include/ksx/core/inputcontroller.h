@@ -66,6 +66,8 @@ private:
 
     Orv::Data::DataPointerBox<Data::Content::ParamInput> m_input;
     InputsController* m_owner = nullptr; // hears of other keys first; null without one
+    std::string m_knownIdentifier;       // these two are the keys that the owner knows
+    Uid m_knownUid = NoUid;
     Listener m_identifierListener{*this, &InputController::onIdentifier};
     Listener m_uidListener{*this, &InputController::onUid};
     Listener m_labelListener{*this, &InputController::onLabel};

@@ -64,8 +64,9 @@ private:
     void onKeys(InputController& input); // its identifier or uid has changed
 
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
-    mutable ControllerIndex<std::string, InputController> m_byIdentifier;
-    mutable ControllerIndex<Uid, InputController> m_byUid;
+    mutable ControllerIndex<std::string, InputController, &InputController::m_knownIdentifier>
+        m_byIdentifier;
+    mutable ControllerIndex<Uid, InputController, &InputController::m_knownUid> m_byUid;
     InputList m_inputs;
 };
 

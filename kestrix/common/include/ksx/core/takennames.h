@@ -1,10 +1,10 @@
 // The names of a list, and the numbers that are free behind them.
 #pragma once
 
+#include "data/densemap.h"
 #include <cstddef>
 #include <map>
 #include <string>
-#include <unordered_map>
 
 namespace Ksx::Core {
 
@@ -28,8 +28,8 @@ public:
 private:
     using Runs = std::map<long long, long long>; // of taken numbers, the first and the last of each
 
-    std::unordered_map<std::string, std::size_t> m_counts;
-    std::unordered_map<std::string, Runs> m_numbers; // by the text before "_"
+    Orv::Data::DenseMap<std::string, std::size_t> m_counts;
+    Orv::Data::DenseMap<std::string, Runs> m_numbers; // by the text before "_"
 };
 
 } // namespace Ksx::Core
