@@ -1,0 +1,69 @@
+// Work on several threads whose results come in the order in which it was ordered.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace Orv::Core {
+
+// Returns on how many cores this process may run, at least 1.
+unsigned availableCores();
+
+// Begins tasks in the order in which they were added, as many at a time as there are workers.
+// Belongs to the thread that made it, which adds tasks and waits for them. As long as there is not
+// more than one unfinished task, and with fewer than two workers, no thread is started: finish()
+// runs the task itself.
+class OrderedTasks
+{
+public:
+    using Task = std::function<void()>;
+
+    explicit OrderedTasks(unsigned workers);
+    OrderedTasks(const OrderedTasks&) = delete;
+    OrderedTasks& operator=(const OrderedTasks&) = delete;
+    // Drops tasks that have not begun, and waits for the others.
+    ~OrderedTasks();
+
+    void add(Task task);
+    // Returns the number of tasks that have been added and not been finished.
+    std::size_t size() const { return m_unfinished.size(); }
+    // Waits until the first of the unfinished tasks has ended. There must be one. Throws what the
+    // task threw; the task counts as finished then, too.
+    void finish();
+
+    // Called by a task: waits until all tasks before it have ended, so that what follows happens in
+    // the order of the tasks. Returns at once where no task is running.
+    static void awaitTurn();
+
+private:
+    struct Job
+    {
+        OrderedTasks& owner;
+        Task task;
+        bool hasEnded = false;
+        std::exception_ptr failure = nullptr;
+    };
+
+    void start();
+    void work();
+    void run(Job& job);
+    void waitForTurn(const Job& job);
+
+    static thread_local const Job* s_current; // of this thread; null if it runs none
+
+    const std::size_t m_workers;
+    std::vector<std::thread> m_threads;
+    std::mutex m_mutex; // guards all below
+    std::condition_variable m_changed;
+    std::deque<Job> m_unfinished; // a job does not move while others come and go at the ends
+    std::size_t m_begun = 0;      // of the unfinished ones
+    bool m_isClosing = false;
+};
+
+} // namespace Orv::Core
