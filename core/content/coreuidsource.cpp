@@ -1,5 +1,6 @@
 #include "ksx/core/uidsource.h"
 
+#include "core/orderedtasks.h"
 #include <QRandomGenerator>
 #include <QUuid>
 #include <utility>
@@ -60,6 +61,7 @@ void UidSource::setRandom(Random random)
 
 QUuid UidSource::uuid()
 {
+    Orv::Core::OrderedTasks::awaitTurn();
     const std::uint32_t a = randomNumber();
     const std::uint32_t b = randomNumber();
     const std::uint32_t c = randomNumber();
@@ -87,6 +89,7 @@ Uid UidSource::draw()
 
 Uid UidSource::next(const IsTaken& isTaken)
 {
+    Orv::Core::OrderedTasks::awaitTurn();
     Uid uid = draw();
     while (uid == NoUid || (isTaken && isTaken(uid)))
         uid += draw() & StepMask;

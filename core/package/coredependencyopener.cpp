@@ -1,6 +1,7 @@
 #include "ksx/core/dependencyopener.h"
 
 #include "core/fileplace.h"
+#include "core/messagenode.h"
 #include "data/content/package.h"
 #include "data/xmlvalueconverter.h"
 #include "ksx/core/packagereader.h"
@@ -9,18 +10,59 @@
 #include <QSet>
 #include <QUrl>
 #include <boost/functional/hash.hpp>
+#include <algorithm>
+#include <deque>
+#include <iterator>
+#include <memory>
 
 namespace Ksx::Core {
 
 namespace {
 
+using Data::Content::Package;
+using Orv::Core::MessageNode;
+
 const char* const PresetsPrefix = "obl://";
+constexpr std::size_t ReadingsPerWorker = 2; // at most, begun and not yet attached
 
 std::list<QDir> presetsDirectories(const QStringList& paths)
 {
     if (paths.isEmpty())
         return {QDir(Orv::Core::currentFolder())};
     return {paths.begin(), paths.end()};
+}
+
+// A package file that is read ahead of its turn.
+struct ReadAhead
+{
+    QString filename;
+    std::unique_ptr<MessageNode> report = nullptr; // null if nobody wants one
+    std::unique_ptr<Package> package = nullptr;
+};
+
+void moveMessages(MessageNode& from, MessageNode& to)
+{
+    while (!from.children().empty())
+        to.attach(*from.children().front());
+}
+
+void makeCanonical(QString& filename)
+{
+    const QString canonical = Orv::Core::canonicalPath(filename);
+    if (!canonical.isEmpty())
+        filename = canonical;
+}
+
+// Finds the package of an entry among those that are open, and the name of its file in any case.
+bool findPackage(PackagesListManager::DependencyEntry& entry, const LoadedEntries& loaded)
+{
+    if (entry.package)
+        return true;
+    makeCanonical(entry.filename);
+    const auto* const other = loaded.findByFile(entry.filename);
+    if (other != nullptr)
+        entry.package = other->package;
+    return other != nullptr;
 }
 
 } // namespace
@@ -55,46 +97,101 @@ bool LoadedEntries::add(const Entry& entry)
 // One call of open().
 struct DependencyOpener::Opening
 {
-    Orv::Core::MessageNode* report;
+    // Waits for a file that is read ahead. Returns false if that is another one.
+    bool takeRead(const QString& filename, std::unique_ptr<Data::Content::Package>& package);
+
+    MessageNode* report;
     std::vector<Failure>& failures;
-    bool isOfDependencies = false;
+    unsigned workers;
+    std::size_t fileCount; // of the files that were asked for
+    std::size_t visitedCount = 0;
     LoadedEntries loaded = {};
-    std::list<Entry> pending = {};
+    std::list<Entry> pending = {}; // these files, and dependencies behind them
     // A package depends on the same files whoever asks, unless it is known by another file name.
-    QSet<QPair<const Data::Content::Package*, QString>> followed = {};
+    QSet<QPair<const Package*, QString>> followed = {};
+
+    std::size_t aheadCount = 0;          // of the pending entries that readAhead() has looked at
+    QSet<QString> expected = {};         // all files that were or are read ahead
+    std::deque<ReadAhead> readings = {}; // a reading does not move while others come and go
+    // One for each reading, and destroyed before them.
+    Orv::Core::OrderedTasks tasks{workers};
 };
+
+bool DependencyOpener::Opening::takeRead(const QString& filename,
+                                         std::unique_ptr<Data::Content::Package>& package)
+{
+    if (readings.empty() || readings.front().filename != filename)
+        return false;
+    tasks.finish();
+    package = std::move(readings.front().package);
+    if (report != nullptr)
+        moveMessages(*readings.front().report, *report);
+    readings.pop_front();
+    return true;
+}
 
 DependencyOpener::DependencyOpener(PackagesListManager& manager, const QStringList& presetsPaths,
                                    OnFailure onFailure)
     : m_manager(manager), m_presetsPaths(presetsPaths), m_onFailure(onFailure)
 {}
 
-bool DependencyOpener::open(const QStringList& paths, Orv::Core::MessageNode* report)
+bool DependencyOpener::open(const QStringList& paths, MessageNode* report)
 {
     m_failures.clear();
-    Opening opening{report, m_failures};
-    const bool stops = m_onFailure == OnFailure::Stop;
+    Opening opening{report, m_failures, m_workers, static_cast<std::size_t>(paths.size())};
     for (const QString& path : paths) {
-        Entry entry;
-        entry.filename = path;
-        if (!visit(opening, std::move(entry)) && stops)
-            return false;
+        opening.pending.emplace_back();
+        opening.pending.back().filename = path;
     }
-    opening.isOfDependencies = true;
-    for (; !opening.pending.empty(); opening.pending.pop_front())
-        if (!visit(opening, opening.pending.front()) && stops)
+    while (!opening.pending.empty())
+        if (!visit(opening) && m_onFailure == OnFailure::Stop)
             return false;
     m_manager.finishLoading(opening.loaded.all());
     return m_failures.empty();
 }
 
-bool DependencyOpener::visit(Opening& opening, Entry entry) const
+// Lets the workers begin with the files that will be read next.
+void DependencyOpener::readAhead(Opening& opening) const
 {
-    if (!openEntry(entry, opening.loaded, opening.report)) {
-        opening.failures.push_back({entry.filename, opening.isOfDependencies});
-        return false;
+    const std::size_t most = m_workers < 2 ? 0 : ReadingsPerWorker * m_workers;
+    auto next = std::next(opening.pending.begin(), static_cast<std::ptrdiff_t>(opening.aheadCount));
+    for (; opening.readings.size() < most && next != opening.pending.end(); ++next) {
+        ++opening.aheadCount;
+        if (next->package)
+            continue;
+        makeCanonical(next->filename);
+        if (opening.expected.contains(next->filename) ||
+            opening.loaded.findByFile(next->filename) != nullptr)
+            continue;
+        opening.expected.insert(next->filename);
+        ReadAhead& reading = opening.readings.emplace_back();
+        reading.filename = next->filename;
+        if (opening.report != nullptr)
+            reading.report = std::make_unique<MessageNode>();
+        opening.tasks.add(
+            [this, &reading] { reading.package = read(reading.filename, reading.report.get()); });
     }
-    const QPair<const Data::Content::Package*, QString> place(entry.package.get(), entry.filename);
+}
+
+// Opens the first pending entry.
+bool DependencyOpener::visit(Opening& opening) const
+{
+    readAhead(opening);
+    Entry entry = std::move(opening.pending.front());
+    opening.pending.pop_front();
+    opening.aheadCount -= std::min<std::size_t>(opening.aheadCount, 1);
+    const bool isDependency = opening.visitedCount++ >= opening.fileCount;
+    if (!findPackage(entry, opening.loaded)) {
+        std::unique_ptr<Package> package;
+        if (!opening.takeRead(entry.filename, package))
+            package = read(entry.filename, opening.report);
+        if (package == nullptr) {
+            opening.failures.push_back({entry.filename, isDependency});
+            return false;
+        }
+        entry.package = m_manager.keep(std::move(package));
+    }
+    const QPair<const Package*, QString> place(entry.package.get(), entry.filename);
     if (opening.loaded.add(entry) && m_followsDependencies && !opening.followed.contains(place)) {
         opening.followed.insert(place);
         opening.pending.splice(opening.pending.end(), m_manager.dependenciesOf(entry));
@@ -103,26 +200,24 @@ bool DependencyOpener::visit(Opening& opening, Entry entry) const
 }
 
 bool DependencyOpener::openEntry(Entry& entry, const LoadedEntries& loaded,
-                                 Orv::Core::MessageNode* report) const
+                                 MessageNode* report) const
 {
-    if (entry.package)
+    if (findPackage(entry, loaded))
         return true;
-    const QString canonical = Orv::Core::canonicalPath(entry.filename);
-    if (!canonical.isEmpty())
-        entry.filename = canonical;
-    if (const Entry* other = loaded.findByFile(entry.filename)) {
-        entry.package = other->package;
-        return true;
-    }
-    const Orv::Data::XmlValueConverterURLPrefixReplacement presets(
-        PresetsPrefix, presetsDirectories(m_presetsPaths));
-    const PackageReader::Converters converters{&presets};
-    auto package = PackageReader::open(QUrl::fromLocalFile(entry.filename), report, {}, {},
-                                       &converters, nullptr, true);
+    auto package = read(entry.filename, report);
     if (package == nullptr)
         return false;
     entry.package = m_manager.keep(std::move(package));
     return true;
+}
+
+std::unique_ptr<Package> DependencyOpener::read(const QString& filename, MessageNode* report) const
+{
+    const Orv::Data::XmlValueConverterURLPrefixReplacement presets(
+        PresetsPrefix, presetsDirectories(m_presetsPaths));
+    const PackageReader::Converters converters{&presets};
+    return PackageReader::open(QUrl::fromLocalFile(filename), report, {}, {}, &converters, nullptr,
+                               true);
 }
 
 } // namespace Ksx::Core

@@ -1,11 +1,13 @@
 // Opens packages with everything that they depend on.
 #pragma once
 
+#include "core/orderedtasks.h"
 #include "ksx/core/packageslistmanager.h"
 #include <QHash>
 #include <QStringList>
 #include <initializer_list>
 #include <list>
+#include <memory>
 #include <unordered_set>
 #include <vector>
 
@@ -50,6 +52,10 @@ private:
 // Opens package files and then their dependencies, breadth first and each file once, and attaches
 // the packages to a manager's list. Prints nothing. The manager must outlive the opener. An opener
 // belongs to the thread of its manager. It may be used for one opening after another.
+//
+// Files are read by worker threads, some files ahead. Whatever their number, the result is the same:
+// packages, reports, failures and their order, and the order in which uids are given. Readers and
+// updaters that a program has added, and sinks of the diagnostic log, are called in these threads.
 class DependencyOpener
 {
 public:
@@ -75,6 +81,9 @@ public:
 
     // Without dependencies only the files themselves are opened.
     void setFollowsDependencies(bool follows) { m_followsDependencies = follows; }
+    // How many threads read files, at first as many as the process may use cores. With fewer than
+    // two, and for a single file, the thread of the opener reads.
+    void setWorkers(unsigned workers) { m_workers = workers; }
 
     // Opens the files and attaches them. Returns false if a file failed. The reasons are written
     // below `report`, which may be null. A file that an earlier opening attached is attached again.
@@ -91,11 +100,15 @@ public:
 private:
     struct Opening;
 
-    bool visit(Opening& opening, Entry entry) const;
+    bool visit(Opening& opening) const;
+    void readAhead(Opening& opening) const;
+    std::unique_ptr<Data::Content::Package> read(const QString& filename,
+                                                 Orv::Core::MessageNode* report) const;
 
     PackagesListManager& m_manager;
     QStringList m_presetsPaths;
     OnFailure m_onFailure;
+    unsigned m_workers = Orv::Core::availableCores();
     bool m_followsDependencies = true;
     std::vector<Failure> m_failures;
 };

@@ -15,7 +15,8 @@ using Uid = std::uint32_t;
 constexpr Uid NoUid = 0xFFFFFFFFu;
 
 // Uids are the time in seconds plus a counter, in wrapping 32-bit arithmetic: so they differ
-// between runs and between uses, and need no other randomness.
+// between runs and between uses, and need no other randomness. Where packages are read on several
+// threads, uids are given in the order of the packages, one package after the other.
 class UidSource
 {
 public:
