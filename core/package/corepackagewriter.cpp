@@ -8,6 +8,7 @@
 #include "data/xmldatawriter.h"
 #include "data/xmlvalueconverter.h"
 #include "ksx/core/plainroute.h"
+#include "package/packagefile.h"
 #include "reading/extensionregistry.h"
 #include <QFileInfo>
 #include <QUrl>
@@ -20,24 +21,6 @@ using Data::Content::Package;
 using Orv::Core::Version;
 
 const QString PresetsScheme = QStringLiteral("obl://");
-
-void stamp(const Package& package, const QString& path)
-{
-    Version format;
-    Version updater;
-    const ExtensionRegistry& registry = ExtensionRegistry::instance();
-    const auto* newest = registry.newestUpdater();
-    if (newest != nullptr && registry.importerFor(QUrl::fromLocalFile(path)) != nullptr) {
-        format = newest->formatVersion();
-        updater = newest->updaterVersion();
-    }
-    editPlainly([&](Orv::Core::ManipulatorContext& context) {
-        const Orv::Core::ManipulatorStruct<Package> manipulator(package, context);
-        manipulator.formatVersion().set(Orv::toBytes(format.toString()));
-        manipulator.updaterVersion().set(Orv::toBytes(updater.toString()));
-        return true;
-    });
-}
 
 bool isBelow(const QString& path, const QString& folder)
 {
@@ -119,10 +102,27 @@ QString relativeToPresets(const QDir& fileDir, const QDir& presetsDir, const QSt
     return fileDir.relativeFilePath(value);
 }
 
-bool savePackage(const Package& package, const QString& path, const QDir& presetsDir,
-                 QString* keptCopy)
+void stampPackage(const Package& package, const QString& path)
 {
-    stamp(package, path);
+    Version format;
+    Version updater;
+    const ExtensionRegistry& registry = ExtensionRegistry::instance();
+    const auto* newest = registry.newestUpdater();
+    if (newest != nullptr && registry.importerFor(QUrl::fromLocalFile(path)) != nullptr) {
+        format = newest->formatVersion();
+        updater = newest->updaterVersion();
+    }
+    editPlainly([&](Orv::Core::ManipulatorContext& context) {
+        const Orv::Core::ManipulatorStruct<Package> manipulator(package, context);
+        manipulator.formatVersion().set(Orv::toBytes(format.toString()));
+        manipulator.updaterVersion().set(Orv::toBytes(updater.toString()));
+        return true;
+    });
+}
+
+bool writePackage(const Package& package, const QString& path, const QDir& presetsDir,
+                  QString* keptCopy)
+{
     const QString file = Orv::Core::realPath(path);
     Orv::Core::FileSaver saver(file);
     const bool isSaved = saver.open(QIODevice::WriteOnly) &&
@@ -130,6 +130,13 @@ bool savePackage(const Package& package, const QString& path, const QDir& preset
     if (keptCopy != nullptr)
         *keptCopy = saver.keptCopy();
     return isSaved;
+}
+
+bool savePackage(const Package& package, const QString& path, const QDir& presetsDir,
+                 QString* keptCopy)
+{
+    stampPackage(package, path);
+    return writePackage(package, path, presetsDir, keptCopy);
 }
 
 } // namespace Ksx::Core
