@@ -6,7 +6,6 @@
 #include "data/filename.h"
 #include "ksx/core/filereferences.h"
 #include "ksx/core/packageslistmanager.h"
-#include "ksx/core/packagewriter.h"
 #include <QDir>
 #include <algorithm>
 
@@ -39,16 +38,21 @@ void printFailure(const QString& target)
 
 } // namespace
 
-bool savePackageTo(const QString& target, const Package& package, const QString& presetsDirectory)
+bool isSaved(const Ksx::Core::PackageSaver::Result& result, const QString& target)
 {
-    QString keptCopy;
-    if (Ksx::Core::savePackage(package, target, QDir(Orv::Core::absolutePath(presetsDirectory)),
-                               &keptCopy))
+    if (result.isSaved)
         return true;
     printFailure(target);
-    if (!keptCopy.isNull())
-        printError(QStringLiteral("Error! The former file is kept as: ") + keptCopy);
+    if (!result.keptCopy.isNull())
+        printError(QStringLiteral("Error! The former file is kept as: ") + result.keptCopy);
     return false;
+}
+
+bool savePackageTo(const QString& target, const Package& package, const QString& presetsDirectory)
+{
+    Ksx::Core::PackageSaver saver(QDir(Orv::Core::absolutePath(presetsDirectory)));
+    saver.add(package, target);
+    return isSaved(saver.next(), target);
 }
 
 bool saveEditedPackageTo(const QString& target, const Package& package,

@@ -1,6 +1,7 @@
 // Saves packages; what all commands end with.
 #pragma once
 
+#include "ksx/core/packagesaver.h"
 #include <QString>
 
 namespace Ksx::Core {
@@ -10,6 +11,9 @@ class PackagesListManager;
 namespace Ksx::Data::Content {
 class Package;
 } // namespace Ksx::Data::Content
+
+// Returns true if the package was saved. Returns false after an error line.
+bool isSaved(const Ksx::Core::PackageSaver::Result& result, const QString& target);
 
 // Writes the package to `target`. Returns false after an error line.
 bool savePackageTo(const QString& target, const Ksx::Data::Content::Package& package,

@@ -1,6 +1,7 @@
 #include "programcommand/update.h"
 
 #include "console.h"
+#include "core/fileplace.h"
 #include "data/content/package.h"
 #include "ksx/core/packageslistmanager.h"
 #include "packageloading.h"
@@ -84,19 +85,25 @@ int Update::execute(const ParsedOptions&, const VariablesMap& variables)
 bool Update::savePackages(const VariablesMap& variables, const QString& presetsPath) const
 {
     auto& manager = *m_services->packagesListManager();
-    bool isSaved = true;
+    Ksx::Core::PackageSaver saver(QDir(Orv::Core::absolutePath(presetsPath)));
+    QStringList targets;
     for (const PackageBox& package : manager.openPackages()) {
-        const QString target = targetOf(QFileInfo(manager.filePath(*package)), variables);
+        targets << targetOf(QFileInfo(manager.filePath(*package)), variables);
+        if (!targets.back().isEmpty())
+            saver.add(*package, targets.back());
+    }
+    bool areSaved = true;
+    for (const QString& target : targets) {
         if (target.isEmpty()) {
             printError(QStringLiteral("Error! Output name empty"));
-            isSaved = false;
-        } else if (savePackageTo(target, *package, presetsPath)) {
+            areSaved = false;
+        } else if (isSaved(saver.next(), target)) {
             printLine(Indent + target);
         } else {
-            isSaved = false;
+            areSaved = false;
         }
     }
-    return isSaved;
+    return areSaved;
 }
 
 } // namespace ProgramCommand

@@ -13,6 +13,7 @@ using TestSupport::caseName;
 using TestSupport::replaced;
 using TestSupport::runTool;
 using TestSupport::TemporaryDirectory;
+using TestSupport::Tool;
 using TestSupport::ToolRun;
 using TestSupport::withOwnUidHidden;
 
@@ -31,6 +32,30 @@ protected:
         return runTool(where, arguments);
     }
     std::string at(const std::string& name) const { return directory.path(name); }
+
+    // Packages "p0.obl" and so on, each with a dependency on one that is no input: their names.
+    Arguments writeLibrary(int count) const
+    {
+        Arguments names;
+        for (int i = 0; i < count; ++i) {
+            const std::string number = std::to_string(i);
+            names.push_back("p" + number + ".obl");
+            directory.write(
+                names.back(),
+                aPackage().named("p" + number).dependingOn("q" + number + ".obl", 7).text());
+            directory.write("q" + number + ".obl", aPackage().named("q" + number).text());
+        }
+        return names;
+    }
+    // What became of these packages and their dependencies.
+    std::string allUpdated(int count) const
+    {
+        std::string bytes;
+        for (int i = 0; i < count; ++i)
+            bytes += directory.read("p" + std::to_string(i) + "_updated.obl") +
+                     directory.read("q" + std::to_string(i) + "_updated.obl");
+        return TestSupport::withDependencyUidsHidden(bytes);
+    }
 
     TemporaryDirectory directory;
 };
@@ -64,6 +89,35 @@ TEST_F(UpdateCommand, ReadsTheConfigurationsInsideOthersOfAnOldPackage)
 
     EXPECT_EQ(run.exitCode, 0) << run;
     EXPECT_EQ(directory.read("a_updated.obl"), replaced(text, none, current));
+}
+
+TEST_F(UpdateCommand, DoesTheSameOnOneCoreAsOnAll)
+{
+    const Arguments packages = writeLibrary(30);
+    const ToolRun onAll = update(packages);
+    const std::string written = allUpdated(30);
+
+    Arguments again = packages;
+    again.insert(again.begin(), "update");
+    const ToolRun onOne = Tool(directory.path()).onOneCore().run(again);
+
+    EXPECT_EQ(onAll.exitCode, 0) << onAll;
+    EXPECT_EQ(onOne.exitCode, 0) << onOne;
+    EXPECT_EQ(onOne.out, onAll.out);
+    EXPECT_EQ(onOne.err, onAll.err);
+    EXPECT_EQ(allUpdated(30), written);
+}
+
+TEST_F(UpdateCommand, NamesTheFirstFileThatFailsOnAllCores)
+{
+    Arguments packages = writeLibrary(30);
+    directory.write("p7.obl", "no package");
+    directory.write("p9.obl", "no package");
+
+    const ToolRun run = update(packages);
+
+    EXPECT_EQ(run.exitCode, 1) << run;
+    EXPECT_EQ(run.err, "Cannot load: " + at("p7.obl") + "\nPackages cannot be correctly loaded\n");
 }
 
 TEST_F(UpdateCommand, WritesOneLineThatEndsWithALineFeed)

@@ -9,6 +9,7 @@
 #include <grp.h>
 #include <ostream>
 #include <poll.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -77,6 +78,20 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts)
     return pointers;
 }
 
+// Leaves the process the first of its cores.
+bool stayOnOneCore()
+{
+    cpu_set_t cores;
+    if (sched_getaffinity(0, sizeof cores, &cores) != 0)
+        return false;
+    int first = 0;
+    while (!CPU_ISSET(first, &cores))
+        ++first;
+    CPU_ZERO(&cores);
+    CPU_SET(first, &cores);
+    return sched_setaffinity(0, sizeof cores, &cores) == 0;
+}
+
 bool dropRights()
 {
     return setgroups(0, nullptr) == 0 && setgid(NobodyId) == 0 && setuid(NobodyId) == 0;
@@ -119,7 +134,13 @@ Tool& Tool::withoutRootRights()
 Tool& Tool::withFaults(const std::string& plan)
 {
     m_hasFaults = true;
-    return withEnvironment("FAULTS", plan);
+    return onOneCore().withEnvironment("FAULTS", plan);
+}
+
+Tool& Tool::onOneCore()
+{
+    m_isOnOneCore = true;
+    return *this;
 }
 
 Tool& Tool::withOutputTo(const std::string& path)
@@ -149,7 +170,8 @@ bool Tool::prepare(int out, int err) const
     const int output = m_output.empty() ? out : open(m_output.c_str(), O_WRONLY);
     return dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
            dup2(err, STDERR_FILENO) >= 0 && (m_closedStream < 0 || close(m_closedStream) == 0) &&
-           (!m_dropsRights || dropRights()) && chdir(m_directory.c_str()) == 0 &&
+           (!m_isOnOneCore || stayOnOneCore()) && (!m_dropsRights || dropRights()) &&
+           chdir(m_directory.c_str()) == 0 &&
            (!m_deletesDirectory || rmdir(m_directory.c_str()) == 0);
 }
 

@@ -34,7 +34,9 @@ public:
     Tool& withEnvironment(const std::string& name, const std::string& value);
     // As a user without rights, if the test itself has those of root.
     Tool& withoutRootRights();
-    // Its calls of the system fail as tests/support/faults/faults.cpp says.
+    // On one core the tool has no worker threads.
+    Tool& onOneCore();
+    // Its calls of the system, which one thread makes, fail as tests/support/faults/faults.cpp says.
     Tool& withFaults(const std::string& plan);
     // Standard output goes to that file, which is there, and is none of the run's texts.
     Tool& withOutputTo(const std::string& path);
@@ -57,6 +59,7 @@ private:
     std::map<std::string, std::string> m_environment;
     std::string m_output;
     int m_closedStream = -1;
+    bool m_isOnOneCore = false;
     bool m_dropsRights = false;
     bool m_hasFaults = false;
     bool m_deletesDirectory = false;
