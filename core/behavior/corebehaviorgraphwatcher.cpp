@@ -34,56 +34,6 @@ InterfaceItems outputsOf(const Graph& graph)
     return items;
 }
 
-// On the nodes that count. One of the first priority keeps the types right before anybody asks for
-// them, and one of the behaviours' writes what has become of them.
-template <std::uint16_t P>
-class GraphWatcher::NodeListener final
-    : public Orv::Core::ListenerSimple<P, ChangeType::Descendant, Orv::Data::MessageMask::Content>
-{
-public:
-    explicit NodeListener(GraphWatcher& owner) : m_owner(owner) {}
-    void deliver(const DataMessage& message) override
-    {
-        if constexpr (P == Stage::Mirror)
-            m_owner.updateNode(message);
-        else
-            m_owner.followTypes(message);
-    }
-
-private:
-    GraphWatcher& m_owner;
-};
-
-// The same two on the list of nodes.
-template <std::uint16_t P>
-class GraphWatcher::NodeListListener final
-    : public Orv::Core::ListenerSimple<P, ChangeType::Inserted | ChangeType::Erased>
-{
-public:
-    explicit NodeListListener(GraphWatcher& owner) : m_owner(owner) {}
-    void deliver(const DataMessage& message) override
-    {
-        if constexpr (P == Stage::Mirror)
-            m_owner.updateNodes(message);
-        else
-            m_owner.followTypes(message);
-    }
-
-private:
-    GraphWatcher& m_owner;
-};
-
-struct GraphWatcher::Listeners
-{
-    explicit Listeners(GraphWatcher& owner)
-        : nodeUpdate(owner), node(owner), nodesUpdate(owner), nodes(owner)
-    {}
-    NodeListener<Stage::Mirror> nodeUpdate;
-    NodeListener<Stage::Repair> node;
-    NodeListListener<Stage::Mirror> nodesUpdate;
-    NodeListListener<Stage::Repair> nodes;
-};
-
 void GraphWatcher::watch(const Graph& graph)
 {
     const Orv::Data::ShadowObject* const shadow = graph.graphOutputs().shadow();
@@ -95,7 +45,7 @@ void GraphWatcher::watch(const Graph& graph)
 }
 
 GraphWatcher::GraphWatcher(const Graph& graph)
-    : m_graph(&graph), m_listeners(std::make_unique<Listeners>(*this)),
+    : m_graph(&graph),
       m_types(graph, [this](const CompNode& node, bool counts) { watchNode(node, counts); }),
       m_inputs(graph.paraminputs(), &describeInput),
       m_outputs(graph.graphOutputs(), [this](const BaseObject& object) {
@@ -104,20 +54,18 @@ GraphWatcher::GraphWatcher(const Graph& graph)
           return InterfaceItem{uid, m_types.typeOf(uid), output.identifier().get()};
       })
 {
-    listenTo(graph.compNodes(), m_listeners->nodesUpdate);
-    listenTo(graph.compNodes(), m_listeners->nodes);
+    listenTo(graph.compNodes(), m_nodesUpdate);
+    listenTo(graph.compNodes(), m_nodes);
 }
-
-GraphWatcher::~GraphWatcher() = default;
 
 void GraphWatcher::watchNode(const CompNode& node, bool counts)
 {
     if (counts) {
-        listenTo(node, m_listeners->nodeUpdate);
-        listenTo(node, m_listeners->node);
+        listenTo(node, m_nodeUpdate);
+        listenTo(node, m_node);
     } else if (Orv::Data::ShadowObject* shadow = node.shadow()) {
-        shadow->removeListener(m_listeners->nodeUpdate);
-        shadow->removeListener(m_listeners->node);
+        shadow->removeListener(m_nodeUpdate);
+        shadow->removeListener(m_node);
     }
 }
 

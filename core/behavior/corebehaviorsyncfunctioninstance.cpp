@@ -9,9 +9,9 @@
 #include "data/content/functionmanipulators.h"
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/objecturl.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <functional>
 
 namespace Ksx::Core::Behavior {

@@ -3,7 +3,6 @@
 #include "content/contentwalk.h"
 #include "content/nodekind.h"
 #include "core/manipulatorcontext.h"
-#include "data/changeevent.h"
 #include "data/content/function.h"
 #include "data/content/graph.h"
 #include "data/content/group.h"
@@ -142,14 +141,6 @@ void DataNotifier::attachTo(const BaseObject& root)
         context.addListener(root, *this);
         return true;
     });
-}
-
-const Orv::Data::ListenerFilter& DataNotifier::getFilter() const
-{
-    using Orv::Data::ChangeType;
-    static constexpr Orv::Data::ListenerFilter filter{ChangeType::Descendant | ChangeType::Inserted,
-                                                      Orv::Data::MessageMask::All, 0};
-    return filter;
 }
 
 void DataNotifier::deliver(const Orv::Data::DataMessage& message)

@@ -9,8 +9,8 @@
 #include "data/datapointerbox.h"
 #include "graph/graphoutputtype.h"
 #include "ksx/core/behavior/behaviors.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <memory>
 #include <vector>
 
@@ -29,16 +29,12 @@ public:
     static void watch(const Data::Content::Graph& graph);
 
     explicit GraphWatcher(const Data::Content::Graph& graph); // for watch() alone
-    ~GraphWatcher() override;
     bool isOwnedByShadow() const override { return true; }
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:
-    template <std::uint16_t P>
-    class NodeListener;
-    template <std::uint16_t P>
-    class NodeListListener;
-    struct Listeners;
+    static constexpr std::uint32_t ItemChanges =
+        Orv::Data::ChangeType::Inserted | Orv::Data::ChangeType::Erased;
 
     void watchNode(const Data::Content::CompNode& node, bool counts);
     void updateNode(const Orv::Data::DataMessage& message);
@@ -50,7 +46,16 @@ private:
                  const InterfaceDiff* outputs);
 
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
-    std::unique_ptr<Listeners> m_listeners;
+    // On the nodes that count, and on the list of nodes. The types are right before anybody asks for
+    // them. What has become of them is written later.
+    Follow<&GraphWatcher::updateNode, Orv::Data::ChangeType::Descendant, Stage::Mirror,
+           Orv::Data::MessageMask::Content>
+        m_nodeUpdate{*this};
+    Follow<&GraphWatcher::followTypes, Orv::Data::ChangeType::Descendant, Stage::Repair,
+           Orv::Data::MessageMask::Content>
+        m_node{*this};
+    Follow<&GraphWatcher::updateNodes, ItemChanges> m_nodesUpdate{*this};
+    Follow<&GraphWatcher::followTypes, ItemChanges, Stage::Repair> m_nodes{*this};
     GraphOutputTypes m_types;
     InterfaceMemory m_inputs;
     InterfaceMemory m_outputs;

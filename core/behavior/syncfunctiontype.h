@@ -6,8 +6,8 @@
 #include "data/content/function.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core::Behavior {
 

@@ -5,8 +5,8 @@
 #include "data/content/graph.h"
 #include "ksx/core/behavior/behaviors.h"
 #include "ksx/core/datanotifier.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core::Behavior {
 

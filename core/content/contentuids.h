@@ -2,11 +2,10 @@
 #pragma once
 
 #include "core/listenersimple.h"
-#include "data/changeevent.h"
 #include "data/densemap.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/uidsource.h"
-#include <memory>
+#include <optional>
 
 namespace Orv::Data {
 class BaseObject;
@@ -26,7 +25,6 @@ class ContentUids final
 {
 public:
     explicit ContentUids(const Data::Content::Package& package); // for of() alone
-    ~ContentUids() override;
 
     // Returns that of a package, made if there is none in a walk over the content. Returns null for
     // a package that is not open, and while it has changes of which nobody has been told yet.
@@ -38,8 +36,6 @@ public:
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:
-    class ListListener;
-
     void refill(const Data::Content::Package& package);
     void follow(const Orv::Data::DataMessage& message);
     // Both take what stands in the object along.
@@ -51,7 +47,9 @@ private:
     Orv::Data::DenseMap<const Orv::Data::BaseObject*, Uid> m_uids;
     Orv::Data::DenseMap<Uid, std::size_t> m_counts;
     bool m_isStale = false; // something has died before it could be looked at
-    std::unique_ptr<ListListener> m_listListener;
+    // Also hears that a list goes itself: something may have gone from it before.
+    std::optional<Follow<&ContentUids::follow, ListChanges | Orv::Data::ChangeType::Removed>>
+        m_listListener;
 };
 
 } // namespace Ksx::Core

@@ -4,7 +4,6 @@
 #include "data/content/package.h"
 #include "data/shadowobject.h"
 #include "ksx/core/listenerof.h"
-#include "ksx/core/stage.h"
 #include <vector>
 
 namespace Ksx::Core {
@@ -33,26 +32,10 @@ void visitWithContent(const ContentObjectBase& object, const Visit& visit)
 
 } // namespace
 
-// Also hears that the list goes itself: something may have gone from it before.
-class ContentUids::ListListener final
-    : public Orv::Core::ListenerSimple<Stage::Mirror, ChangeType::Descendant |
-                                                          ChangeType::Inserted |
-                                                          ChangeType::Erased | ChangeType::Removed>
-{
-public:
-    explicit ListListener(ContentUids& owner) : m_owner(owner) {}
-    void deliver(const DataMessage& message) override { m_owner.follow(message); }
-
-private:
-    ContentUids& m_owner;
-};
-
 ContentUids::ContentUids(const Package& package)
 {
     refill(package);
 }
-
-ContentUids::~ContentUids() = default;
 
 ContentUids* ContentUids::of(const Package& package)
 {
@@ -70,7 +53,7 @@ void ContentUids::refill(const Package& package)
     m_uids.clear();
     m_counts.clear();
     m_isStale = false;
-    m_listListener = std::make_unique<ListListener>(*this); // the former one is on no list now
+    m_listListener.emplace(*this); // the former one is on no list now
     listenTo(package.content(), *m_listListener);
     for (const ContentObjectBase& object : package.content())
         enter(object);

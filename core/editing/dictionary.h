@@ -4,11 +4,10 @@
 #include "core/listenersimple.h"
 #include "core/manipulatorlist.h"
 #include "data/attribute.h"
-#include "data/changeevent.h"
 #include "data/datapointerbox.h"
 #include "data/row.h"
 #include "data/shadowobject.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/follow.h"
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -85,10 +84,7 @@ template <> struct DictionaryKey<Data::Content::Connexion> : IdentifierKey {};
 // of the map, and no other item with it is looked for. Such cases are reported to the DiagnosticLog
 // and work goes on.
 template <class Key>
-class DictionaryBase
-    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
-                                                          Orv::Data::ChangeType::Erased |
-                                                          Orv::Data::ChangeType::Moved>
+class DictionaryBase : public Orv::Core::ListenerSimple<Stage::Mirror, ShapeChanges>
 {
 public:
     ~DictionaryBase() override;

@@ -5,9 +5,9 @@
 #include "data/datamessage.h"
 #include "data/densemap.h"
 #include "data/shadowobject.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <cstdint>
 #include <iterator>
 

@@ -59,53 +59,22 @@ unsigned withBothTexts(unsigned types)
 
 } // namespace
 
-// What may give an instance another function: its data items, and changes of the function itself.
-class FuncNodeController::LinkListener final
-    : public Orv::Core::ListenerSimple<Stage::Link, ListChanges | ChangeType::Removed>
-{
-public:
-    explicit LinkListener(FuncNodeController& node) : m_node(node) {}
-    // May destroy this listener.
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_node.onSubGraphLinkChanged(editableContext(message));
-    }
-
-private:
-    FuncNodeController& m_node;
-};
-
-// The connections, which may name inputs that the description does not know.
-class FuncNodeController::ConnexionsWatch final
-    : public Orv::Core::ListenerSimple<Stage::Mirror, ListChanges>
-{
-public:
-    explicit ConnexionsWatch(FuncNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override { m_node.onConnexions(message); }
-
-private:
-    FuncNodeController& m_node;
-};
-
 struct FuncNodeController::Instance
 {
-    explicit Instance(FuncNodeController& node) : link(node) {}
-    void listen(const Orv::Data::BaseObject& object, FuncNodeController& node)
-    {
-        listeners.push_back(std::make_unique<LinkListener>(node));
-        listenTo(object, *listeners.back());
-    }
+    explicit Instance(FuncNodeController& node) : link(node), listener(node) {}
 
     DescFunction description;
     Orv::Data::DataPointerBox<Function> function; // empty for a ghost
     ContentLink link;
-    std::vector<std::unique_ptr<LinkListener>> listeners;
+    // On its data items, and on the inputs and the type of the function.
+    Follow<&FuncNodeController::onSubGraphLinkChanged, ListChanges | Orv::Data::ChangeType::Removed,
+           Stage::Link>
+        listener;
 };
 
 FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphController& graph)
     : BaseNodeController(graph), m_node(&node),
-      m_description(functionTable().find(node.function().get())),
-      m_connexionsWatch(std::make_unique<ConnexionsWatch>(*this))
+      m_description(functionTable().find(node.function().get()))
 {
     if (isInstance(m_description))
         describeInstance();
@@ -113,7 +82,7 @@ FuncNodeController::FuncNodeController(const ParamNode& node, FuncGraphControlle
         m_data = makeFuncDataModifier(node.funcDatas(), *m_description->data);
     updateUnknownInputs();
     begin(node);
-    listenTo(node.connexions(), *m_connexionsWatch);
+    listenTo(node.connexions(), m_connexionsWatch);
 }
 
 FuncNodeController::~FuncNodeController() = default;
@@ -150,7 +119,7 @@ void FuncNodeController::describeInstance()
     m_description = &m_instance->description;
     if (!m_node)
         return;
-    m_instance->listen(m_node->funcDatas(), *this);
+    listenTo(m_node->funcDatas(), m_instance->listener);
     if (const auto* function = m_instance->link.follow<Function>(functionPathOf(*m_node), *m_node))
         describeFunction(*function);
     else
@@ -171,8 +140,8 @@ void FuncNodeController::describeFunction(const Function& function)
                                           input.attributes().label().get(),
                                           input.type().value().get(), false});
     m_instance->function.reset(&function);
-    m_instance->listen(function.paraminputs(), *this);
-    m_instance->listen(function.type(), *this);
+    listenTo(function.paraminputs(), m_instance->listener);
+    listenTo(function.type(), m_instance->listener);
 }
 
 void FuncNodeController::describeGhost()
@@ -217,10 +186,10 @@ void FuncNodeController::onConnexions(const Orv::Data::DataMessage& message)
                               m_description->input(connexion->identifier().get()) != nullptr);
     }
     if (!canStay)
-        onConnexions();
+        followConnexions();
 }
 
-void FuncNodeController::onConnexions()
+void FuncNodeController::followConnexions()
 {
     if (!updateUnknownInputs())
         return;
@@ -233,7 +202,7 @@ void FuncNodeController::onConnexions()
 
 void FuncNodeController::dropUnusedInputs()
 {
-    onConnexions();
+    followConnexions();
 }
 
 boost::any FuncNodeController::dataValue() const

@@ -50,17 +50,6 @@ QString history(const char* key)
 
 } // namespace
 
-class BaseNodeController::NodeWatch final
-    : public Orv::Core::ListenerSimple<Stage::Display, Orv::Data::ChangeType::Descendant>
-{
-public:
-    explicit NodeWatch(BaseNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override { m_node.onNode(message); }
-
-private:
-    BaseNodeController& m_node;
-};
-
 BaseNodeController::BaseNodeController(GraphController& graph) : NodeController(graph) {}
 
 BaseNodeController::~BaseNodeController() = default;
@@ -70,8 +59,7 @@ void BaseNodeController::begin(const Orv::Data::BaseObject& node)
     buildConnectors();
     m_toldPosition = position();
     m_toldDepth = depth();
-    m_nodeWatch = std::make_unique<NodeWatch>(*this);
-    listenTo(node, *m_nodeWatch);
+    listenTo(node, m_nodeWatch);
 }
 
 void BaseNodeController::onNode(const Orv::Data::DataMessage& message)

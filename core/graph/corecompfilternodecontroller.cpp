@@ -15,6 +15,7 @@
 #include "data/diagnosticlog.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/objecturl.h"
@@ -22,7 +23,6 @@
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/resourcelistener.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 #include <QFile>
 #include <algorithm>
@@ -65,17 +65,6 @@ std::vector<Data::Desc::ParameterGroupPointer> groupsOf(const Data::Desc::Filter
 
 } // namespace
 
-class CompFilterNodeController::ParametersWatch final
-    : public Orv::Core::ListenerSimple<Stage::Description, ListChanges>
-{
-public:
-    explicit ParametersWatch(CompFilterNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override { m_node.onParameters(message); }
-
-private:
-    CompFilterNodeController& m_node;
-};
-
 CompFilterNodeController::CompFilterNodeController(const CompNode& node, const CompFilter& filter,
                                                    CompGraphController& graph)
     : CompNodeController(node, graph), m_description(findDescription(filter)), m_filter(&filter),
@@ -85,8 +74,7 @@ CompFilterNodeController::CompFilterNodeController(const CompNode& node, const C
     const bool hasResource = !resourceParameterOf(filter.filter().get()).empty();
     if (description(ColorSwitch) == nullptr && !hasResource)
         return;
-    m_watch = std::make_unique<ParametersWatch>(*this);
-    listenTo(filter.parameters(), *m_watch);
+    listenTo(filter.parameters(), m_watch);
     m_colorSwitch = colorSwitch();
     readResource();
 }

@@ -8,41 +8,25 @@
 #include "graph/inputnodewatch.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 
 namespace Ksx::Core {
 
 using namespace Data::Content;
 
-// On the entry, which says for which input the node stands.
-class CompInputNodeController::EntryWatch final
-    : public Orv::Core::ListenerSimple<Stage::Description, Orv::Data::ChangeType::Value>
-{
-public:
-    explicit EntryWatch(CompInputNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_node.onEntry(editableContext(message));
-    }
-
-private:
-    CompInputNodeController& m_node;
-};
-
 CompInputNodeController::CompInputNodeController(const CompNode& node,
                                                  const CompInputBridge& bridge,
                                                  CompGraphController& graph)
-    : CompNodeController(node, graph), m_bridge(&bridge),
-      m_watch(std::make_unique<EntryWatch>(*this)), m_entry(bridge.entry().get()), m_type(0)
+    : CompNodeController(node, graph), m_bridge(&bridge), m_entry(bridge.entry().get()), m_type(0)
 {
     begin(node);
     m_type = primaryType();
-    listenTo(bridge.entry(), *m_watch);
+    listenTo(bridge.entry(), m_watch);
     graph.inputNodes().add(*this, m_entry);
 }
 

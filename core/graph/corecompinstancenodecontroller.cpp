@@ -17,13 +17,13 @@
 #include "graph/subgraphlistener.h"
 #include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include "ksx/core/parameterscontroller.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <QCoreApplication>
 #include <algorithm>
 #include <unordered_map>
@@ -88,31 +88,15 @@ commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
 
 } // namespace
 
-// On the path of the instance and on its bridgings.
-class CompInstanceNodeController::PathListener final
-    : public Orv::Core::ListenerSimple<Stage::Link, Orv::Data::ChangeType::Value | ListChanges>
-{
-public:
-    explicit PathListener(CompInstanceNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_node.onSubGraphLinkChanged(editableContext(message));
-    }
-
-private:
-    CompInstanceNodeController& m_node;
-};
-
 CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
                                                        const CompInstance& instance,
                                                        CompGraphController& graph)
-    : CompNodeController(node, graph), m_instance(&instance), m_link(*this),
-      m_pathListener(std::make_unique<PathListener>(*this))
+    : CompNodeController(node, graph), m_instance(&instance), m_link(*this)
 {
     describe();
     begin(node);
-    listenTo(instance.path().value(), *m_pathListener);
-    listenTo(instance.outputBridgings(), *m_pathListener);
+    listenTo(instance.path().value(), m_pathListener);
+    listenTo(instance.outputBridgings(), m_pathListener);
 }
 
 CompInstanceNodeController::~CompInstanceNodeController() = default;

@@ -21,28 +21,10 @@ namespace ValueType = Data::Desc::ValueType;
 using Data::Desc::Parameter;
 using Orv::Core::ManipulatorContext;
 
-// Outputs that come, go or change their type.
-class CompNodeController::OutputsListener final
-    : public Orv::Core::ListenerSimple<
-          Stage::Mirror, Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
-                             Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
-{
-public:
-    explicit OutputsListener(CompNodeController& node) : m_node(node) {}
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_node.onOutputsChanged(message);
-    }
-
-private:
-    CompNodeController& m_node;
-};
-
 CompNodeController::CompNodeController(const CompNode& node, CompGraphController& graph)
-    : BaseNodeController(graph), m_node(&node),
-      m_outputsListener(std::make_unique<OutputsListener>(*this))
+    : BaseNodeController(graph), m_node(&node)
 {
-    listenTo(node.compOutputs(), *m_outputsListener);
+    listenTo(node.compOutputs(), m_outputsListener);
 }
 
 CompNodeController::~CompNodeController() = default;

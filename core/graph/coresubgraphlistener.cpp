@@ -1,40 +1,18 @@
 #include "graph/subgraphlistener.h"
 
 #include "data/content/graph.h"
-#include "data/datamessage.h"
-#include "ksx/core/edit.h"
 #include "ksx/core/nodecontroller.h"
-#include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 #include <iterator>
 
 namespace Ksx::Core {
-
-class SubGraphListener::InterfaceListener final
-    : public Orv::Core::ListenerSimple<Stage::Link, Orv::Data::ChangeType::Value | ListChanges>
-{
-public:
-    explicit InterfaceListener(SubGraphListener& owner) : m_owner(owner) {}
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        m_owner.tellAll(&NodeController::onSubGraphChanged, message);
-    }
-
-private:
-    SubGraphListener& m_owner;
-};
 
 SubGraphListener::SubGraphListener(const Data::Content::Graph& graph)
 {
     const Orv::Data::BaseObject* const watched[] = {&graph.paraminputs(), &graph.graphOutputs(),
                                                     &graph.primaryInput()};
-    for (const Orv::Data::BaseObject* object : watched) {
-        m_listeners.push_back(std::make_unique<InterfaceListener>(*this));
-        listenTo(*object, *m_listeners.back());
-    }
+    for (const Orv::Data::BaseObject* object : watched)
+        listenTo(*object, m_interfaceListener);
 }
-
-SubGraphListener::~SubGraphListener() = default;
 
 void SubGraphListener::subscribe(NodeController& node)
 {
@@ -56,12 +34,16 @@ void SubGraphListener::dropDead()
 
 void SubGraphListener::deliver(const Orv::Data::DataMessage& message)
 {
-    tellAll(&NodeController::onSubGraphLinkChanged, message);
+    tellAll(&NodeController::onSubGraphLinkChanged, editableContext(message));
 }
 
-void SubGraphListener::tellAll(Operation operation, const Orv::Data::DataMessage& message)
+void SubGraphListener::onInterface(Orv::Core::ManipulatorContext* context)
 {
-    Orv::Core::ManipulatorContext* context = editableContext(message);
+    tellAll(&NodeController::onSubGraphChanged, context);
+}
+
+void SubGraphListener::tellAll(Operation operation, Orv::Core::ManipulatorContext* context)
+{
     dropDead();
     const auto nodes = m_nodes; // a node that becomes a ghost may ask for another graph
     for (const Subscriber& subscriber : nodes)

@@ -2,17 +2,10 @@
 #pragma once
 
 #include "core/listenersimple.h"
-#include "data/changeevent.h"
 #include "data/datapointerbox.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/follow.h"
 #include <list>
-#include <memory>
 #include <unordered_map>
-#include <vector>
-
-namespace Orv::Core {
-class ManipulatorContext;
-} // namespace Orv::Core
 
 namespace Ksx::Data::Content {
 class Graph;
@@ -29,7 +22,6 @@ class SubGraphListener final
 {
 public:
     explicit SubGraphListener(const Data::Content::Graph& graph);
-    ~SubGraphListener() override;
 
     // Calls the node's onSubGraphChanged() when inputs or outputs of the graph change, and its
     // onSubGraphLinkChanged() when the graph leaves the document; for as long as the node lives.
@@ -39,10 +31,10 @@ public:
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:
-    class InterfaceListener;
     using Operation = void (NodeController::*)(Orv::Core::ManipulatorContext*);
 
-    void tellAll(Operation operation, const Orv::Data::DataMessage& message);
+    void onInterface(Orv::Core::ManipulatorContext* context);
+    void tellAll(Operation operation, Orv::Core::ManipulatorContext* context);
 
     struct Subscriber
     {
@@ -53,7 +45,8 @@ private:
 
     std::list<Subscriber> m_nodes; // in the order in which they came
     std::unordered_map<const NodeController*, std::list<Subscriber>::iterator> m_places;
-    std::vector<std::unique_ptr<InterfaceListener>> m_listeners; // on the lists of the graph
+    Follow<&SubGraphListener::onInterface, Orv::Data::ChangeType::Value | ListChanges, Stage::Link>
+        m_interfaceListener{*this};
 };
 
 } // namespace Ksx::Core

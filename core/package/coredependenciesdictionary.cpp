@@ -112,17 +112,4 @@ void DependenciesDictionary::removeDead()
     }
 }
 
-const Orv::Data::ListenerFilter& DependenciesDictionaryUpdater::getFilter() const
-{
-    using Orv::Data::ChangeType;
-    static constexpr Orv::Data::ListenerFilter filter{ChangeType::Erased,
-                                                      Orv::Data::MessageMask::All, 0};
-    return filter;
-}
-
-void DependenciesDictionaryUpdater::deliver(const Orv::Data::DataMessage&)
-{
-    m_dictionary.removeDead();
-}
-
 } // namespace Ksx::Core

@@ -38,14 +38,6 @@ Uid ownUid(const Package& package)
     return NoUid;
 }
 
-const Orv::Data::ListenerFilter& PackageEntryTable::getFilter() const
-{
-    using Orv::Data::ChangeType;
-    static constexpr Orv::Data::ListenerFilter filter{ChangeType::Inserted | ChangeType::Erased,
-                                                      Orv::Data::MessageMask::All, 0};
-    return filter;
-}
-
 void PackageEntryTable::deliver(const Orv::Data::DataMessage& message)
 {
     settle();

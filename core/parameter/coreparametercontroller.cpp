@@ -16,9 +16,7 @@ namespace {
 
 using Orv::Data::ChangeType;
 
-using ParametersListener =
-    Orv::Core::ListenerSimple<Stage::Display, ChangeType::Descendant | ChangeType::Inserted |
-                                                  ChangeType::Erased | ChangeType::Moved>;
+using ParametersListener = Orv::Core::ListenerSimple<Stage::Display, ListChanges>;
 
 } // namespace
 

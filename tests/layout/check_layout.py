@@ -28,6 +28,7 @@ ROOM_OF_HEADER = {
     "controllerindex": "editing",
     "controllerlist": "editing",
     "datacontext": "parameter",
+    "follow": "editing",
     "ilibraryservices": "package",
     "inheritancemethod": "parameter",
     "inheritedparamslistener": "parameter",
@@ -37,7 +38,6 @@ ROOM_OF_HEADER = {
     "listenerof": "editing",
     "places": "editing",
     "stage": "editing",
-    "valuelistener": "editing",
 }
 
 PRINTING = re.compile(r"std::(cout|cerr|clog)\b|\b(f?printf|fputs|fputc|puts|qDebug|qInfo)\s*\("

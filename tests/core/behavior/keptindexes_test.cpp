@@ -86,22 +86,11 @@ public:
     unsigned typeOf(Uid output) const { return m_types.typeOf(output); }
 
 private:
-    template <std::uint32_t Types>
-    class Listener final : public Orv::Core::ListenerSimple<Stage::Mirror, Types>
+    void followNode(const DataMessage& message)
     {
-    public:
-        explicit Listener(TypesProbe& owner) : m_owner(owner) {}
-        void deliver(const DataMessage& message) override
-        {
-            if constexpr (Types == ChangeType::Descendant)
-                m_owner.m_types.nodeChanged(static_cast<const CompNode&>(*message.object));
-            else
-                m_owner.m_types.nodesChanged(message);
-        }
-
-    private:
-        TypesProbe& m_owner;
-    };
+        m_types.nodeChanged(static_cast<const CompNode&>(*message.object));
+    }
+    void followNodes(const DataMessage& message) { m_types.nodesChanged(message); }
     void watch(const CompNode& node, bool counts)
     {
         if (counts)
@@ -110,8 +99,8 @@ private:
             shadow->removeListener(m_node);
     }
 
-    Listener<ChangeType::Descendant> m_node{*this};
-    Listener<ChangeType::Inserted | ChangeType::Erased> m_nodes{*this};
+    Follow<&TypesProbe::followNode, ChangeType::Descendant> m_node{*this};
+    Follow<&TypesProbe::followNodes, ChangeType::Inserted | ChangeType::Erased> m_nodes{*this};
     GraphOutputTypes m_types;
 };
 

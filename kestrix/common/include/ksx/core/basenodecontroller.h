@@ -1,11 +1,8 @@
 // A node with a place on the canvas.
 #pragma once
 
+#include "ksx/core/follow.h"
 #include "ksx/core/nodecontroller.h"
-
-namespace Orv::Data {
-struct DataMessage;
-} // namespace Orv::Data
 
 namespace Ksx::Data::Content {
 class GUILayout;
@@ -35,11 +32,10 @@ protected:
     virtual const Data::Content::GUILayout* layout() const = 0;
 
 private:
-    class NodeWatch;
-
     void onNode(const Orv::Data::DataMessage& message);
 
-    std::unique_ptr<NodeWatch> m_nodeWatch;
+    Follow<&BaseNodeController::onNode, Orv::Data::ChangeType::Descendant, Stage::Display>
+        m_nodeWatch{*this};
     QPointF m_toldPosition;
     float m_toldDepth = 0.0F;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ksx/core/compnodecontroller.h"
+#include "ksx/core/follow.h"
 #include <optional>
 
 namespace Ksx::Data::Content {
@@ -47,8 +48,6 @@ public:
     const Data::Desc::Filter* nodeDescription() const override { return m_description; }
 
 private:
-    class ParametersWatch;
-
     const Data::Desc::Parameter* input(const std::string& identifier) const;
     // The color mode that the node's own switch gives; none without such a parameter.
     std::optional<bool> colorSwitch() const;
@@ -60,7 +59,8 @@ private:
     Orv::Data::DataPointerBox<Data::Content::CompFilter> m_filter;
     std::vector<Data::Desc::ParameterGroupPointer> m_groups; // the common ones first
     std::unique_ptr<ParametersController> m_parameters;      // made at the first request
-    std::unique_ptr<ParametersWatch> m_watch; // for filters with a color switch or a resource
+    // For filters with a color switch or a resource.
+    Follow<&CompFilterNodeController::onParameters, ListChanges, Stage::Description> m_watch{*this};
     Orv::Data::DataPointerBox<Data::Content::Resource> m_resource; // as it was last seen
     std::optional<bool> m_colorSwitch;                             // as it was last seen
 };

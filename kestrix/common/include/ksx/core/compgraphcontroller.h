@@ -2,9 +2,9 @@
 #pragma once
 
 #include "ksx/core/controllerlist.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/graphcontroller.h"
 #include "ksx/core/graphinterface.h"
-#include "ksx/core/valuelistener.h"
 #include <memory>
 #include <string>
 #include <vector>
@@ -123,8 +123,7 @@ private:
     mutable NodeList m_nodes;
     mutable OutputList m_outputs;
     mutable RootOutputList m_rootOutputs;
-    ValueListener<CompGraphController> m_primaryListener{*this,
-                                                         &CompGraphController::onPrimaryInput};
+    Follow<&CompGraphController::onPrimaryInput> m_primaryListener{*this};
 };
 
 } // namespace Ksx::Core

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ksx/core/compnodecontroller.h"
+#include "ksx/core/follow.h"
 
 namespace Ksx::Data::Content {
 class CompInputBridge;
@@ -37,12 +38,11 @@ public:
     void followInput(Orv::Core::ManipulatorContext* context);
 
 private:
-    class EntryWatch;
-
     void onEntry(Orv::Core::ManipulatorContext* context);
 
     Orv::Data::DataPointerBox<Data::Content::CompInputBridge> m_bridge;
-    std::unique_ptr<EntryWatch> m_watch;
+    Follow<&CompInputNodeController::onEntry, Orv::Data::ChangeType::Value, Stage::Description>
+        m_watch{*this};
     std::unique_ptr<ParametersController> m_parameters; // made at the first request
     Uid m_entry;                                        // under which the graph knows the node
     unsigned m_type;                                    // as it was last seen

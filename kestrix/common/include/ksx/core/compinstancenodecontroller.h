@@ -4,6 +4,7 @@
 #include "data/desc/filter.h"
 #include "ksx/core/compnodecontroller.h"
 #include "ksx/core/contentlink.h"
+#include "ksx/core/follow.h"
 
 namespace Ksx::Data::Content {
 class CompInstance;
@@ -62,8 +63,6 @@ public:
     const Data::Desc::Filter* nodeDescription() const override { return &m_description; }
 
 private:
-    class PathListener;
-
     void describe();
     void describeGraph(const Data::Content::Graph& graph);
     void describeGhost();
@@ -78,7 +77,9 @@ private:
     std::unordered_map<Uid, std::string> m_outputNames; // as the bridgings have them
     std::unique_ptr<ParametersController> m_parameters; // made at the first request
     ContentLink m_link;
-    std::unique_ptr<PathListener> m_pathListener;
+    Follow<&CompInstanceNodeController::onSubGraphLinkChanged,
+           Orv::Data::ChangeType::Value | ListChanges, Stage::Link>
+        m_pathListener{*this}; // on the path of the instance and on its bridgings
 };
 
 } // namespace Ksx::Core

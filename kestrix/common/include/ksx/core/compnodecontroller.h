@@ -1,10 +1,9 @@
 // A node of a graph of images.
 #pragma once
 
-#include "core/listenersimple.h"
-#include "data/changeevent.h"
 #include "data/desc/filter.h"
 #include "ksx/core/basenodecontroller.h"
+#include "ksx/core/follow.h"
 
 namespace Ksx::Data::Content {
 class CompNode;
@@ -72,12 +71,10 @@ protected:
     unsigned typeOfOutput(Uid uid) const;
 
 private:
-    class OutputsListener;
-
     void onOutputsChanged(const Orv::Data::DataMessage& message);
 
     Orv::Data::DataPointerBox<Data::Content::CompNode> m_node;
-    std::unique_ptr<OutputsListener> m_outputsListener;
+    Follow<&CompNodeController::onOutputsChanged, ListChanges> m_outputsListener{*this};
 };
 
 } // namespace Ksx::Core

@@ -1,9 +1,10 @@
 // The registry of behaviours.
 #pragma once
 
+#include "core/listenersimple.h"
 #include "data/baseobject.h"
+#include "data/changeevent.h"
 #include "data/datapointerbox.h"
-#include "data/listenerbase.h"
 #include "data/manipulatorcontextbase.h"
 #include "data/objectmeta.h"
 #include "data/shadowobject.h"
@@ -25,7 +26,9 @@ namespace Ksx::Core {
 // Calls its entries for the objects that come into a document, so that behaviours can attach
 // themselves to them. What stands in a package that is opened is not repaired by that: behaviours
 // react to edits.
-class DataNotifier final : public Orv::Data::ListenerBase
+class DataNotifier final
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Descendant |
+                                                          Orv::Data::ChangeType::Inserted>
 {
 public:
     // How an object has come in.
@@ -70,8 +73,6 @@ public:
     void deferOpened() { m_isDeferring = true; }
     void visitOpened();
 
-    std::uint16_t getPriority() const override { return Stage::Mirror; }
-    const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 
 private:

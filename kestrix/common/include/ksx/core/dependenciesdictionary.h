@@ -1,9 +1,10 @@
 // Which objects make a package depend on which other packages.
 #pragma once
 
+#include "core/listenersimple.h"
 #include "data/baseobject.h"
+#include "data/changeevent.h"
 #include "data/datapointerbox.h"
-#include "data/listenerbase.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <list>
@@ -77,16 +78,15 @@ public:
 };
 
 // Listens to the list of open packages, to let the dictionary forget those that have left it.
-class DependenciesDictionaryUpdater final : public Orv::Data::ListenerBase
+class DependenciesDictionaryUpdater final
+    : public Orv::Core::ListenerSimple<Stage::Cache, Orv::Data::ChangeType::Erased>
 {
 public:
     // The dictionary outlives the updater.
     explicit DependenciesDictionaryUpdater(DependenciesDictionary& dictionary)
         : m_dictionary(dictionary)
     {}
-    std::uint16_t getPriority() const override { return Stage::Cache; }
-    const Orv::Data::ListenerFilter& getFilter() const override;
-    void deliver(const Orv::Data::DataMessage& message) override;
+    void deliver(const Orv::Data::DataMessage&) override { m_dictionary.removeDead(); }
 
 private:
     DependenciesDictionary& m_dictionary;

@@ -13,9 +13,7 @@ public:
     LazySignal<> typeChanged; // the color mode
 
 private:
-    void onType() { typeChanged(); }
-
-    ValueListener<EntryInputController> m_typeListener{*this, &EntryInputController::onType};
+    Follow<&EntryInputController::typeChanged> m_typeListener{*this};
 };
 
 } // namespace Ksx::Core

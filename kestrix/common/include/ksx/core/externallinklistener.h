@@ -2,10 +2,9 @@
 #pragma once
 
 #include "core/listenersimple.h"
-#include "data/changeevent.h"
 #include "data/containerlist.h"
 #include "data/datapointerbox.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/follow.h"
 #include <cstdint>
 #include <map>
 #include <string>
@@ -22,10 +21,7 @@ class NodeController;
 // One for each list through which paths of nodes lead: the content of a package, a group or a
 // graph, or the list of open packages. Found by listenerOf<ExternalLinkListener>(list) and owned by
 // the list's shadow. Comes behind the table of open packages, which has to know of them first.
-class ExternalLinkListener final
-    : public Orv::Core::ListenerSimple<Stage::Path, Orv::Data::ChangeType::Inserted |
-                                                        Orv::Data::ChangeType::Erased |
-                                                        Orv::Data::ChangeType::Moved>
+class ExternalLinkListener final : public Orv::Core::ListenerSimple<Stage::Path, ShapeChanges>
 {
 public:
     using List = Orv::Data::ContainerListBase;

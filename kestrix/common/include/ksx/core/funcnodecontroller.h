@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ksx/core/basenodecontroller.h"
-#include "ksx/core/valuelistener.h"
+#include "ksx/core/follow.h"
 #include <boost/any.hpp>
 
 namespace Ksx::Data::Content {
@@ -80,8 +80,6 @@ protected:
 
 private:
     struct Instance;
-    class LinkListener;
-    class ConnexionsWatch;
 
     void describeInstance();
     void describeFunction(const Data::Content::Function& function);
@@ -89,7 +87,7 @@ private:
     // False if they stay the same.
     bool updateUnknownInputs();
     void onConnexions(const Orv::Data::DataMessage& message);
-    void onConnexions();
+    void followConnexions();
     bool acceptsType(const std::string& identifier, unsigned type) const;
     // The type that feeds each input of the description, 0 where it is open.
     std::vector<unsigned> fedTypes() const;
@@ -99,7 +97,7 @@ private:
     std::unique_ptr<Instance> m_instance;         // null for all other functions
     std::unique_ptr<BaseFuncDataModifier> m_data; // null for a node that holds nothing
     std::vector<std::string> m_unknownInputs;     // that only connections name
-    std::unique_ptr<ConnexionsWatch> m_connexionsWatch;
+    Follow<&FuncNodeController::onConnexions, ListChanges> m_connexionsWatch{*this};
 };
 
 } // namespace Ksx::Core

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "ksx/core/edit.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/lazysignal.h"
 #include "ksx/core/parametermodifier.h"
 #include "ksx/core/stage.h"
-#include "ksx/core/valuelistener.h"
 
 namespace Ksx::Core {
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "data/datapointerbox.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/lazysignal.h"
 #include "ksx/core/uidsource.h"
-#include "ksx/core/valuelistener.h"
 #include <boost/any.hpp>
 #include <memory>
 #include <string>
@@ -59,19 +59,15 @@ private:
 
     void onIdentifier();
     void onUid();
-    void onLabel() { labelChanged(); }
-    void onDescription() { descriptionChanged(); }
-
-    using Listener = ValueListener<InputController>;
 
     Orv::Data::DataPointerBox<Data::Content::ParamInput> m_input;
     InputsController* m_owner = nullptr; // hears of other keys first; null without one
     std::string m_knownIdentifier;       // these two are the keys that the owner knows
     Uid m_knownUid = NoUid;
-    Listener m_identifierListener{*this, &InputController::onIdentifier};
-    Listener m_uidListener{*this, &InputController::onUid};
-    Listener m_labelListener{*this, &InputController::onLabel};
-    Listener m_descriptionListener{*this, &InputController::onDescription};
+    Follow<&InputController::onIdentifier> m_identifierListener{*this};
+    Follow<&InputController::onUid> m_uidListener{*this};
+    Follow<&InputController::labelChanged> m_labelListener{*this};
+    Follow<&InputController::descriptionChanged> m_descriptionListener{*this};
 };
 
 } // namespace Ksx::Core

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "data/datapointerbox.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/lazysignal.h"
-#include "ksx/core/valuelistener.h"
 
 namespace Ksx::Data::Content {
 class Options;
@@ -26,10 +26,8 @@ public:
     LazySignal<> changed; // an option was added, removed, moved or edited
 
 private:
-    void onOptions() { changed(); }
-
     Orv::Data::DataPointerBox<Data::Content::Options> m_options;
-    ValueListener<OptionsController, ListChanges> m_listener{*this, &OptionsController::onOptions};
+    Follow<&OptionsController::changed, ListChanges> m_listener{*this};
 };
 
 } // namespace Ksx::Core

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "data/datapointerbox.h"
+#include "ksx/core/follow.h"
 #include "ksx/core/graphinterface.h"
 #include "ksx/core/lazysignal.h"
 #include "ksx/core/uidsource.h"
-#include "ksx/core/valuelistener.h"
 #include <string>
 #include <vector>
 
@@ -33,15 +33,10 @@ public:
     LazySignal<> usagesChanged;
 
 private:
-    void onIdentifier() { identifierChanged(); }
-    void onLabel() { labelChanged(); }
-    void onUsages() { usagesChanged(); }
-
     Orv::Data::DataPointerBox<Data::Content::GraphOutput> m_output;
-    ValueListener<OutputController> m_identifierListener{*this, &OutputController::onIdentifier};
-    ValueListener<OutputController> m_labelListener{*this, &OutputController::onLabel};
-    ValueListener<OutputController, ListChanges> m_usagesListener{*this,
-                                                                  &OutputController::onUsages};
+    Follow<&OutputController::identifierChanged> m_identifierListener{*this};
+    Follow<&OutputController::labelChanged> m_labelListener{*this};
+    Follow<&OutputController::usagesChanged, ListChanges> m_usagesListener{*this};
 };
 
 } // namespace Ksx::Core

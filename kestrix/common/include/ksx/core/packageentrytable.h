@@ -1,8 +1,9 @@
 // The index of open packages.
 #pragma once
 
+#include "core/listenersimple.h"
+#include "data/changeevent.h"
 #include "data/datapointerbox.h"
-#include "data/listenerbase.h"
 #include "ksx/core/stage.h"
 #include "ksx/core/uidsource.h"
 #include <QHash>
@@ -40,15 +41,14 @@ Uid ownUid(const Data::Content::Package& package);
 // Paths are equal when they lead to one file at the time of asking, however they are spelled.
 // Entries without a path are never found by path. Entries stay where they are in memory until they
 // are dropped.
-class PackageEntryTable final : public Orv::Data::ListenerBase
+class PackageEntryTable final
+    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
+                                                          Orv::Data::ChangeType::Erased>
 {
 public:
     // Returns the table of the packages that are open in this process. Returns null without services.
     static PackageEntryTable* ofProcess();
 
-    // Other listeners look up what this one keeps.
-    std::uint16_t getPriority() const override { return Stage::Mirror; }
-    const Orv::Data::ListenerFilter& getFilter() const override;
     void deliver(const Orv::Data::DataMessage& message) override;
 
     // The uid must not be taken. The package may be null: an entry that has none when the list
