@@ -1,13 +1,10 @@
 // The connections of one node.
 #pragma once
 
-#include "core/listenersimple.h"
-#include "data/changeevent.h"
-#include "data/changeruns.h"
 #include "data/containerlist.h"
 #include "data/row.h"
 #include "ksx/core/connectioncontroller.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/listmirror.h"
 #include <memory>
 
 namespace Ksx::Core {
@@ -17,9 +14,8 @@ class ConnectorController;
 // Owned by the node's controller. Keeps one ConnectionController for each connection in the node's
 // list.
 class ConnexionsListener final
-    : public Orv::Core::ListenerSimple<
-          Stage::Connection, Orv::Data::ChangeType::Descendant | Orv::Data::ChangeType::Inserted |
-                                 Orv::Data::ChangeType::Erased | Orv::Data::ChangeType::Moved>
+    : public ListMirror<Orv::Data::ContainerList<Data::Content::Connexion>, ListChanges,
+                        Stage::Connection>
 {
 public:
     using List = Orv::Data::ContainerList<Data::Content::Connexion>;
@@ -34,6 +30,7 @@ public:
     // Reads all connections anew.
     void refreshAll(Orv::Core::ManipulatorContext* context);
 
+    std::size_t size() const override { return m_connections.size(); }
     // In the order of the list.
     const Connections& connections() const { return m_connections; }
     bool isLast(const ConnectionController& connection) const
@@ -44,16 +41,13 @@ public:
     ConnectionController* find(const ConnectorController& input,
                                const ConnectorController& output) const;
 
-    void deliver(const Orv::Data::DataMessage& message) override;
-
 private:
-    bool isPlain(const Orv::Data::ChangeRuns& runs, std::size_t size) const;
-    void followRuns(const Orv::Data::DataMessage& message, const List& list);
-    void rearrange(const Orv::Data::DataMessage& message, const List& list);
+    void followSteps(const MirrorSteps& steps, const Orv::Data::DataMessage& message,
+                     const List& list) override;
+    void rearrange(const Orv::Data::DataMessage& message, const List& list) override;
 
     NodeController& m_node;
     Connections m_connections;
-    bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 
 } // namespace Ksx::Core

@@ -2,14 +2,11 @@
 
 #include "data/content/connexion.h"
 #include "data/datamessage.h"
-#include "data/shadowobject.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputconnectorcontroller.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
-#include "ksx/core/places.h"
 #include <algorithm>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -41,56 +38,20 @@ ConnectionController* ConnexionsListener::find(const ConnectorController& input,
     return first == m_connections.size() ? nullptr : m_connections[first].get();
 }
 
-void ConnexionsListener::deliver(const Orv::Data::DataMessage& message)
+// Connections that leave let go of their ends before others take them. Who hears of it may edit the
+// list, which has been read by then.
+void ConnexionsListener::followSteps(const MirrorSteps& steps,
+                                     const Orv::Data::DataMessage& message, const List& list)
 {
-    const auto* list = static_cast<const List*>(message.object.get());
-    if (list == nullptr)
-        return;
-    const bool isLate = m_isAhead; // what the script tells is here already
-    m_isAhead = list->shadow() != nullptr && list->shadow()->hasPending();
-    if (!isLate && !m_isAhead && isPlain(message.runs, list->size()))
-        followRuns(message, *list);
-    else
-        rearrange(message, *list);
-}
-
-// Can the script be followed step by step: without moves, and from the state that is held?
-bool ConnexionsListener::isPlain(const Orv::Data::ChangeRuns& runs, std::size_t size) const
-{
-    std::size_t expected = m_connections.size();
-    for (const Orv::Data::ChangeRun& run : runs.runs()) {
-        if (run.link != 0 || run.kind == Orv::Data::RunKind::Changed)
-            return false;
-        expected += run.kind == Orv::Data::RunKind::Inserted ? run.count : 0;
-        expected -= run.kind == Orv::Data::RunKind::Erased ? run.count : 0;
-    }
-    return expected == size;
-}
-
-// Those that leave let go of their ends before others take them. Who hears of it may edit the list,
-// so that this has been read by then.
-void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const List& list)
-{
-    std::vector<std::size_t> gone;
-    std::vector<std::size_t> added;
     std::vector<std::unique_ptr<ConnectionController>> made;
-    std::size_t former = 0;
-    std::size_t place = 0;
-    for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
-        for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Erased && i < run.count; ++i)
-            gone.push_back(former + i);
-        for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count; ++i) {
-            added.push_back(place + i);
-            made.push_back(std::make_unique<ConnectionController>(list.at(place + i), m_node));
-        }
-        former += run.inOldList() ? run.count : 0;
-        place += run.inNewList() ? run.count : 0;
-    }
-    auto leaving = takeFrom(m_connections, gone);
-    putInto(m_connections, added, std::move(made));
+    made.reserve(steps.fresh.size());
+    for (const std::size_t place : steps.fresh)
+        made.push_back(std::make_unique<ConnectionController>(list.at(place), m_node));
+    auto leaving = takeFrom(m_connections, steps.gone);
+    putInto(m_connections, steps.fresh, std::move(made));
     std::vector<ConnectionController*> fresh;
-    fresh.reserve(added.size());
-    for (const std::size_t index : added)
+    fresh.reserve(steps.fresh.size());
+    for (const std::size_t index : steps.fresh)
         fresh.push_back(m_connections[index].get());
     const bool isShapeAlone = (message.type & Orv::Data::ChangeType::Descendant) == 0;
     for (const Orv::Data::TouchedChild& child : message.touched)
@@ -103,19 +64,13 @@ void ConnexionsListener::followRuns(const Orv::Data::DataMessage& message, const
 
 void ConnexionsListener::rearrange(const Orv::Data::DataMessage& message, const List& list)
 {
-    std::unordered_map<const Connexion*, std::unique_ptr<ConnectionController>> held;
-    std::vector<std::unique_ptr<ConnectionController>> former = m_connections.takeAll();
-    for (auto& connection : former)
-        if (const Connexion* connexion = connection->connexion())
-            held.emplace(connexion, std::move(connection));
-    for (const Connexion& connexion : list) {
-        const auto found = held.find(&connexion);
-        m_connections.pushBack(found != held.end() && found->second != nullptr
-                                   ? std::move(found->second)
-                                   : std::make_unique<ConnectionController>(connexion, m_node));
-    }
-    former.clear();
-    held.clear();
+    std::vector<const Connexion*> items;
+    for (const Connexion& connexion : list)
+        items.push_back(&connexion);
+    const auto itemOf = [](const auto& connection) { return connection->connexion(); };
+    arrange(m_connections, items, itemOf, [this](const Connexion& connexion) {
+        return std::make_unique<ConnectionController>(connexion, m_node);
+    }); // what is left over dies
     for (const auto& connection : m_connections) {
         if (connection->input() == nullptr)
             continue;

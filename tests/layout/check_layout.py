@@ -36,7 +36,6 @@ ROOM_OF_HEADER = {
     "lazysignal": "editing",
     "lazysignalconnect": "editing",
     "listenerof": "editing",
-    "places": "editing",
     "stage": "editing",
 }
 

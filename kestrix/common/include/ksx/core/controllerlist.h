@@ -1,19 +1,13 @@
 // A row of controllers, kept in step with a list of the document.
 #pragma once
 
-#include "core/listenersimple.h"
-#include "data/changeevent.h"
 #include "data/containerlist.h"
-#include "data/datamessage.h"
 #include "data/densemap.h"
 #include "data/row.h"
-#include "data/shadowobject.h"
 #include "ksx/core/edit.h"
-#include "ksx/core/places.h"
-#include "ksx/core/stage.h"
+#include "ksx/core/listmirror.h"
 #include <functional>
 #include <memory>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -27,9 +21,7 @@ namespace Ksx::Core {
 // long. So nothing is read from the list once the first callback has been called.
 template <class Item, class Controller>
 class ControllerList final
-    : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
-                                                          Orv::Data::ChangeType::Erased |
-                                                          Orv::Data::ChangeType::Moved>
+    : public ListMirror<Orv::Data::ContainerList<Item>, ShapeChanges, Stage::Mirror>
 {
 public:
     using List = Orv::Data::ContainerList<Item>;
@@ -55,7 +47,7 @@ public:
         listenTo(list, *this);
     }
 
-    std::size_t size() const { return m_places.size(); }
+    std::size_t size() const override { return m_places.size(); }
     // Null for an empty place. `index` is below size().
     Controller* at(std::size_t index) const { return m_places[index].controller.get(); }
     // The controllers that there are.
@@ -84,19 +76,6 @@ public:
         m_places.clear();
     }
 
-    void deliver(const Orv::Data::DataMessage& message) override
-    {
-        const auto* list = static_cast<const List*>(message.object.get());
-        if (list == nullptr)
-            return;
-        const bool isLate = m_isAhead; // what the script tells is here already
-        m_isAhead = list->shadow() != nullptr && list->shadow()->hasPending();
-        if (!isLate && !m_isAhead && isPlain(message.runs, list->size()))
-            followRuns(message, *list);
-        else
-            rearrange(message, *list);
-    }
-
 private:
     struct Place
     {
@@ -104,38 +83,14 @@ private:
         std::unique_ptr<Controller> controller;
     };
 
-    // Can the script be followed step by step: without moves, and from the state that is held?
-    bool isPlain(const Orv::Data::ChangeRuns& runs, std::size_t size) const
+    void followSteps(const MirrorSteps& steps, const Orv::Data::DataMessage& message,
+                     const List& list) override
     {
-        std::size_t expected = m_places.size();
-        for (const Orv::Data::ChangeRun& run : runs.runs()) {
-            if (run.link != 0)
-                return false;
-            expected += run.kind == Orv::Data::RunKind::Inserted ? run.count : 0;
-            expected -= run.kind == Orv::Data::RunKind::Erased ? run.count : 0;
-        }
-        return expected == size;
-    }
-
-    void followRuns(const Orv::Data::DataMessage& message, const List& list)
-    {
-        std::vector<std::size_t> gone;
-        std::vector<std::size_t> fresh;
         std::vector<const Item*> items;
-        std::size_t former = 0;
-        std::size_t place = 0;
-        for (const Orv::Data::ChangeRun& run : message.runs.runs()) {
-            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Erased && i < run.count; ++i)
-                gone.push_back(former + i);
-            for (std::size_t i = 0; run.kind == Orv::Data::RunKind::Inserted && i < run.count;
-                 ++i) {
-                fresh.push_back(place + i);
-                items.push_back(&list.at(place + i));
-            }
-            former += run.inOldList() ? run.count : 0;
-            place += run.inNewList() ? run.count : 0;
-        }
-        remove(gone);
+        items.reserve(steps.fresh.size());
+        for (const std::size_t place : steps.fresh)
+            items.push_back(&list.at(place));
+        remove(steps.gone);
         std::vector<Place> made;
         made.reserve(items.size());
         for (const Item* item : items) {
@@ -143,8 +98,8 @@ private:
             if (!m_byItem.empty())
                 m_byItem.emplace(item, made.back().controller.get());
         }
-        putInto(m_places, fresh, std::move(made));
-        for (const std::size_t index : fresh)
+        putInto(m_places, steps.fresh, std::move(made));
+        for (const std::size_t index : steps.fresh)
             announce(index, message);
     }
 
@@ -166,8 +121,7 @@ private:
             m_callbacks.added(*m_places[index].controller, index, message);
     }
 
-    // Puts the places into the order of the list, whatever they were before.
-    void rearrange(const Orv::Data::DataMessage& message, const List& list)
+    void rearrange(const Orv::Data::DataMessage& message, const List& list) override
     {
         std::vector<const Item*> items;
         for (const Item& item : list)
@@ -178,20 +132,13 @@ private:
             if (isListed.count(m_places[i].item) == 0)
                 gone.push_back(i);
         remove(gone);
-        std::unordered_map<const Item*, Place> held;
-        for (Place& place : m_places.takeAll())
-            held.emplace(place.item, std::move(place));
         m_byItem.clear();
         std::vector<std::size_t> fresh;
-        for (const Item* item : items) {
-            const auto found = held.find(item);
-            if (found == held.end()) {
-                fresh.push_back(m_places.size());
-                m_places.pushBack({item, m_callbacks.make(*item)});
-            } else {
-                m_places.pushBack(std::move(found->second));
-            }
-        }
+        const auto itemOf = [](const Place& place) { return place.item; };
+        arrange(m_places, items, itemOf, [&](const Item& item) {
+            fresh.push_back(m_places.size());
+            return Place{&item, m_callbacks.make(item)};
+        });
         for (const std::size_t index : fresh)
             announce(index, message);
         if (m_callbacks.moved)
@@ -201,7 +148,6 @@ private:
     Callbacks m_callbacks;
     Orv::Data::Row<Place> m_places;
     Orv::Data::DenseMap<const Item*, Controller*> m_byItem; // empty until somebody asks
-    bool m_isAhead = false; // of the notices, which an edit within a delivery still has to send
 };
 
 } // namespace Ksx::Core
