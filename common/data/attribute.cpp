@@ -259,30 +259,9 @@ bool Attribute<T>::isModified() const
     return differs(getDefaultValue(), m_value);
 }
 
-template UInt valueFromString<UInt>(std::string_view text);
-template bool valueFromString<bool>(std::string_view text);
-template Text valueFromString<Text>(std::string_view text);
-template float valueFromString<float>(std::string_view text);
-template Float1 valueFromString<Float1>(std::string_view text);
-template Float2 valueFromString<Float2>(std::string_view text);
-template Float3 valueFromString<Float3>(std::string_view text);
-template Float4 valueFromString<Float4>(std::string_view text);
-template Int1 valueFromString<Int1>(std::string_view text);
-template Int2 valueFromString<Int2>(std::string_view text);
-template Int3 valueFromString<Int3>(std::string_view text);
-template Int4 valueFromString<Int4>(std::string_view text);
-
-template class Attribute<UInt>;
-template class Attribute<bool>;
-template class Attribute<Text>;
-template class Attribute<float>;
-template class Attribute<Float1>;
-template class Attribute<Float2>;
-template class Attribute<Float3>;
-template class Attribute<Float4>;
-template class Attribute<Int1>;
-template class Attribute<Int2>;
-template class Attribute<Int3>;
-template class Attribute<Int4>;
+#define ATTRIBUTE_TYPE(type)                                                                       \
+    template type valueFromString<type>(std::string_view text);                                    \
+    template class Attribute<type>;
+#include "data/attributetypes.inc"
 
 } // namespace Orv::Data

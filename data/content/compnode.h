@@ -5,6 +5,7 @@
 #include "data/content/compoutput.h"
 #include "data/content/connexion.h"
 #include "data/content/guilayout.h"
+#include "data/content/namedclass.h"
 #include "data/content/option.h"
 #include "data/content/types.h"
 #include "data/content/valueclasses.h"
@@ -27,17 +28,6 @@ public:
     ~CompNode() override;
 };
 
-struct GraphCompositeNodesListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("compNodes", Required);
-};
-class GraphCompositeNodesList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<CompNode>, GraphCompositeNodesListMeta_>>
-{
-public:
-    GraphCompositeNodesList();
-    ~GraphCompositeNodesList() override;
-};
+ORV_LIST_CLASS(GraphCompositeNodesList, "compNodes", CompNode)
 
 } // namespace Ksx::Data::Content

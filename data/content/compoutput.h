@@ -1,6 +1,7 @@
 // An output of a node.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/valueclasses.h"
 #include "data/declaration.h"
@@ -22,17 +23,6 @@ public:
     ~CompOutput() override;
 };
 
-struct CompNodeOutputListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("compOutputs", Required);
-};
-class CompNodeOutputList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<CompOutput>, CompNodeOutputListMeta_>>
-{
-public:
-    CompNodeOutputList();
-    ~CompNodeOutputList() override;
-};
+ORV_LIST_CLASS(CompNodeOutputList, "compOutputs", CompOutput)
 
 } // namespace Ksx::Data::Content

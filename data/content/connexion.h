@@ -1,6 +1,7 @@
 // What feeds one input of a node. The x is the format's spelling.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/valueclasses.h"
 #include "data/declaration.h"
@@ -22,30 +23,7 @@ public:
     ~Connexion() override;
 };
 
-struct CompNodeConnexionsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("connexions", Required);
-};
-class CompNodeConnexionsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Connexion>, CompNodeConnexionsListMeta_>>
-{
-public:
-    CompNodeConnexionsList();
-    ~CompNodeConnexionsList() override;
-};
-
-struct ParamNodeConnexionsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("connexions", Required);
-};
-class ParamNodeConnexionsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Connexion>, ParamNodeConnexionsListMeta_>>
-{
-public:
-    ParamNodeConnexionsList();
-    ~ParamNodeConnexionsList() override;
-};
+ORV_LIST_CLASS(CompNodeConnexionsList, "connexions", Connexion)
+ORV_LIST_CLASS(ParamNodeConnexionsList, "connexions", Connexion)
 
 } // namespace Ksx::Data::Content

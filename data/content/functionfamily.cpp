@@ -30,7 +30,6 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-ParamNodesList::ParamNodesList() = default;
-ParamNodesList::~ParamNodesList() = default;
+ORV_DEFINE_CLASS(ParamNodesList)
 
 } // namespace Ksx::Data::Content

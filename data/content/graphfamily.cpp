@@ -52,16 +52,9 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-GraphInputsList::GraphInputsList() = default;
-GraphInputsList::~GraphInputsList() = default;
-
-GraphOutputsList::GraphOutputsList() = default;
-GraphOutputsList::~GraphOutputsList() = default;
-
-RootOutputList::RootOutputList() = default;
-RootOutputList::~RootOutputList() = default;
-
-DefaultValue::DefaultValue() = default;
-DefaultValue::~DefaultValue() = default;
+ORV_DEFINE_CLASS(GraphInputsList)
+ORV_DEFINE_CLASS(GraphOutputsList)
+ORV_DEFINE_CLASS(RootOutputList)
+ORV_DEFINE_CLASS(DefaultValue)
 
 } // namespace Ksx::Data::Content

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/content/attributes.h"
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/usage.h"
 #include "data/content/valueclasses.h"
@@ -24,17 +25,6 @@ public:
     ~GraphOutput() override;
 };
 
-struct GraphOutputsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("graphOutputs", Required);
-};
-class GraphOutputsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<GraphOutput>, GraphOutputsListMeta_>>
-{
-public:
-    GraphOutputsList();
-    ~GraphOutputsList() override;
-};
+ORV_LIST_CLASS(GraphOutputsList, "graphOutputs", GraphOutput)
 
 } // namespace Ksx::Data::Content

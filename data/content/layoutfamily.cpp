@@ -37,7 +37,6 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-Options::Options() = default;
-Options::~Options() = default;
+ORV_DEFINE_CLASS(Options)
 
 } // namespace Ksx::Data::Content

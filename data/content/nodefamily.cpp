@@ -73,22 +73,11 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-GraphCompositeNodesList::GraphCompositeNodesList() = default;
-GraphCompositeNodesList::~GraphCompositeNodesList() = default;
-
-CompNodeOutputList::CompNodeOutputList() = default;
-CompNodeOutputList::~CompNodeOutputList() = default;
-
-OutputBridgings::OutputBridgings() = default;
-OutputBridgings::~OutputBridgings() = default;
-
-CompNodeConnexionsList::CompNodeConnexionsList() = default;
-CompNodeConnexionsList::~CompNodeConnexionsList() = default;
-
-ParamNodeConnexionsList::ParamNodeConnexionsList() = default;
-ParamNodeConnexionsList::~ParamNodeConnexionsList() = default;
-
-CompImplementation::CompImplementation() = default;
-CompImplementation::~CompImplementation() = default;
+ORV_DEFINE_CLASS(GraphCompositeNodesList)
+ORV_DEFINE_CLASS(CompNodeOutputList)
+ORV_DEFINE_CLASS(OutputBridgings)
+ORV_DEFINE_CLASS(CompNodeConnexionsList)
+ORV_DEFINE_CLASS(ParamNodeConnexionsList)
+ORV_DEFINE_CLASS(CompImplementation)
 
 } // namespace Ksx::Data::Content

@@ -1,6 +1,7 @@
 // A free pair of name and value.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/declaration.h"
 
@@ -21,16 +22,6 @@ public:
     ~Option() override;
 };
 
-struct OptionsMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("options", Required);
-};
-class Options : public Orv::Data::ChildValueTypeBinder<
-                    Orv::Data::MetaBinder<Orv::Data::ContainerList<Option>, OptionsMeta_>>
-{
-public:
-    Options();
-    ~Options() override;
-};
+ORV_LIST_CLASS(Options, "options", Option)
 
 } // namespace Ksx::Data::Content

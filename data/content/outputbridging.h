@@ -1,6 +1,7 @@
 // One output of an instantiated graph on one of the instance node's outputs.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/declaration.h"
 
@@ -21,18 +22,6 @@ public:
     ~OutputBridging() override;
 };
 
-struct OutputBridgingsMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record =
-        Orv::Data::makeMeta("outputBridgings", Required);
-};
-class OutputBridgings
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<OutputBridging>, OutputBridgingsMeta_>>
-{
-public:
-    OutputBridgings();
-    ~OutputBridgings() override;
-};
+ORV_LIST_CLASS(OutputBridgings, "outputBridgings", OutputBridging)
 
 } // namespace Ksx::Data::Content

@@ -4,6 +4,7 @@
 #include "data/content/configurations.h"
 #include "data/content/contentobjectbase.h"
 #include "data/content/dependency.h"
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/declaration.h"
 
@@ -24,17 +25,6 @@ public:
     ~Package() override;
 };
 
-struct PackagesListContentMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("content", Required);
-};
-class PackagesListContent
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Package>, PackagesListContentMeta_>>
-{
-public:
-    PackagesListContent();
-    ~PackagesListContent() override;
-};
+ORV_LIST_CLASS(PackagesListContent, "content", Package)
 
 } // namespace Ksx::Data::Content

@@ -40,9 +40,7 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-PackagesListContent::PackagesListContent() = default;
-PackagesListContent::~PackagesListContent() = default;
-
+ORV_DEFINE_CLASS(PackagesListContent)
 std::unique_ptr<BaseObject> DelayedContentsStub_::create(std::string_view elementName)
 {
     return Orv::Data::createFirstMatch<Group, Resource, Graph, Function>(elementName);

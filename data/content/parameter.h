@@ -1,6 +1,7 @@
 // A named value of a node or graph.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/paramvalue.h"
 #include "data/content/types.h"
 #include "data/declaration.h"
@@ -22,43 +23,8 @@ public:
     ~Parameter() override;
 };
 
-struct GraphParametersListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("baseParameters", Required);
-};
-class GraphParametersList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Parameter>, GraphParametersListMeta_>>
-{
-public:
-    GraphParametersList();
-    ~GraphParametersList() override;
-};
-
-struct FilterParamsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("parameters", Required);
-};
-class FilterParamsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Parameter>, FilterParamsListMeta_>>
-{
-public:
-    FilterParamsList();
-    ~FilterParamsList() override;
-};
-
-struct CompInstanceParamsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("parameters", Required);
-};
-class CompInstanceParamsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<Parameter>, CompInstanceParamsListMeta_>>
-{
-public:
-    CompInstanceParamsList();
-    ~CompInstanceParamsList() override;
-};
+ORV_LIST_CLASS(GraphParametersList, "baseParameters", Parameter)
+ORV_LIST_CLASS(FilterParamsList, "parameters", Parameter)
+ORV_LIST_CLASS(CompInstanceParamsList, "parameters", Parameter)
 
 } // namespace Ksx::Data::Content

@@ -45,16 +45,9 @@ namespace Ksx::Data::Content {
 
 #include "data/undefclass.inc"
 
-GraphParametersList::GraphParametersList() = default;
-GraphParametersList::~GraphParametersList() = default;
-
-FilterParamsList::FilterParamsList() = default;
-FilterParamsList::~FilterParamsList() = default;
-
-CompInstanceParamsList::CompInstanceParamsList() = default;
-CompInstanceParamsList::~CompInstanceParamsList() = default;
-
-ParamValue::ParamValue() = default;
-ParamValue::~ParamValue() = default;
+ORV_DEFINE_CLASS(GraphParametersList)
+ORV_DEFINE_CLASS(FilterParamsList)
+ORV_DEFINE_CLASS(CompInstanceParamsList)
+ORV_DEFINE_CLASS(ParamValue)
 
 } // namespace Ksx::Data::Content

@@ -4,6 +4,7 @@
 #include "data/content/attributes.h"
 #include "data/content/defaultvalue.h"
 #include "data/content/defaultwidget.h"
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/usage.h"
 #include "data/content/valueclasses.h"
@@ -26,17 +27,6 @@ public:
     ~ParamInput() override;
 };
 
-struct GraphInputsListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("paraminputs", Required);
-};
-class GraphInputsList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<ParamInput>, GraphInputsListMeta_>>
-{
-public:
-    GraphInputsList();
-    ~GraphInputsList() override;
-};
+ORV_LIST_CLASS(GraphInputsList, "paraminputs", ParamInput)
 
 } // namespace Ksx::Data::Content

@@ -4,6 +4,7 @@
 #include "data/content/connexion.h"
 #include "data/content/funcdata.h"
 #include "data/content/guilayout.h"
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/valueclasses.h"
 #include "data/declaration.h"
@@ -25,17 +26,6 @@ public:
     ~ParamNode() override;
 };
 
-struct ParamNodesListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("paramNodes", Required);
-};
-class ParamNodesList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<ParamNode>, ParamNodesListMeta_>>
-{
-public:
-    ParamNodesList();
-    ~ParamNodesList() override;
-};
+ORV_LIST_CLASS(ParamNodesList, "paramNodes", ParamNode)
 
 } // namespace Ksx::Data::Content

@@ -3,23 +3,12 @@
 
 #include "data/content/constantvalues.h"
 #include "data/content/dynamicvalue.h"
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/declaration.h"
 
 namespace Ksx::Data::Content {
 
-struct ParamValueMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("paramValue", Required);
-};
-class ParamValue
-    : public Orv::Data::ChildrenTypesBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerUnion<BaseObject>, ParamValueMeta_>,
-          DynamicValue, KSX_CONSTANT_VALUES>
-{
-public:
-    ParamValue();
-    ~ParamValue() override;
-};
+ORV_UNION_CLASS(ParamValue, "paramValue", DynamicValue, KSX_CONSTANT_VALUES)
 
 } // namespace Ksx::Data::Content

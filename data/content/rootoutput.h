@@ -1,6 +1,7 @@
 // How one output of a graph is rendered.
 #pragma once
 
+#include "data/content/namedclass.h"
 #include "data/content/types.h"
 #include "data/content/valueclasses.h"
 #include "data/content/valueoverloadable.h"
@@ -23,17 +24,6 @@ public:
     ~RootOutput() override;
 };
 
-struct RootOutputListMeta_
-{
-    static constexpr Orv::Data::ObjectMeta record = Orv::Data::makeMeta("rootOutputs", Required);
-};
-class RootOutputList
-    : public Orv::Data::ChildValueTypeBinder<
-          Orv::Data::MetaBinder<Orv::Data::ContainerList<RootOutput>, RootOutputListMeta_>>
-{
-public:
-    RootOutputList();
-    ~RootOutputList() override;
-};
+ORV_LIST_CLASS(RootOutputList, "rootOutputs", RootOutput)
 
 } // namespace Ksx::Data::Content

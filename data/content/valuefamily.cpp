@@ -61,46 +61,30 @@ ValueOverloadable<T>::~ValueOverloadable() = default;
 
 #pragma GCC diagnostic pop
 
-#define ORV_INSTANTIATE(type)                                                                      \
+#define ATTRIBUTE_TYPE(type)                                                                       \
     template struct StructType<type>;                                                              \
     template class ValueOverloadable<type>;
-ORV_INSTANTIATE(Text)
-ORV_INSTANTIATE(bool)
-ORV_INSTANTIATE(UInt)
-ORV_INSTANTIATE(float)
-ORV_INSTANTIATE(Float1)
-ORV_INSTANTIATE(Float2)
-ORV_INSTANTIATE(Float3)
-ORV_INSTANTIATE(Float4)
-ORV_INSTANTIATE(Int1)
-ORV_INSTANTIATE(Int2)
-ORV_INSTANTIATE(Int3)
-ORV_INSTANTIATE(Int4)
-#undef ORV_INSTANTIATE
+#include "data/attributetypes.inc"
 
-#define ORV_DEFINE(name)                                                                           \
-    name::name() = default;                                                                        \
-    name::~name() = default;
-ORV_DEFINE(ConstantValueString)
-ORV_DEFINE(ConstantValueBool)
-ORV_DEFINE(ConstantValueInt32)
-ORV_DEFINE(ConstantValueFloat)
-ORV_DEFINE(ConstantValueFloat1)
-ORV_DEFINE(ConstantValueFloat2)
-ORV_DEFINE(ConstantValueFloat3)
-ORV_DEFINE(ConstantValueFloat4)
-ORV_DEFINE(ConstantValueInt1)
-ORV_DEFINE(ConstantValueInt2)
-ORV_DEFINE(ConstantValueInt3)
-ORV_DEFINE(ConstantValueInt4)
-ORV_DEFINE(Path)
-ORV_DEFINE(Type)
-ORV_DEFINE(CompType)
-ORV_DEFINE(Format)
-ORV_DEFINE(Disabled)
-ORV_DEFINE(ConnRef)
-ORV_DEFINE(ConnRefOutput)
-ORV_DEFINE(RootNode)
-#undef ORV_DEFINE
+ORV_DEFINE_CLASS(ConstantValueString)
+ORV_DEFINE_CLASS(ConstantValueBool)
+ORV_DEFINE_CLASS(ConstantValueInt32)
+ORV_DEFINE_CLASS(ConstantValueFloat)
+ORV_DEFINE_CLASS(ConstantValueFloat1)
+ORV_DEFINE_CLASS(ConstantValueFloat2)
+ORV_DEFINE_CLASS(ConstantValueFloat3)
+ORV_DEFINE_CLASS(ConstantValueFloat4)
+ORV_DEFINE_CLASS(ConstantValueInt1)
+ORV_DEFINE_CLASS(ConstantValueInt2)
+ORV_DEFINE_CLASS(ConstantValueInt3)
+ORV_DEFINE_CLASS(ConstantValueInt4)
+ORV_DEFINE_CLASS(Path)
+ORV_DEFINE_CLASS(Type)
+ORV_DEFINE_CLASS(CompType)
+ORV_DEFINE_CLASS(Format)
+ORV_DEFINE_CLASS(Disabled)
+ORV_DEFINE_CLASS(ConnRef)
+ORV_DEFINE_CLASS(ConnRefOutput)
+ORV_DEFINE_CLASS(RootNode)
 
 } // namespace Ksx::Data::Content

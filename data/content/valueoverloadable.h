@@ -97,29 +97,9 @@ protected:
     ~ValueOverloadable() override;
 };
 
-extern template struct StructType<Text>;
-extern template class ValueOverloadable<Text>;
-extern template struct StructType<bool>;
-extern template class ValueOverloadable<bool>;
-extern template struct StructType<UInt>;
-extern template class ValueOverloadable<UInt>;
-extern template struct StructType<float>;
-extern template class ValueOverloadable<float>;
-extern template struct StructType<Float1>;
-extern template class ValueOverloadable<Float1>;
-extern template struct StructType<Float2>;
-extern template class ValueOverloadable<Float2>;
-extern template struct StructType<Float3>;
-extern template class ValueOverloadable<Float3>;
-extern template struct StructType<Float4>;
-extern template class ValueOverloadable<Float4>;
-extern template struct StructType<Int1>;
-extern template class ValueOverloadable<Int1>;
-extern template struct StructType<Int2>;
-extern template class ValueOverloadable<Int2>;
-extern template struct StructType<Int3>;
-extern template class ValueOverloadable<Int3>;
-extern template struct StructType<Int4>;
-extern template class ValueOverloadable<Int4>;
+#define ATTRIBUTE_TYPE(type)                                                                       \
+    extern template struct StructType<type>;                                                       \
+    extern template class ValueOverloadable<type>;
+#include "data/attributetypes.inc"
 
 } // namespace Ksx::Data::Content

@@ -61,17 +61,7 @@ private:
     T m_value{};
 };
 
-extern template class Attribute<UInt>;
-extern template class Attribute<bool>;
-extern template class Attribute<Text>;
-extern template class Attribute<float>;
-extern template class Attribute<Float1>;
-extern template class Attribute<Float2>;
-extern template class Attribute<Float3>;
-extern template class Attribute<Float4>;
-extern template class Attribute<Int1>;
-extern template class Attribute<Int2>;
-extern template class Attribute<Int3>;
-extern template class Attribute<Int4>;
+#define ATTRIBUTE_TYPE(type) extern template class Attribute<type>;
+#include "data/attributetypes.inc"
 
 } // namespace Orv::Data
