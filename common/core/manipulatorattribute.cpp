@@ -20,6 +20,15 @@ void ManipulatorAttribute<T>::set(const T& value)
 }
 
 template <class T>
+bool ManipulatorAttribute<T>::setIfChanged(const T& value)
+{
+    if (get()->get() == value)
+        return false;
+    set(value);
+    return true;
+}
+
+template <class T>
 boost::any ManipulatorAttribute<T>::getValue() const
 {
     return boost::any(get()->get());
@@ -43,17 +52,7 @@ void ManipulatorAttribute<T>::resetToDefault()
     set(get()->getDefaultValue());
 }
 
-template class ManipulatorAttribute<Data::UInt>;
-template class ManipulatorAttribute<bool>;
-template class ManipulatorAttribute<Data::Text>;
-template class ManipulatorAttribute<float>;
-template class ManipulatorAttribute<Data::Float1>;
-template class ManipulatorAttribute<Data::Float2>;
-template class ManipulatorAttribute<Data::Float3>;
-template class ManipulatorAttribute<Data::Float4>;
-template class ManipulatorAttribute<Data::Int1>;
-template class ManipulatorAttribute<Data::Int2>;
-template class ManipulatorAttribute<Data::Int3>;
-template class ManipulatorAttribute<Data::Int4>;
+#define ATTRIBUTE_TYPE(type) template class ManipulatorAttribute<type>;
+#include "data/attributetypes.inc"
 
 } // namespace Orv::Core

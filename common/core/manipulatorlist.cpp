@@ -2,6 +2,8 @@
 
 #include "core/historyscratch.h"
 #include "data/changeevent.h"
+#include <algorithm>
+#include <numeric>
 
 namespace Orv::Core {
 
@@ -17,9 +19,14 @@ void ManipulatorListBase::clear()
 
 void ManipulatorListBase::pushBack(std::unique_ptr<Data::BaseObject> item)
 {
+    insert(list()->size(), std::move(item));
+}
+
+void ManipulatorListBase::insert(std::size_t index, std::unique_ptr<Data::BaseObject> item)
+{
     std::vector<std::unique_ptr<Data::BaseObject>> items;
     items.push_back(std::move(item));
-    insert(list()->size(), std::move(items));
+    insert(index, std::move(items));
 }
 
 void ManipulatorListBase::insert(std::size_t index,
@@ -53,6 +60,33 @@ void ManipulatorListBase::erase(std::size_t index, std::size_t count)
     ChangeRuns runs;
     runs.eraseRun(index, count);
     notify(ChangeType::Erased, runs, {items.data(), items.size()});
+}
+
+bool ManipulatorListBase::erase(const Data::BaseObject* item)
+{
+    const std::size_t index = item == nullptr ? list()->size() : list()->indexOf(*item);
+    if (index == list()->size())
+        return false;
+    erase(index, 1);
+    return true;
+}
+
+void ManipulatorListBase::reorder(const std::vector<std::size_t>& order)
+{
+    std::vector<std::size_t> places(list()->size());
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::vector<std::size_t> named = order;
+    std::sort(named.begin(), named.end());
+    if (named != places)
+        throw ExceptionOutOfBounds();
+    std::vector<const Data::BaseObject*> items;
+    items.reserve(order.size());
+    for (const std::size_t place : order)
+        items.push_back(list()->childAt(place));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const std::size_t from = list()->childAt(i) == items[i] ? i : list()->indexOf(*items[i]);
+        move(from, static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(from));
+    }
 }
 
 void ManipulatorListBase::move(std::size_t index, std::ptrdiff_t offset)

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <limits>
 #include <map>
+#include <numeric>
 #include <utility>
 
 namespace Ksx::Core::Behavior {
@@ -19,27 +20,11 @@ namespace Ksx::Core::Behavior {
 namespace {
 
 using namespace Data::Content;
-using Orv::Core::ManipulatorAttribute;
 using Orv::Core::ManipulatorContext;
 using Orv::Core::ManipulatorList;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::BaseObject;
 namespace ValueType = Data::Desc::ValueType;
-
-template <class T>
-void write(ManipulatorAttribute<T> attribute, const T& value)
-{
-    if (attribute.get()->get() != value)
-        attribute.set(value);
-}
-
-template <class List, class Item>
-void insertAt(List list, std::size_t index, std::unique_ptr<Item> item)
-{
-    std::vector<std::unique_ptr<BaseObject>> items;
-    items.push_back(std::move(item));
-    list.insert(index, std::move(items));
-}
 
 // Can a parameter with that value still be one of an input of the type?
 bool fits(const BaseObject* value, unsigned type)
@@ -91,29 +76,18 @@ std::vector<std::size_t> changedPlaces(const Orv::Data::ContainerList<Item>& lis
 
 constexpr std::size_t NoRank = std::numeric_limits<std::size_t>::max();
 
-// Brings the items of a list into the order of their ranks. Items without a rank stay behind those
-// that they stand behind.
-template <class List>
-void orderByRank(List list, std::vector<std::size_t> ranks)
+// Returns the order that items of these ranks have. Items without a rank stay behind the items that
+// they stand behind.
+std::vector<std::size_t> orderOf(std::vector<std::size_t> ranks)
 {
     for (std::size_t i = 0; i < ranks.size(); ++i)
         if (ranks[i] == NoRank)
             ranks[i] = i == 0 ? 0 : ranks[i - 1];
-    std::vector<std::size_t> sorted = ranks;
-    std::sort(sorted.begin(), sorted.end());
-    for (std::size_t i = 0; i < ranks.size(); ++i) {
-        if (ranks[i] == sorted[i]) // the least of what is left
-            continue;
-        const auto least =
-            std::find(ranks.begin() + static_cast<std::ptrdiff_t>(i), ranks.end(), sorted[i]);
-        const auto from = static_cast<std::size_t>(least - ranks.begin());
-        // Histories take two moves in a row in one list for steps of one item. Writing the item's
-        // uid, as it is, keeps them apart.
-        auto uid = list.at(from).uid();
-        uid.set(uid.get()->get());
-        list.move(from, static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(from));
-        std::rotate(ranks.begin() + static_cast<std::ptrdiff_t>(i), least, least + 1);
-    }
+    std::vector<std::size_t> order(ranks.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return ranks[a] < ranks[b]; });
+    return order;
 }
 
 } // namespace
@@ -158,7 +132,7 @@ void CompInstanceWriter::followOutputs(const InterfaceDiff& outputs, const Graph
             removeOutput(i);
             continue;
         }
-        write(m_instance.outputBridgings().at(i).identifier(), fate->item->identifier);
+        m_instance.outputBridgings().at(i).identifier().setIfChanged(fate->item->identifier);
         if (fate->isTypeChanged)
             setType(bridging.uid().get(), fate->item->type);
     }
@@ -173,16 +147,18 @@ void CompInstanceWriter::removeOutput(std::size_t bridging)
     const Uid uid = m_instance.get()->outputBridgings().at(bridging).uid().get();
     m_dropped.add(*m_node.get(), uid);
     m_instance.outputBridgings().erase(bridging, 1);
-    const std::size_t output = indexOfOutput(uid);
-    if (output < m_node.get()->compOutputs().size())
-        m_node.compOutputs().erase(output, 1);
+    m_node.compOutputs().erase(
+        KeyIndex<CompOutput, UidKey>::find(m_node.get()->compOutputs(), uid));
 }
 
 void CompInstanceWriter::setType(Uid output, unsigned type)
 {
     if (const CompOutput* found =
             KeyIndex<CompOutput, UidKey>::find(m_node.get()->compOutputs(), output))
-        write(ManipulatorStruct<CompOutput>(*found, m_node.context()).comptype().value(), type);
+        ManipulatorStruct<CompOutput>(*found, m_node.context())
+            .comptype()
+            .value()
+            .setIfChanged(type);
 }
 
 void CompInstanceWriter::addOutput(const InterfaceDiff::Addition& added, const GraphOutputs& list)
@@ -215,11 +191,11 @@ void CompInstanceWriter::makeOutput(const InterfaceDiff::Addition& added, const 
     auto output = std::make_unique<CompOutput>();
     output->uid().assign(uid);
     output->comptype().value().assign(added.item.type);
-    insertAt(m_node.compOutputs(), outputIndex, std::move(output));
+    m_node.compOutputs().insert(outputIndex, std::move(output));
     auto bridging = std::make_unique<OutputBridging>();
     bridging->uid().assign(uid);
     bridging->identifier().assign(added.item.identifier);
-    insertAt(m_instance.outputBridgings(), bridgingIndex, std::move(bridging));
+    m_instance.outputBridgings().insert(bridgingIndex, std::move(bridging));
 }
 
 void CompInstanceWriter::orderOutputs(const InterfaceDiff& outputs)
@@ -231,13 +207,13 @@ void CompInstanceWriter::orderOutputs(const InterfaceDiff& outputs)
         ranks.push_back(place < outputs.itemCount() ? place : NoRank);
         ranksOfUids.emplace(bridging.uid().get(), ranks.back());
     }
-    orderByRank(m_instance.outputBridgings(), std::move(ranks));
+    m_instance.outputBridgings().reorder(orderOf(std::move(ranks)));
     std::vector<std::size_t> outputRanks;
     for (const CompOutput& output : m_node.get()->compOutputs()) {
         const auto found = ranksOfUids.find(output.uid().get());
         outputRanks.push_back(found == ranksOfUids.end() ? NoRank : found->second);
     }
-    orderByRank(m_node.compOutputs(), std::move(outputRanks));
+    m_node.compOutputs().reorder(orderOf(std::move(outputRanks)));
 }
 
 void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
@@ -253,7 +229,7 @@ void CompInstanceWriter::followInputs(const InterfaceDiff& inputs)
             (fate->isTypeChanged && !fits(parameter.paramValue().get(), fate->item->type)))
             list.erase(i, 1);
         else
-            write(list.at(i).name(), fate->item->identifier);
+            list.at(i).name().setIfChanged(fate->item->identifier);
     }
     Behavior::followInputs(m_node.connexions(), inputs);
 }
@@ -288,7 +264,7 @@ void followInputs(const ManipulatorList<Connexion>& connexions, const InterfaceD
         if (!fate->item)
             list.erase(i, 1);
         else
-            write(list.at(i).identifier(), fate->item->identifier);
+            list.at(i).identifier().setIfChanged(fate->item->identifier);
     }
 }
 

@@ -47,9 +47,10 @@ Uid wantedPrimaryInput(const Graph& graph)
 
 void sync(const Graph& graph, ManipulatorContext& context)
 {
-    const Uid wanted = wantedPrimaryInput(graph);
-    if (graph.primaryInput().value().get() != wanted)
-        ManipulatorStruct<Graph>(graph, context).primaryInput().value().set(wanted);
+    ManipulatorStruct<Graph>(graph, context)
+        .primaryInput()
+        .value()
+        .setIfChanged(wantedPrimaryInput(graph));
 }
 
 void reportWrong(const Graph& graph)

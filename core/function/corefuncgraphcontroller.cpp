@@ -56,16 +56,9 @@ struct RemoveNodeParameters
 bool applyRemoveNode(GraphManipulator graph, const DataPointerBoxMasterKey&,
                      const RemoveNodeParameters& removed)
 {
-    if (!removed.node)
-        return false;
-    auto nodes = graph.paramNodes();
-    const std::size_t index = nodes.get()->indexOf(*removed.node);
-    if (index == nodes.get()->size())
-        return false;
     if (removed.isOutput)
         writeRoot(graph, 0); // like this, no root is written
-    nodes.erase(index, 1);
-    return true;
+    return graph.paramNodes().erase(removed.node);
 }
 
 struct SetOutputParameters
@@ -83,8 +76,7 @@ bool applySetOutput(GraphManipulator graph, const DataPointerBoxMasterKey&,
     if (!output.node || index == nodes.get()->size())
         return false;
     const Uid former = output.node->uid().get();
-    if (former != output.uid)
-        nodes.at(index).uid().set(output.uid);
+    nodes.at(index).uid().setIfChanged(output.uid);
     for (std::size_t i = 0; output.hasConnections && i < nodes.get()->size(); ++i) {
         auto connexions = nodes.at(i).connexions();
         for (std::size_t j = 0; j < connexions.get()->size(); ++j)
@@ -113,8 +105,7 @@ bool applyReplaceEntries(ManipulatorList<Connexion> connexions, const DataPointe
         connexion->identifier().assign(replaced.info.identifier);
         connexion->connRef().value().assign(replaced.info.nodeUid);
         connexions.erase(index, 1);
-        connexions.insert(ManipulatorList<Connexion>::iterator(connexions, index),
-                          std::move(connexion));
+        connexions.insert(index, std::move(connexion));
     }
     return true;
 }

@@ -126,9 +126,7 @@ void insertNode(const GraphManipulator& graph, std::unique_ptr<CompNode> node, i
 {
     const std::size_t size = graph.get()->compNodes().size();
     const std::size_t place = index < 0 ? size : std::min(size, static_cast<std::size_t>(index));
-    std::vector<std::unique_ptr<Orv::Data::BaseObject>> nodes;
-    nodes.push_back(std::move(node));
-    graph.compNodes().insert(place, std::move(nodes));
+    graph.compNodes().insert(place, std::move(node));
 }
 
 // The graph of an FX-map begins with one set of parameters, which is its result.
@@ -234,26 +232,17 @@ bool applyAddOutputNode(GraphManipulator graph, const DataPointerBoxMasterKey&,
     return true;
 }
 
-template <class List, class Item>
-void eraseItem(List list, const DataPointerBox<Item>& item)
-{
-    const std::size_t index = item ? list.get()->indexOf(*item) : list.get()->size();
-    if (index < list.get()->size())
-        list.erase(index, 1);
-}
-
 bool applyRemoveNode(GraphManipulator graph, const DataPointerBoxMasterKey&,
                      const RemoveNodeParameters& removed)
 {
-    eraseItem(graph.compNodes(), removed.node);
-    eraseItem(graph.paraminputs(), removed.input);
+    graph.compNodes().erase(removed.node);
+    graph.paraminputs().erase(removed.input);
     if (!removed.output)
         return true;
     const Uid uid = removed.output->uid().get();
-    const auto rootOutputs = graph.root().rootOutputs();
-    eraseItem(rootOutputs, DataPointerBox<RootOutput>(
-                               KeyIndex<RootOutput, RootOutputKey>::find(*rootOutputs.get(), uid)));
-    eraseItem(graph.graphOutputs(), removed.output);
+    auto rootOutputs = graph.root().rootOutputs();
+    rootOutputs.erase(KeyIndex<RootOutput, RootOutputKey>::find(*rootOutputs.get(), uid));
+    graph.graphOutputs().erase(removed.output);
     return true;
 }
 

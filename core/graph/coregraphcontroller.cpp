@@ -34,10 +34,7 @@ bool applyConnect(ManipulatorList<Connexion> connexions, const DataPointerBoxMas
 bool applyDisconnect(ManipulatorList<Connexion> connexions, const DataPointerBoxMasterKey&,
                      const DataPointerBox<Connexion>& removed)
 {
-    const std::size_t index =
-        removed ? connexions.get()->indexOf(*removed) : connexions.get()->size();
-    if (index < connexions.get()->size())
-        connexions.erase(index, 1);
+    connexions.erase(removed);
     return true;
 }
 

@@ -29,11 +29,7 @@ bool applyAddTweakInput(ManipulatorList<ParamInput> inputs, const DataPointerBox
 bool applyRemoveInput(ManipulatorList<ParamInput> inputs, const DataPointerBoxMasterKey&,
                       const DataPointerBox<ParamInput>& input)
 {
-    const std::size_t index = input ? inputs.get()->indexOf(*input) : inputs.get()->size();
-    if (index == inputs.get()->size())
-        return false;
-    inputs.erase(index, 1);
-    return true;
+    return inputs.erase(input);
 }
 
 } // namespace

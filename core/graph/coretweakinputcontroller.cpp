@@ -127,13 +127,6 @@ Looks looksOf(const ParamInput& input)
     return looks;
 }
 
-template <class T>
-void write(ManipulatorAttribute<T> attribute, const T& value)
-{
-    if (attribute.get()->get() != value)
-        attribute.set(value);
-}
-
 std::string freeIdentifierFor(const ParamInput& input, const std::string& wanted)
 {
     const auto* list = dynamic_cast<const Orv::Data::ContainerList<ParamInput>*>(input.getParent());
@@ -160,16 +153,16 @@ void writeOptions(const ManipulatorStruct<DefaultWidget>& widget, const Looks& l
 bool applyLooks(ManipulatorStruct<ParamInput> input, const DataPointerBoxMasterKey&,
                 const Looks& looks)
 {
-    write(input.identifier(), freeIdentifierFor(*input.get(), looks.identifier));
-    write(input.attributes().label(), looks.label);
-    write(input.attributes().description(), looks.description);
-    write(input.group(), looks.group);
-    write(input.type().value(), looks.type);
+    input.identifier().setIfChanged(freeIdentifierFor(*input.get(), looks.identifier));
+    input.attributes().label().setIfChanged(looks.label);
+    input.attributes().description().setIfChanged(looks.description);
+    input.group().setIfChanged(looks.group);
+    input.type().value().setIfChanged(looks.type);
     std::unique_ptr<BaseObject> constant;
     if (!looks.defaultValue.empty())
         constant = makeConstant(looks.type, looks.defaultValue);
     input.defaultValue().set(std::move(constant));
-    write(input.defaultWidget().name(), looks.widget);
+    input.defaultWidget().name().setIfChanged(looks.widget);
     writeOptions(input.defaultWidget(), looks);
     return true;
 }

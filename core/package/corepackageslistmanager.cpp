@@ -58,14 +58,8 @@ bool applyAdd(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKe
 bool applyRemove(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKey&,
                  const Boxes& removed)
 {
-    for (const auto& package : removed) {
-        const auto& content = list.get()->content();
-        const std::size_t index = package ? content.indexOf(*package) : content.size();
-        if (index == content.size())
-            return false;
-        list.content().erase(index, 1);
-    }
-    return true;
+    return std::all_of(removed.begin(), removed.end(),
+                       [&list](const auto& package) { return list.content().erase(package); });
 }
 
 bool applyMove(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterKey&,
@@ -84,12 +78,7 @@ bool applyMove(ManipulatorStruct<PackagesList> list, const DataPointerBoxMasterK
 bool applyRemoveDependency(ManipulatorStruct<Package> package, const DataPointerBoxMasterKey&,
                            const Orv::Data::DataPointerBox<Dependency>& removed)
 {
-    const auto& dependencies = package.get()->dependencies();
-    const std::size_t index = removed ? dependencies.indexOf(*removed) : dependencies.size();
-    if (index == dependencies.size())
-        return false;
-    package.dependencies().erase(index, 1);
-    return true;
+    return package.dependencies().erase(removed);
 }
 
 // Through the process's command manager, directly without one.
@@ -195,12 +184,7 @@ bool PackagesListManager::removeDependency(Package& package, const Dependency& d
         return execute(Orv::Core::makeModification(box, removed, &applyRemoveDependency));
     }
     return editPlainly([&](ManipulatorContext& context) {
-        const ManipulatorStruct<Package> manipulator(package, context);
-        const std::size_t index = package.dependencies().indexOf(dependency);
-        if (index == package.dependencies().size())
-            return false;
-        manipulator.dependencies().erase(index, 1);
-        return true;
+        return ManipulatorStruct<Package>(package, context).dependencies().erase(&dependency);
     });
 }
 

@@ -56,11 +56,7 @@ ParameterEdit foundOrAppended(Parameters& list, const std::string& identifier)
 // False, and so without effect, when there is no such parameter.
 bool applyRemove(Parameters list, const DataPointerBoxMasterKey&, const std::string& identifier)
 {
-    const Content::Parameter* const found = find(*list.get(), identifier);
-    if (found == nullptr)
-        return false;
-    list.erase(list.get()->indexOf(*found), 1);
-    return true;
+    return list.erase(find(*list.get(), identifier));
 }
 
 struct StoreInfo

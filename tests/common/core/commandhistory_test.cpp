@@ -178,6 +178,64 @@ TEST_F(History, ASpliceOfSeveralItemsIsUndoneExactly)
     EXPECT_EQ(titlesOf(library.root), "a b c");
 }
 
+struct VerbCase
+{
+    const char* name;
+    void (*edit)(ShelfEdit);
+    const char* titles; // behind the edit
+};
+
+class ListVerbs : public History, public testing::WithParamInterface<VerbCase>
+{
+protected:
+    EditFunction verb()
+    {
+        return [this](ManipulatorContext& context) { GetParam().edit(root(context)); };
+    }
+};
+
+TEST_P(ListVerbs, AreUndoneExactly)
+{
+    const auto command = run(verb());
+    EXPECT_EQ(titlesOf(library.root), GetParam().titles);
+    EXPECT_TRUE(command->undo());
+    EXPECT_EQ(now(), before);
+}
+
+TEST_P(ListVerbs, AreRedoneExactly)
+{
+    const auto command = run(verb());
+    EXPECT_TRUE(command->undo());
+    EXPECT_TRUE(command->redo());
+    EXPECT_EQ(titlesOf(library.root), GetParam().titles);
+}
+
+TEST_P(ListVerbs, LeaveNoTraceWhenTheEditIsRefused)
+{
+    EXPECT_FALSE(editAndRefuse(verb()));
+    EXPECT_EQ(now(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Verbs, ListVerbs,
+    testing::Values(
+        VerbCase{"Insert", [](ShelfEdit s) { s.books().insert(1, aBook("x")); }, "a x b c"},
+        VerbCase{"EraseItem", [](ShelfEdit s) { s.books().erase(&s.get()->books().at(1)); }, "a c"},
+        VerbCase{"Reorder",
+                 [](ShelfEdit s) {
+                     s.books().reorder({2, 0, 1});
+                 },
+                 "c a b"},
+        VerbCase{"ReorderTwice",
+                 [](ShelfEdit s) {
+                     s.books().reorder({1, 0, 2});
+                     s.books().reorder({2, 0, 1});
+                 },
+                 "c b a"},
+        VerbCase{"SetIfChanged", [](ShelfEdit s) { s.books().at(0).title().setIfChanged("x"); },
+                 "x b c"}),
+    caseName<VerbCase>);
+
 TEST_F(History, ARefusedEditWithMovesOfTwoItemsLeavesTheTreeAsItWas)
 {
     EXPECT_NO_THROW(editAndRefuse([&](auto& context) {

@@ -6,7 +6,9 @@
 #include "support/shelfcases.h"
 
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <map>
+#include <numeric>
 #include <random>
 
 using Orv::Data::BaseObject;
@@ -76,6 +78,20 @@ void moveOne(std::mt19937& random, Orv::Core::ManipulatorListBase& list)
     list.move(static_cast<std::size_t>(from), to - from);
 }
 
+void shuffle(std::mt19937& random, Orv::Core::ManipulatorListBase& list)
+{
+    std::vector<std::size_t> order(list.list()->size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::shuffle(order.begin(), order.end(), random);
+    list.reorder(order);
+}
+
+void eraseOne(std::mt19937& random, Orv::Core::ManipulatorListBase& list)
+{
+    if (!list.list()->isEmpty())
+        list.erase(list.list()->childAt(below(random, list.list()->size())));
+}
+
 using Edit = void (*)(std::mt19937&, ShelfEdit&);
 
 const Edit Edits[] = {
@@ -99,6 +115,21 @@ const Edit Edits[] = {
     [](std::mt19937& random, ShelfEdit& shelf) {
         for (const auto& book : shelf.books())
             book.title().set(aName(random));
+    },
+    [](std::mt19937& random, ShelfEdit& shelf) {
+        auto books = shelf.books();
+        books.insert(pick<std::size_t>(random, 0, books.get()->size()), aBook(aName(random)));
+    },
+    [](std::mt19937& random, ShelfEdit& shelf) {
+        auto books = shelf.books();
+        eraseOne(random, books);
+    },
+    [](std::mt19937& random, ShelfEdit& shelf) {
+        auto books = shelf.books();
+        shuffle(random, books);
+    },
+    [](std::mt19937& random, ShelfEdit& shelf) {
+        shelf.level().setIfChanged(pick(random, 6u, 8u));
     },
     [](std::mt19937& random, ShelfEdit& shelf) {
         auto shelves = shelf.shelves();

@@ -7,6 +7,7 @@
 
 #include <boost/lexical_cast/bad_lexical_cast.hpp>
 #include <gtest/gtest.h>
+#include <limits>
 
 using Orv::Core::ExceptionOutOfBounds;
 using Orv::Core::ManipulatorAttribute;
@@ -80,6 +81,35 @@ TEST_F(ManipulatorAttributes, SetRecordsAndTellsAnEqualValueToo)
     editRoot([](ShelfEdit shelf) { shelf.name().set("root"); });
     EXPECT_EQ(recorded, 1u);
     EXPECT_EQ(listener.told, Journal{"2"});
+}
+
+TEST_F(ManipulatorAttributes, SetIfChangedWritesAnotherValue)
+{
+    bool isWritten = false;
+    editRoot([&](ShelfEdit shelf) { isWritten = shelf.name().setIfChanged("new"); });
+    EXPECT_TRUE(isWritten);
+    EXPECT_EQ(root().name().get(), "new");
+}
+
+TEST_F(ManipulatorAttributes, SetIfChangedToThePresentValueLeavesNoTrace)
+{
+    attach(root().name(), listener);
+    bool isWritten = true;
+    editRoot([&](ShelfEdit shelf) { isWritten = shelf.name().setIfChanged("root"); });
+    EXPECT_FALSE(isWritten);
+    EXPECT_EQ(recorded, 0u);
+    EXPECT_EQ(listener.told, Journal{});
+}
+
+TEST_F(ManipulatorAttributes, SetIfChangedToNanAlwaysWrites)
+{
+    constexpr float Nan = std::numeric_limits<float>::quiet_NaN();
+    bool isWritten = false;
+    editRoot([&](ShelfEdit shelf) {
+        shelf.spot().set(Float3{{Nan, 0, 0}});
+        isWritten = shelf.spot().setIfChanged(Float3{{Nan, 0, 0}});
+    });
+    EXPECT_TRUE(isWritten);
 }
 
 TEST_F(ManipulatorAttributes, SetFromStringReadsTheTextOfAFile)
@@ -175,6 +205,13 @@ TEST_F(ManipulatorLists, InsertBehindTheEndLeavesNoTrace)
     EXPECT_EQ(listener.told, Journal{});
 }
 
+TEST_F(ManipulatorLists, InsertPutsOneItemBeforeTheIndex)
+{
+    editRoot([](ShelfEdit shelf) { shelf.books().insert(1, aBook("x")); });
+    EXPECT_EQ(titlesOf(root()), "a x b c");
+    EXPECT_EQ(recorded, 1u);
+}
+
 TEST_F(ManipulatorLists, InsertByIteratorAnswersThePlaceBehind)
 {
     std::string behind;
@@ -196,6 +233,38 @@ TEST_F(ManipulatorLists, EraseTakesTheRangeOut)
 {
     editRoot([](ShelfEdit shelf) { shelf.books().erase(0, 2); });
     EXPECT_EQ(titlesOf(root()), "c");
+}
+
+TEST_F(ManipulatorLists, EraseFindsTheItemOfABox)
+{
+    const DataPointerBox<Book> second(&root().books().at(1));
+    bool isErased = false;
+    editRoot([&](ShelfEdit shelf) { isErased = shelf.books().erase(second); });
+    EXPECT_TRUE(isErased);
+    EXPECT_EQ(titlesOf(root()), "a c");
+    EXPECT_EQ(recorded, 1u);
+}
+
+TEST_F(ManipulatorLists, EraseOfADeadItemLeavesNoTrace)
+{
+    auto dying = aBook("dying");
+    const DataPointerBox<Book> dead(dying.get());
+    dying.reset();
+    bool isErased = true;
+    editRoot([&](ShelfEdit shelf) { isErased = shelf.books().erase(dead); });
+    EXPECT_FALSE(isErased);
+    EXPECT_EQ(recorded, 0u);
+}
+
+TEST_F(ManipulatorLists, EraseOfAnItemOfAnotherListLeavesNoTrace)
+{
+    const auto other = aBook("a");
+    attach(root().books(), listener);
+    bool isErased = true;
+    editRoot([&](ShelfEdit shelf) { isErased = shelf.books().erase(other.get()); });
+    EXPECT_FALSE(isErased);
+    EXPECT_EQ(titlesOf(root()), "a b c");
+    EXPECT_EQ(listener.told, Journal{});
 }
 
 TEST_F(ManipulatorLists, ErasedItemsHaveNoParent)
@@ -319,6 +388,19 @@ constexpr std::ptrdiff_t Highest = std::numeric_limits<std::ptrdiff_t>::max();
 INSTANTIATE_TEST_SUITE_P(
     Edits, ManipulatorListBounds,
     testing::Values(
+        OutOfBoundsCase{"InsertBehindTheEnd", [](ShelfEdit s) { s.books().insert(4, aBook("x")); }},
+        OutOfBoundsCase{"ReorderTooFew",
+                        [](ShelfEdit s) {
+                            s.books().reorder({1, 0});
+                        }},
+        OutOfBoundsCase{"ReorderTooMany",
+                        [](ShelfEdit s) {
+                            s.books().reorder({2, 1, 0, 3});
+                        }},
+        OutOfBoundsCase{"ReorderOnePlaceTwice",
+                        [](ShelfEdit s) {
+                            s.books().reorder({1, 1, 0});
+                        }},
         OutOfBoundsCase{"EraseTooMany", [](ShelfEdit s) { s.books().erase(1, 3); }},
         OutOfBoundsCase{"EraseBehindTheEnd", [](ShelfEdit s) { s.books().erase(4, 0); }},
         OutOfBoundsCase{"EraseMoreThanCanBeAdded",
@@ -333,6 +415,53 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ExceptionOutOfBoundsText, IsFixed)
 {
     EXPECT_STREQ(ExceptionOutOfBounds().what(), "out of bounds");
+}
+
+struct ReorderCase
+{
+    const char* name;
+    std::vector<std::size_t> order;
+    const char* titles;
+};
+
+class ManipulatorListReorder : public ManipulatorLists,
+                               public testing::WithParamInterface<ReorderCase>
+{};
+
+TEST_P(ManipulatorListReorder, MovesEachItemToItsPlace)
+{
+    library.root.books().pushBack(aBook("d"));
+    editRoot([](ShelfEdit shelf) { shelf.books().reorder(GetParam().order); });
+    EXPECT_EQ(titlesOf(root()), GetParam().titles);
+}
+
+TEST_P(ManipulatorListReorder, IsOneItemOfHistory)
+{
+    library.root.books().pushBack(aBook("d"));
+    editRoot([](ShelfEdit shelf) { shelf.books().reorder(GetParam().order); });
+    EXPECT_EQ(recorded, 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, ManipulatorListReorder,
+                         testing::Values(ReorderCase{"Backward", {3, 2, 1, 0}, "d c b a"},
+                                         ReorderCase{"TwoPairs", {1, 0, 3, 2}, "b a d c"},
+                                         ReorderCase{"FirstToLast", {1, 2, 3, 0}, "b c d a"},
+                                         ReorderCase{"LastToFirst", {3, 0, 1, 2}, "d a b c"}),
+                         caseName<ReorderCase>);
+
+TEST_F(ManipulatorLists, ReorderIntoThePresentOrderLeavesNoTrace)
+{
+    attach(root().books(), listener);
+    editRoot([](ShelfEdit shelf) { shelf.books().reorder({0, 1, 2}); });
+    EXPECT_EQ(recorded, 0u);
+    EXPECT_EQ(listener.told, Journal{});
+}
+
+TEST_F(ManipulatorLists, ReorderKeepsTheItems)
+{
+    const Book* const first = &root().books().at(0);
+    editRoot([](ShelfEdit shelf) { shelf.books().reorder({2, 1, 0}); });
+    EXPECT_EQ(&root().books().at(2), first);
 }
 
 struct SpliceCase

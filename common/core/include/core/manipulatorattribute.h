@@ -37,6 +37,8 @@ public:
 
     // Recorded and notified even when `value` is the present one.
     void set(const T& value);
+    // Does nothing, and returns false, when `value` is the present one. A nan is never that.
+    bool setIfChanged(const T& value);
 
     boost::any getValue() const override;
     void setFromString(std::string_view text) override;
@@ -44,17 +46,7 @@ public:
     void resetToDefault() override;
 };
 
-extern template class ManipulatorAttribute<Data::UInt>;
-extern template class ManipulatorAttribute<bool>;
-extern template class ManipulatorAttribute<Data::Text>;
-extern template class ManipulatorAttribute<float>;
-extern template class ManipulatorAttribute<Data::Float1>;
-extern template class ManipulatorAttribute<Data::Float2>;
-extern template class ManipulatorAttribute<Data::Float3>;
-extern template class ManipulatorAttribute<Data::Float4>;
-extern template class ManipulatorAttribute<Data::Int1>;
-extern template class ManipulatorAttribute<Data::Int2>;
-extern template class ManipulatorAttribute<Data::Int3>;
-extern template class ManipulatorAttribute<Data::Int4>;
+#define ATTRIBUTE_TYPE(type) extern template class ManipulatorAttribute<type>;
+#include "data/attributetypes.inc"
 
 } // namespace Orv::Core

@@ -4,6 +4,7 @@
 #include "core/manipulatorbase.h"
 #include "core/manipulatorof.h"
 #include "data/containerlist.h"
+#include <QtGlobal>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -26,10 +27,16 @@ public:
     void clear();
     void pushBack(std::unique_ptr<Data::BaseObject> item);
     void erase(std::size_t index, std::size_t count);
+    // Erases an item. Does nothing, and returns false, for null and for what is none of the items.
+    bool erase(const Data::BaseObject* item);
     // The item at `index` comes to stand at `index + offset`. Nothing at all when `offset` is 0.
     void move(std::size_t index, std::ptrdiff_t offset);
+    // Moves the item at `order[i]` to the place i, for each i. Nothing at all when it is there. Also
+    // throws if the order does not name each place once.
+    void reorder(const std::vector<std::size_t>& order);
     // Puts the items before the one at `index`. On a throw they are deleted.
     void insert(std::size_t index, std::vector<std::unique_ptr<Data::BaseObject>> items);
+    void insert(std::size_t index, std::unique_ptr<Data::BaseObject> item);
 };
 
 // Items of the common base type T.
@@ -122,11 +129,11 @@ public:
     iterator insert(const iterator& position, std::unique_ptr<T> item)
     {
         const std::size_t index = position.index();
-        std::vector<std::unique_ptr<Data::BaseObject>> items;
-        items.push_back(std::move(item));
-        insert(index, std::move(items));
+        insert(index, std::unique_ptr<Data::BaseObject>(std::move(item)));
         return iterator(*this, index + 1);
     }
+    // Does nothing, and returns false, once the item has died or has left the list.
+    bool erase(const Data::DataPointerBox<T>& item) { return erase(item.get()); }
     // Erases [first, last); answers the iterator behind the range.
     iterator erase(const iterator& first, const iterator& last)
     {
@@ -141,6 +148,7 @@ public:
         const std::size_t count = last.index() - from;
         const std::size_t to = position.index();
         const bool forward = to > from;
+        Q_ASSERT(!forward || to >= from + count);
         for (std::size_t i = 0; i < count; ++i) {
             const std::size_t source = forward ? from : from + i;
             const std::size_t target = forward ? to - 1 : to + i;
