@@ -39,9 +39,8 @@ void GraphWatcher::watch(const Graph& graph)
     const Orv::Data::ShadowObject* const shadow = graph.graphOutputs().shadow();
     if (shadow != nullptr && shadow->findListener<GraphWatcher>() != nullptr)
         return;
-    auto* watcher = new GraphWatcher(graph); // the first shadow that dies deletes it
-    listenTo(graph.graphOutputs(), *watcher);
-    listenTo(graph.paraminputs(), *watcher);
+    giveToShadows(std::make_unique<GraphWatcher>(graph),
+                  {&graph.graphOutputs(), &graph.paraminputs()});
 }
 
 GraphWatcher::GraphWatcher(const Graph& graph)

@@ -25,8 +25,7 @@ using Index = InstanceIndexOf<SyncFunctionInstance>;
 
 void writeType(const ParamNode& node, unsigned type, ManipulatorContext& context)
 {
-    if (node.type().value().get() != type)
-        ManipulatorStruct<ParamNode>(node, context).type().value().set(type);
+    ManipulatorStruct<ParamNode>(node, context).type().value().setIfChanged(type);
 }
 
 // Gives the instance the type of the function to which its path leads, if there is one, and takes
@@ -142,9 +141,8 @@ void SyncFunctionInstance::watch(const Function& function)
     const Orv::Data::ShadowObject* const shadow = function.paraminputs().shadow();
     if (shadow != nullptr && shadow->findListener<FunctionWatcher>() != nullptr)
         return;
-    auto* watcher = new FunctionWatcher(function); // the first shadow that dies deletes it
-    listenTo(function.paraminputs(), *watcher);
-    listenTo(function.type(), *watcher);
+    giveToShadows(std::make_unique<FunctionWatcher>(function),
+                  {&function.paraminputs(), &function.type()});
 }
 
 } // namespace Ksx::Core::Behavior

@@ -11,6 +11,9 @@
 #include "data/treewalk.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/plainroute.h"
+#include <QtGlobal>
+#include <algorithm>
+#include <iterator>
 
 namespace Ksx::Core {
 
@@ -25,6 +28,28 @@ const T* as(const BaseObject* object)
 {
     const bool isOfClass = object != nullptr && &object->getMeta() == &T::MetaTag::record;
     return isOfClass ? static_cast<const T*>(object) : nullptr;
+}
+
+// The classes of the objects that the walk below meets, wherever they stand in a package.
+const Orv::Data::ObjectMeta* const VisitedTypes[] = {
+    &Package::MetaTag::record,
+    &Group::MetaTag::record,
+    &Graph::MetaTag::record,
+    &Function::MetaTag::record,
+    &Resource::MetaTag::record,
+    &CompFilter::MetaTag::record,
+    &CompInstance::MetaTag::record,
+    &CompInputBridge::MetaTag::record,
+    &CompOutputBridge::MetaTag::record,
+    &CompExternal::MetaTag::record,
+    &CompExternalLink::MetaTag::record,
+    &ParamNode::MetaTag::record,
+};
+
+bool isVisited(const Orv::Data::ObjectMeta* type)
+{
+    return std::find(std::begin(VisitedTypes), std::end(VisitedTypes), type) !=
+           std::end(VisitedTypes);
 }
 
 } // namespace
@@ -125,6 +150,7 @@ void DataNotifier::add(std::unique_ptr<Functor> functor)
     if (added->types().empty())
         m_ofAll.push_back(added);
     for (const Orv::Data::ObjectMeta* type : added->types()) {
+        Q_ASSERT(isVisited(type));
         const auto known =
             std::find_if(m_ofTypes.begin(), m_ofTypes.end(),
                          [type](const OfType& ofType) { return ofType.type == type; });

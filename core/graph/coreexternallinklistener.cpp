@@ -3,6 +3,7 @@
 #include "data/content/contentobjectbase.h"
 #include "data/datamessage.h"
 #include "ksx/core/edit.h"
+#include "ksx/core/listenerof.h"
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/stage.h"
 #include <utility>
@@ -53,9 +54,11 @@ ExternalLinkListener::~ExternalLinkListener() = default;
 // Packages are found by their uids, and not by their identifiers.
 void ExternalLinkListener::watch(const Orv::Data::BaseObject& item)
 {
-    if (const auto* content = dynamic_cast<const ContentInterface*>(&item))
-        listenTo(content->identifierAttribute(),
-                 *new IdentifierListener(*this, content->identifierAttribute()));
+    const auto* const content = dynamic_cast<const ContentInterface*>(&item);
+    if (content == nullptr)
+        return;
+    const auto& identifier = content->identifierAttribute();
+    giveToShadows(std::make_unique<IdentifierListener>(*this, identifier), {&identifier});
 }
 
 ExternalLinkListener::Ticket ExternalLinkListener::subscribe(NodeController& node,

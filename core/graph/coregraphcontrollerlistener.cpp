@@ -4,7 +4,7 @@
 #include "data/content/paramsgraph.h"
 #include "data/shadowobject.h"
 #include "ksx/core/compgraphcontroller.h"
-#include "ksx/core/edit.h"
+#include "ksx/core/listenerof.h"
 #include "ksx/core/paramgraphcontroller.h"
 
 namespace Ksx::Core {
@@ -22,8 +22,7 @@ GraphController& GraphControllerListener::controllerOf(const Orv::Data::BaseObje
         if (auto* found = shadow->findListener<GraphControllerListener>())
             return *found->m_controller;
     std::unique_ptr<GraphControllerListener> made(new GraphControllerListener(make(graph)));
-    listenTo(graph, *made);
-    return *made.release()->m_controller; // the shadow owns it now
+    return *giveToShadows(std::move(made), {&graph}).m_controller;
 }
 
 CompGraphController* graphController(const Orv::Data::DataPointerBox<Data::Content::Graph>& graph)

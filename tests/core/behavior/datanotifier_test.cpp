@@ -387,6 +387,15 @@ protected:
     }
 };
 
+#ifndef QT_NO_DEBUG
+using TypedEntriesDeathTest = TypedEntries;
+
+TEST_F(TypedEntriesDeathTest, OfAClassThatTheWalkNeverMeetsAreRefused)
+{
+    EXPECT_DEATH(want<Ksx::Data::Content::CompNode>(), "isVisited");
+}
+#endif
+
 TEST_F(TypedEntries, GetObjectsOfTheirClassAlone)
 {
     want<Group>();

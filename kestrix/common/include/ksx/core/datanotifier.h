@@ -8,6 +8,7 @@
 #include "data/manipulatorcontextbase.h"
 #include "data/objectmeta.h"
 #include "data/shadowobject.h"
+#include "ksx/core/listenerof.h"
 #include "ksx/core/stage.h"
 #include <algorithm>
 #include <array>
@@ -61,7 +62,8 @@ public:
         Types m_types;
     };
 
-    // For each object, entries are called in the order in which they were added.
+    // For each object, entries are called in the order in which they were added. The classes that an
+    // entry names must be classes of content, of implementations of nodes, or of function nodes.
     void add(std::unique_ptr<Functor> functor);
     // From now on objects that come to stand below `root` reach the entries. Called once.
     void attachTo(const Orv::Data::BaseObject& root);
@@ -174,12 +176,12 @@ public:
         const Orv::Data::ShadowObject* shadow = T::placesIn(typed)[0]->shadow();
         if (shadow != nullptr && shadow->template findListener<T>() != nullptr)
             return;
-        auto* behavior = std::apply(
-            [&](const Arguments&... arguments) { return new T(typed, arguments...); }, m_arguments);
-        for (const Orv::Data::BaseObject* place : T::placesIn(typed))
-            arrival.context.addListener(*place, *behavior); // the shadow owns it
+        auto made = std::apply(
+            [&](const Arguments&... arguments) { return std::make_unique<T>(typed, arguments...); },
+            m_arguments);
+        T& behavior = giveToShadows(std::move(made), T::placesIn(typed));
         if (arrival.edit != nullptr)
-            behavior->entered(typed, *arrival.edit);
+            behavior.entered(typed, *arrival.edit);
     }
 
 private:
