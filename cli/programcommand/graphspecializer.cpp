@@ -137,7 +137,9 @@ bool GraphSpecializer::connectImage(const QString& input, const ImageConnection&
     }
     const QPointF place = nextInputPlace();
     CompFilterNodeController& bitmap = *m_graph->addAtomicFilter(FilterKind::Bitmap);
-    bitmap.parameterController("bitmapresourcepath")->setValue(objectUrl(*resource->resource()));
+    const std::string parameter =
+        CompFilterNodeController::resourceParameterOf(bitmap.filter()->filter().get());
+    bitmap.parameterController(parameter)->setValue(objectUrl(*resource->resource()));
     bitmap.setPosition(place - QPointF(ColumnWidth, 0.0));
     if (!fitToImage(bitmap, *resource))
         return false;

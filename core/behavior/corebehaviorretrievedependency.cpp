@@ -28,14 +28,6 @@ std::optional<Uid> dependencyOf(std::string_view reference)
     return DataPath::isDataPath(reference) ? DataPath::dependencyOf(reference) : std::nullopt;
 }
 
-const Dependency* findElement(const Package& package, Uid uid)
-{
-    for (const Dependency& dependency : package.dependencies())
-        if (dependency.uid().get() == uid)
-            return &dependency;
-    return nullptr;
-}
-
 // Does that dependency of a package lead to another one? The table is asked first: it knows the
 // package itself in most cases, and needs no walk.
 bool leadsElsewhere(const Package& package, Uid uid, PackageEntryTable* table)
@@ -43,7 +35,7 @@ bool leadsElsewhere(const Package& package, Uid uid, PackageEntryTable* table)
     const PackageEntry* const entry = table == nullptr ? nullptr : table->findByUid(uid);
     if (entry != nullptr && entry->package == &package)
         return false;
-    const Dependency* const element = findElement(package, uid);
+    const Dependency* const element = findDependency(package, uid);
     return element == nullptr ? entry != nullptr : element->filename().get() != Himself;
 }
 
@@ -152,7 +144,7 @@ void RetrieveDependency::makeElements(const BaseObject& object, const References
         return;
     for (const std::string_view reference : references) {
         const auto uid = dependencyOf(reference);
-        if (!uid || findElement(*package, *uid) != nullptr)
+        if (!uid || findDependency(*package, *uid) != nullptr)
             continue;
         if (const PackageEntry* entry = table->findByUid(*uid))
             ManipulatorStruct<Package>(*package, context)

@@ -29,10 +29,8 @@ const BaseObject* ownersOf(const BaseObject& object, std::vector<const std::stri
 
 bool namesItself(const Package& package, Uid uid)
 {
-    for (const Dependency& dependency : package.dependencies())
-        if (dependency.uid().get() == uid)
-            return dependency.filename().get() == Himself;
-    return false;
+    const Dependency* const dependency = findDependency(package, uid);
+    return dependency != nullptr && dependency->filename().get() == Himself;
 }
 
 const Package* packageOf(const DataPath& path, const Package& from)

@@ -6,6 +6,7 @@
 #include "data/datamessage.h"
 #include "ksx/core/ilibraryservices.h"
 #include "ksx/core/packageslistmanager.h"
+#include <QtGlobal>
 #include <iterator>
 #include <utility>
 
@@ -28,6 +29,14 @@ PackageEntryTable* PackageEntryTable::ofProcess()
     auto* const services = dynamic_cast<ILibraryServices*>(Orv::libraryServices());
     auto* const manager = services == nullptr ? nullptr : services->packagesListManager();
     return manager == nullptr ? nullptr : &manager->table();
+}
+
+const Data::Content::Dependency* findDependency(const Package& package, Uid uid)
+{
+    for (const Data::Content::Dependency& dependency : package.dependencies())
+        if (dependency.uid().get() == uid)
+            return &dependency;
+    return nullptr;
 }
 
 Uid ownUid(const Package& package)
@@ -124,6 +133,7 @@ void PackageEntryTable::drop(PackageEntry& entry)
 
 PackageEntry& PackageEntryTable::add(Uid uid, const QString& path, const Package* package)
 {
+    Q_ASSERT(findByUid(uid) == nullptr);
     m_entries.push_back({uid, path, {}});
     PackageEntry& entry = m_entries.back();
     m_keys[&entry].place = std::prev(m_entries.end());
@@ -138,6 +148,7 @@ PackageEntry& PackageEntryTable::add(Uid uid, const QString& path, const Package
 
 void PackageEntryTable::setPackage(PackageEntry& entry, const Package& package)
 {
+    Q_ASSERT(!entry.package);
     entry.package.reset(&package);
     m_keys.at(&entry).package = &package;
     m_byPackage.insert_or_assign(&package, &entry);

@@ -1,6 +1,7 @@
 // What is known of an atomic function, the node of a graph that computes a value.
 #pragma once
 
+#include "data/desc/valuetype.h"
 #include <boost/any.hpp>
 #include <map>
 #include <optional>
@@ -29,19 +30,21 @@ enum class FunctionsEnum : unsigned
 
 // Sets of types and marks of the type words of functions; the types themselves are in ValueType.
 namespace FunctionType {
-constexpr unsigned AnyInt = 240;
-constexpr unsigned AnyFloat = 3840;
-constexpr unsigned AnyFloatVector = 3584; // of two components or more
-constexpr unsigned AnyNumber = AnyInt | AnyFloat;
-constexpr unsigned Int1OrAnyFloat = 3856;
-constexpr unsigned Int1OrFloat1 = 272;
-constexpr unsigned String = 16384;
-constexpr unsigned AnyValue = 53236;   // without images
-constexpr unsigned AnyOrNone = 118772; // a flow input: any value, or a node without one
-
 constexpr unsigned List = 65536;      // one connection per entry. Part of AnyOrNone: ask takesList
 constexpr unsigned Generic = 131072;  // of one and the same type wherever the function has the mark
 constexpr unsigned NoOutput = 524288; // the type of a node without a value
+
+constexpr unsigned AnyInt = ValueType::Int1 | ValueType::Int2 | ValueType::Int3 | ValueType::Int4;
+// Of two components or more.
+constexpr unsigned AnyFloatVector = ValueType::Float2 | ValueType::Float3 | ValueType::Float4;
+constexpr unsigned AnyFloat = ValueType::Float1 | AnyFloatVector;
+constexpr unsigned AnyNumber = AnyInt | AnyFloat;
+constexpr unsigned Int1OrAnyFloat = ValueType::Int1 | AnyFloat;
+constexpr unsigned Int1OrFloat1 = ValueType::Int1 | ValueType::Float1;
+constexpr unsigned String = ValueType::Text;
+// Without images.
+constexpr unsigned AnyValue = ValueType::Bool | AnyNumber | ValueType::Text | ValueType::String;
+constexpr unsigned AnyOrNone = AnyValue | List; // a flow input: any value, or a node without one
 
 // True if a value of that one type may be fed to what takes `types`; NoOutput may only be fed to a
 // flow input.

@@ -15,6 +15,7 @@
 #include <unordered_set>
 
 namespace Ksx::Data::Content {
+class Dependency;
 class Package;
 } // namespace Ksx::Data::Content
 
@@ -29,6 +30,9 @@ struct PackageEntry
 
 // The file name in the element by which a package names itself.
 inline constexpr const char* Himself = "?himself";
+
+// Returns the first element of a package for that dependency. Returns null if there is none.
+const Data::Content::Dependency* findDependency(const Data::Content::Package& package, Uid uid);
 
 // Returns the uid of the element by which a package names itself. Returns NoUid without one.
 Uid ownUid(const Data::Content::Package& package);
