@@ -1,11 +1,13 @@
 #include "data/baseobject.h"
 
 #include "data/shadowobject.h"
+#include <QtGlobal>
 
 namespace Orv::Data {
 
 void BaseObject::linkShadow(ShadowLink& link)
 {
+    Q_ASSERT(!hasShadow());
     link.m_target = this;
     link.m_prevLink = &m_firstBox;
     link.m_next = m_firstBox;

@@ -1,5 +1,6 @@
 #include "data/blocksums.h"
 
+#include <QtGlobal>
 #include <utility>
 
 namespace Orv::Data {
@@ -30,6 +31,7 @@ void BlockSums::shrink(std::size_t block)
 // Goes from the longest sums, which are at the powers of two, to the single blocks.
 BlockSums::Place BlockSums::placeOf(std::size_t index) const
 {
+    Q_ASSERT(index < before(m_sums.size()));
     std::size_t block = 0;
     for (std::size_t step = m_longest; step > 0; step /= 2) {
         if (block + step > m_sums.size() || m_sums[block + step - 1] > index)

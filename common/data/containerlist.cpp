@@ -103,6 +103,7 @@ void PointerArray::insert(std::size_t index, BaseObject* const* pointers, std::s
     if (count == 0)
         return;
     const std::size_t oldSize = size();
+    Q_ASSERT(index <= oldSize);
     if (isRowAt(index)) {
         if (count > std::numeric_limits<std::uint32_t>::max() - oldSize)
             throw std::length_error("list<T> too long");
@@ -129,6 +130,7 @@ void PointerArray::erase(std::size_t index, std::size_t count)
 {
     if (count == 0)
         return;
+    Q_ASSERT(index <= size() && count <= size() - index);
     const std::size_t behind = size() - index - count;
     if (isRowAt(std::min(index, behind))) {
         for (std::size_t i = 0; i < count; ++i)
@@ -151,6 +153,7 @@ void PointerArray::erase(std::size_t index, std::size_t count)
 
 void PointerArray::move(std::size_t from, std::size_t to)
 {
+    Q_ASSERT(from < size() && to < size());
     const std::size_t distance = from < to ? to - from : from - to;
     if (m_block->isRow == 0 && distance > Far)
         becomeRow();

@@ -2,6 +2,7 @@
 
 #include "data/containerlist.h"
 #include "data/content/paraminput.h"
+#include <QtGlobal>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
@@ -188,6 +189,7 @@ InterfaceDiff InterfaceMemory::followAll(const List& list)
 
 InterfaceItem describeInput(const BaseObject& object)
 {
+    Q_ASSERT(dynamic_cast<const Data::Content::ParamInput*>(&object) != nullptr);
     const auto& input = static_cast<const Data::Content::ParamInput&>(object);
     return {input.uid().get(), input.type().value().get(), input.identifier().get()};
 }

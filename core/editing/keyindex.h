@@ -5,6 +5,7 @@
 #include "data/densemap.h"
 #include "editing/dictionary.h"
 #include "editing/itemindex.h"
+#include <QtGlobal>
 #include <algorithm>
 #include <cstddef>
 #include <vector>
@@ -53,6 +54,7 @@ public:
     void leave(const Item* item, const Value& key)
     {
         const auto found = m_items.find(key);
+        Q_ASSERT(found != m_items.end());
         auto& items = found->value;
         items.erase(std::find(items.begin(), items.end(), item));
         if (items.empty())

@@ -4,6 +4,7 @@
 #include "core/manipulatorbase.h"
 #include "core/manipulatorof.h"
 #include "data/containerunion.h"
+#include <QtGlobal>
 #include <memory>
 
 namespace Orv::Core {
@@ -41,6 +42,7 @@ public:
     template <class C>
     typename ManipulatorOf<C>::type child() const
     {
+        Q_ASSERT(dynamic_cast<const C*>(get()->get()) != nullptr);
         return typename ManipulatorOf<C>::type(static_cast<const C&>(*get()->get()), context());
     }
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/container.h"
+#include <QtGlobal>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -31,6 +32,7 @@ public:
     std::size_t size() const { return m_block == nullptr ? 0 : m_block->size; }
     BaseObject* operator[](std::size_t index) const
     {
+        Q_ASSERT(index < size());
         return m_block->isRow == 0 ? items()[index] : inRow(index);
     }
 

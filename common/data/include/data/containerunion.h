@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/container.h"
+#include <QtGlobal>
 #include <memory>
 #include <string_view>
 
@@ -22,7 +23,11 @@ public:
 
     using Container::childAt;
     std::size_t childCount() const override { return m_child == nullptr ? 0 : 1; }
-    const BaseObject* childAt(std::size_t) const override { return m_child; }
+    const BaseObject* childAt(std::size_t index) const override
+    {
+        Q_ASSERT(index < childCount());
+        return m_child;
+    }
     bool isModified() const override { return !isEmpty(); }
     bool isEmpty() const { return m_child == nullptr; }
 

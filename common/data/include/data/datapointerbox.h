@@ -3,6 +3,7 @@
 
 #include "data/datapointerboxmasterkey.h"
 #include "data/securedobject.h"
+#include <QtGlobal>
 #include <type_traits>
 
 namespace Orv::Data {
@@ -25,8 +26,13 @@ public:
 
     // Null when the target has died or was never set.
     const T* get() const { return static_cast<const T*>(m_link.target()); }
-    const T* operator->() const { return get(); }
-    const T& operator*() const { return *get(); }
+    // The target must be alive.
+    const T* operator->() const { return &**this; }
+    const T& operator*() const
+    {
+        Q_ASSERT(get() != nullptr);
+        return *get();
+    }
     explicit operator bool() const { return m_link.target() != nullptr; }
 
     // Mutable access to a document object, for the command layer and the edits that it runs.

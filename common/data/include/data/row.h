@@ -3,6 +3,7 @@
 
 #include "data/blocksums.h"
 #include "data/densemap.h"
+#include <QtGlobal>
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -100,6 +101,7 @@ public:
     // `index` is below size().
     const T& operator[](std::size_t index) const
     {
+        Q_ASSERT(index < size());
         if (m_blocks == nullptr)
             return m_values[index];
         const Place place = m_blocks->placeOf(index);
@@ -114,6 +116,7 @@ public:
     // Puts a value before the one at `index`, which is at most size().
     void insert(std::size_t index, T value)
     {
+        Q_ASSERT(index <= size());
         if (m_blocks == nullptr && m_values.size() == BlockSize)
             m_blocks = std::make_unique<Blocks>(std::exchange(m_values, {}));
         if (m_blocks == nullptr)
@@ -127,6 +130,7 @@ public:
     // Takes the value at `index`, which is below size(), out of the row.
     T take(std::size_t index)
     {
+        Q_ASSERT(index < size());
         if (m_blocks != nullptr) {
             T taken = m_blocks->take(index);
             if (m_blocks->size == 0)

@@ -6,6 +6,7 @@
 #include "data/row.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/listmirror.h"
+#include <QtGlobal>
 #include <functional>
 #include <memory>
 #include <unordered_set>
@@ -42,6 +43,7 @@ public:
     // now on. Called once.
     void follow(const List& list)
     {
+        Q_ASSERT(m_places.empty());
         for (const Item& item : list)
             m_places.pushBack({&item, m_callbacks.make(item)});
         listenTo(list, *this);
