@@ -7,6 +7,7 @@
 #include "data/desc/descriptiontables.h"
 #include "data/desc/functiontable.h"
 #include "graph/connexionslistener.h"
+#include "ksx/core/controllerlist.h"
 #include "ksx/core/funcnodecontroller.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputconnectorcontroller.h"
@@ -145,43 +146,55 @@ private:
     DataPointerBox<FuncGraphController> m_graph; // which may die of an edit
 };
 
-FuncGraphController::FuncGraphController(const DynamicValue& graph)
-    : m_graph(&graph), m_nodes(nodeCallbacks())
+// The controllers of the nodes, in the order of the document.
+class FuncGraphController::Nodes
 {
-    m_nodes.follow(graph.paramNodes());
+    using List = ControllerList<ParamNode, FuncNodeController>;
+
+public:
+    explicit Nodes(FuncGraphController& graph) : list(callbacks(graph)) {}
+
+    List list;
+
+private:
+    static List::Callbacks callbacks(FuncGraphController& graph)
+    {
+        List::Callbacks callbacks;
+        callbacks.make = [&graph](const ParamNode& node) {
+            auto controller = std::make_unique<FuncNodeController>(node, graph);
+            graph.enterNode(*controller);
+            return controller;
+        };
+        callbacks.added = [&graph](FuncNodeController& node, std::size_t index,
+                                   const Orv::Data::DataMessage& message) {
+            graph.settleNode(node, index, graph.m_nodes->list.size(), editableContext(message));
+            graph.nodeAdded(&node, index);
+        };
+        callbacks.aboutToRemove = [&graph](FuncNodeController& node, std::size_t index) {
+            graph.nodeAboutToBeRemoved(&node, index);
+            graph.leaveNode(node);
+        };
+        callbacks.moved = [&graph] { graph.reorderNodes(); };
+        return callbacks;
+    }
+};
+
+FuncGraphController::FuncGraphController(const DynamicValue& graph)
+    : m_graph(&graph), m_nodes(std::make_unique<Nodes>(*this))
+{
+    m_nodes->list.follow(graph.paramNodes());
     settleAll();
 }
 
 FuncGraphController::~FuncGraphController()
 {
     close();
-    m_nodes.clear();
+    m_nodes->list.clear();
 }
 
 const Data::Content::DynamicValue* FuncGraphController::graph() const
 {
     return m_graph.get();
-}
-
-FuncGraphController::NodeList::Callbacks FuncGraphController::nodeCallbacks()
-{
-    NodeList::Callbacks callbacks;
-    callbacks.make = [this](const ParamNode& node) {
-        auto controller = std::make_unique<FuncNodeController>(node, *this);
-        enterNode(*controller);
-        return controller;
-    };
-    callbacks.added = [this](FuncNodeController& node, std::size_t index,
-                             const Orv::Data::DataMessage& message) {
-        settleNode(node, index, m_nodes.size(), editableContext(message));
-        nodeAdded(&node, index);
-    };
-    callbacks.aboutToRemove = [this](FuncNodeController& node, std::size_t index) {
-        nodeAboutToBeRemoved(&node, index);
-        leaveNode(node);
-    };
-    callbacks.moved = [this] { reorderNodes(); };
-    return callbacks;
 }
 
 FuncNodeController* FuncGraphController::addAtomicFunction(Data::Desc::FunctionsEnum function)
@@ -288,8 +301,13 @@ bool FuncGraphController::setOutputNode(FuncNodeController& node)
 
 std::vector<NodeController*> FuncGraphController::nodes() const
 {
-    const auto controllers = m_nodes.controllers();
+    const auto controllers = m_nodes->list.controllers();
     return {controllers.begin(), controllers.end()};
+}
+
+FuncNodeController* FuncGraphController::nodeAt(std::size_t index) const
+{
+    return m_nodes->list.at(index);
 }
 
 FuncGraphController*

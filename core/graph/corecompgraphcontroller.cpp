@@ -20,6 +20,7 @@
 #include "ksx/core/compinstancenodecontroller.h"
 #include "ksx/core/compoutputnodecontroller.h"
 #include "ksx/core/connectorcontroller.h"
+#include "ksx/core/controllerlist.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/inputcontroller.h"
 #include "ksx/core/inputscontroller.h"
@@ -273,17 +274,38 @@ bool hasPrimaryInput(const Graph& graph)
 
 } // namespace
 
+// The controllers that the graph owns, in the order of the document.
+struct CompGraphController::Lists
+{
+    using NodeList = ControllerList<CompNode, CompNodeController>;
+    using OutputList = ControllerList<GraphOutput, OutputController>;
+    using RootOutputList = ControllerList<RootOutput, RootOutputController>;
+
+    explicit Lists(CompGraphController& graph)
+        : nodes(nodeCallbacks(graph)), outputs(outputCallbacks(graph)),
+          rootOutputs(rootOutputCallbacks(graph))
+    {}
+
+    static NodeList::Callbacks nodeCallbacks(CompGraphController& graph);
+    static OutputList::Callbacks outputCallbacks(CompGraphController& graph);
+    static RootOutputList::Callbacks rootOutputCallbacks(CompGraphController& graph);
+
+    NodeList nodes;
+    OutputList outputs;
+    RootOutputList rootOutputs;
+};
+
 CompGraphController::CompGraphController(const Graph& graph)
     : m_graph(&graph),
       m_parameters(std::make_unique<ParametersController>(graph.baseParameters(), DataContext(),
                                                           commonGroups(), hasPrimaryInput(graph))),
       m_inputs(std::make_shared<InputsController>(graph)),
-      m_options(std::make_unique<OptionsController>(graph.options())), m_nodes(nodeCallbacks()),
-      m_outputs(outputCallbacks()), m_rootOutputs(rootOutputCallbacks())
+      m_options(std::make_unique<OptionsController>(graph.options())),
+      m_lists(std::make_unique<Lists>(*this))
 {
-    m_outputs.follow(graph.graphOutputs());
-    m_rootOutputs.follow(graph.root().rootOutputs());
-    m_nodes.follow(graph.compNodes());
+    m_lists->outputs.follow(graph.graphOutputs());
+    m_lists->rootOutputs.follow(graph.root().rootOutputs());
+    m_lists->nodes.follow(graph.compNodes());
     settleAll();
     listenTo(graph.primaryInput().value(), m_primaryListener);
 }
@@ -298,7 +320,7 @@ void CompGraphController::onPrimaryInput()
 CompGraphController::~CompGraphController()
 {
     close();
-    m_nodes.clear();
+    m_lists->nodes.clear();
 }
 
 std::unique_ptr<CompNodeController> CompGraphController::makeNode(const CompNode& node)
@@ -332,47 +354,54 @@ std::unique_ptr<CompNodeController> CompGraphController::makeNode(const CompNode
     return made;
 }
 
-CompGraphController::NodeList::Callbacks CompGraphController::nodeCallbacks()
+CompGraphController::Lists::NodeList::Callbacks
+CompGraphController::Lists::nodeCallbacks(CompGraphController& graph)
 {
     NodeList::Callbacks callbacks;
-    callbacks.make = [this](const CompNode& node) { return makeNode(node); };
-    callbacks.added = [this](CompNodeController& node, std::size_t index,
-                             const Orv::Data::DataMessage& message) {
-        settleNode(node, index, m_nodes.size(), editableContext(message));
-        nodeAdded(&node, index);
+    callbacks.make = [&graph](const CompNode& node) { return graph.makeNode(node); };
+    callbacks.added = [&graph](CompNodeController& node, std::size_t index,
+                               const Orv::Data::DataMessage& message) {
+        graph.settleNode(node, index, graph.m_lists->nodes.size(), editableContext(message));
+        graph.nodeAdded(&node, index);
     };
-    callbacks.aboutToRemove = [this](CompNodeController& node, std::size_t index) {
-        nodeAboutToBeRemoved(&node, index);
-        leaveNode(node);
+    callbacks.aboutToRemove = [&graph](CompNodeController& node, std::size_t index) {
+        graph.nodeAboutToBeRemoved(&node, index);
+        graph.leaveNode(node);
     };
-    callbacks.moved = [this] { reorderNodes(); };
+    callbacks.moved = [&graph] { graph.reorderNodes(); };
     return callbacks;
 }
 
-CompGraphController::OutputList::Callbacks CompGraphController::outputCallbacks()
+CompGraphController::Lists::OutputList::Callbacks
+CompGraphController::Lists::outputCallbacks(CompGraphController& graph)
 {
     OutputList::Callbacks callbacks;
     callbacks.make = [](const GraphOutput& output) {
         return std::make_unique<OutputController>(output);
     };
-    callbacks.added = [this](OutputController& output, std::size_t index,
-                             const Orv::Data::DataMessage&) { outputAdded(&output, index); };
-    callbacks.aboutToRemove = [this](OutputController& output, std::size_t index) {
-        outputAboutToBeRemoved(&output, index);
+    callbacks.added = [&graph](OutputController& output, std::size_t index,
+                               const Orv::Data::DataMessage&) {
+        graph.outputAdded(&output, index);
+    };
+    callbacks.aboutToRemove = [&graph](OutputController& output, std::size_t index) {
+        graph.outputAboutToBeRemoved(&output, index);
     };
     return callbacks;
 }
 
-CompGraphController::RootOutputList::Callbacks CompGraphController::rootOutputCallbacks()
+CompGraphController::Lists::RootOutputList::Callbacks
+CompGraphController::Lists::rootOutputCallbacks(CompGraphController& graph)
 {
     RootOutputList::Callbacks callbacks;
-    callbacks.make = [this](const RootOutput& output) {
-        return std::make_unique<RootOutputController>(output, *m_graph);
+    callbacks.make = [&graph](const RootOutput& output) {
+        return std::make_unique<RootOutputController>(output, *graph.m_graph);
     };
-    callbacks.added = [this](RootOutputController& output, std::size_t index,
-                             const Orv::Data::DataMessage&) { rootOutputAdded(&output, index); };
-    callbacks.aboutToRemove = [this](RootOutputController& output, std::size_t index) {
-        rootOutputAboutToBeRemoved(&output, index);
+    callbacks.added = [&graph](RootOutputController& output, std::size_t index,
+                               const Orv::Data::DataMessage&) {
+        graph.rootOutputAdded(&output, index);
+    };
+    callbacks.aboutToRemove = [&graph](RootOutputController& output, std::size_t index) {
+        graph.rootOutputAboutToBeRemoved(&output, index);
     };
     return callbacks;
 }
@@ -463,19 +492,19 @@ bool CompGraphController::disconnect(ConnectorController& a, ConnectorController
 
 std::vector<NodeController*> CompGraphController::nodes() const
 {
-    const auto controllers = m_nodes.controllers();
+    const auto controllers = m_lists->nodes.controllers();
     return {controllers.begin(), controllers.end()};
 }
 
 CompNodeController* CompGraphController::nodeController(const CompNode& node) const
 {
     auto* const found = nodeOf<CompNodeController>(node.uid().get());
-    return found != nullptr && found->node() == &node ? found : m_nodes.find(node);
+    return found != nullptr && found->node() == &node ? found : m_lists->nodes.find(node);
 }
 
 OutputController* CompGraphController::outputController(const GraphOutput& output) const
 {
-    return m_outputs.find(output);
+    return m_lists->outputs.find(output);
 }
 
 RootOutputController* CompGraphController::rootOutput(Uid output) const
@@ -483,7 +512,17 @@ RootOutputController* CompGraphController::rootOutput(Uid output) const
     const RootOutput* const found =
         m_graph ? KeyIndex<RootOutput, RootOutputKey>::find(m_graph->root().rootOutputs(), output)
                 : nullptr;
-    return found == nullptr ? nullptr : m_rootOutputs.find(*found);
+    return found == nullptr ? nullptr : m_lists->rootOutputs.find(*found);
+}
+
+std::vector<OutputController*> CompGraphController::outputs() const
+{
+    return m_lists->outputs.controllers();
+}
+
+std::vector<RootOutputController*> CompGraphController::rootOutputs() const
+{
+    return m_lists->rootOutputs.controllers();
 }
 
 InputNodeWatch& CompGraphController::inputNodes()

@@ -16,6 +16,7 @@
 #include "graph/inputparameter.h"
 #include "graph/subgraphlistener.h"
 #include "ksx/core/compgraphcontroller.h"
+#include "ksx/core/contentlink.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/follow.h"
 #include "ksx/core/graphcontrollerlistener.h"
@@ -91,7 +92,8 @@ commonGroupBeside(const std::vector<std::shared_ptr<ParameterGroup>>& groups)
 CompInstanceNodeController::CompInstanceNodeController(const CompNode& node,
                                                        const CompInstance& instance,
                                                        CompGraphController& graph)
-    : CompNodeController(node, graph), m_instance(&instance), m_link(*this)
+    : CompNodeController(node, graph), m_instance(&instance),
+      m_link(std::make_unique<ContentLink>(*this))
 {
     describe();
     begin(node);
@@ -109,7 +111,7 @@ const Data::Content::CompInstance* CompInstanceNodeController::instance() const
 void CompInstanceNodeController::describe()
 {
     const Graph* graph =
-        m_instance ? m_link.follow<Graph>(m_instance->path().value().get(), *m_instance) : nullptr;
+        m_instance ? m_link->follow<Graph>(m_instance->path().value().get(), *m_instance) : nullptr;
     m_referenced.reset(graph);
     m_outputNames.clear();
     if (m_instance)

@@ -2,6 +2,8 @@
 
 #include "data/content/graphmanipulators.h"
 #include "data/desc/valuetype.h"
+#include "ksx/core/controllerindex.h"
+#include "ksx/core/controllerlist.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphinterface.h"
 #include "ksx/core/tweakinputcontroller.h"
@@ -34,9 +36,56 @@ bool applyRemoveInput(ManipulatorList<ParamInput> inputs, const DataPointerBoxMa
 
 } // namespace
 
-InputsController::InputsController(const Graph& graph) : m_graph(&graph), m_inputs(callbacks())
+// The controllers of the inputs, in the order of the document, and their keys.
+struct InputsController::Inputs
 {
-    m_inputs.follow(graph.paraminputs());
+    using List = ControllerList<ParamInput, InputController>;
+
+    explicit Inputs(InputsController& controller) : owner(controller), list(callbacks()) {}
+
+    List::Callbacks callbacks();
+    std::unique_ptr<InputController> make(const ParamInput& input);
+
+    InputsController& owner;
+    ControllerIndex<std::string, InputController, &InputController::m_knownIdentifier> byIdentifier;
+    ControllerIndex<Uid, InputController, &InputController::m_knownUid> byUid;
+    List list;
+};
+
+InputsController::Inputs::List::Callbacks InputsController::Inputs::callbacks()
+{
+    List::Callbacks callbacks;
+    callbacks.make = [this](const ParamInput& input) { return make(input); };
+    callbacks.added = [this](InputController&, std::size_t index, const Orv::Data::DataMessage&) {
+        owner.inputAdded(index);
+    };
+    callbacks.aboutToRemove = [this](InputController& input, std::size_t index) {
+        owner.inputAboutToRemove(index);
+        byIdentifier.remove(input);
+        byUid.remove(input);
+        input.m_owner = nullptr;
+    };
+    callbacks.moved = [this] {
+        byIdentifier.reorder();
+        byUid.reorder();
+        owner.orderChanged();
+    };
+    return callbacks;
+}
+
+std::unique_ptr<InputController> InputsController::Inputs::make(const ParamInput& input)
+{
+    auto controller = InputController::make(input);
+    controller->m_owner = &owner;
+    byIdentifier.add(*controller, input.identifier().get());
+    byUid.add(*controller, input.uid().get());
+    return controller;
+}
+
+InputsController::InputsController(const Graph& graph)
+    : m_graph(&graph), m_inputs(std::make_unique<Inputs>(*this))
+{
+    m_inputs->list.follow(graph.paraminputs());
 }
 
 InputsController::~InputsController() = default;
@@ -46,40 +95,10 @@ const Data::Content::Graph* InputsController::graph() const
     return m_graph.get();
 }
 
-InputsController::InputList::Callbacks InputsController::callbacks()
-{
-    InputList::Callbacks callbacks;
-    callbacks.make = [this](const ParamInput& input) { return makeInput(input); };
-    callbacks.added = [this](InputController&, std::size_t index, const Orv::Data::DataMessage&) {
-        inputAdded(index);
-    };
-    callbacks.aboutToRemove = [this](InputController& input, std::size_t index) {
-        inputAboutToRemove(index);
-        m_byIdentifier.remove(input);
-        m_byUid.remove(input);
-        input.m_owner = nullptr;
-    };
-    callbacks.moved = [this] {
-        m_byIdentifier.reorder();
-        m_byUid.reorder();
-        orderChanged();
-    };
-    return callbacks;
-}
-
-std::unique_ptr<InputController> InputsController::makeInput(const ParamInput& input)
-{
-    auto controller = InputController::make(input);
-    controller->m_owner = this;
-    m_byIdentifier.add(*controller, input.identifier().get());
-    m_byUid.add(*controller, input.uid().get());
-    return controller;
-}
-
 void InputsController::onKeys(InputController& input)
 {
-    m_byIdentifier.change(input, input.identifier());
-    m_byUid.change(input, input.uid());
+    m_inputs->byIdentifier.change(input, input.identifier());
+    m_inputs->byUid.change(input, input.uid());
 }
 
 TweakInputController* InputsController::addTweakInput(std::uint32_t type,
@@ -106,17 +125,17 @@ bool InputsController::removeInput(InputController& input)
 
 InputController* InputsController::inputByIdentifier(const std::string& identifier) const
 {
-    return m_graph ? m_byIdentifier.find(identifier, [this] { return inputs(); }) : nullptr;
+    return m_graph ? m_inputs->byIdentifier.find(identifier, [this] { return inputs(); }) : nullptr;
 }
 
 InputController* InputsController::inputByUid(Uid uid) const
 {
-    return m_graph ? m_byUid.find(uid, [this] { return inputs(); }) : nullptr;
+    return m_graph ? m_inputs->byUid.find(uid, [this] { return inputs(); }) : nullptr;
 }
 
 std::vector<InputController*> InputsController::inputs() const
 {
-    return m_graph ? m_inputs.controllers() : std::vector<InputController*>();
+    return m_graph ? m_inputs->list.controllers() : std::vector<InputController*>();
 }
 
 } // namespace Ksx::Core

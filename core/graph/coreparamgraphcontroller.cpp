@@ -1,6 +1,7 @@
 #include "ksx/core/paramgraphcontroller.h"
 
 #include "data/content/paramsgraph.h"
+#include "ksx/core/controllerlist.h"
 #include "ksx/core/paramnodecontroller.h"
 
 namespace Ksx::Core {
@@ -9,43 +10,55 @@ using Data::Content::ParamsGraph;
 using Data::Content::ParamsGraphData;
 using Data::Content::ParamsGraphNode;
 
-ParamGraphController::ParamGraphController(const ParamsGraph& graph)
-    : m_graph(&graph), m_nodes(nodeCallbacks())
+// The controllers of the nodes, in the order of the document.
+class ParamGraphController::Nodes
 {
-    m_nodes.follow(graph.paramsGraphNodes());
+    using List = ControllerList<ParamsGraphNode, ParamNodeController>;
+
+public:
+    explicit Nodes(ParamGraphController& graph) : list(callbacks(graph)) {}
+
+    List list;
+
+private:
+    static List::Callbacks callbacks(ParamGraphController& graph)
+    {
+        List::Callbacks callbacks;
+        callbacks.make = [&graph](const ParamsGraphNode& node) {
+            auto controller = std::make_unique<ParamNodeController>(node, graph);
+            graph.enterNode(*controller);
+            return controller;
+        };
+        callbacks.added = [&graph](ParamNodeController& node, std::size_t index,
+                                   const Orv::Data::DataMessage& message) {
+            graph.settleNode(node, index, graph.m_nodes->list.size(), editableContext(message));
+            graph.nodeAdded(&node, index);
+        };
+        callbacks.aboutToRemove = [&graph](ParamNodeController& node, std::size_t index) {
+            graph.nodeAboutToBeRemoved(&node, index);
+            graph.leaveNode(node);
+        };
+        callbacks.moved = [&graph] { graph.reorderNodes(); };
+        return callbacks;
+    }
+};
+
+ParamGraphController::ParamGraphController(const ParamsGraph& graph)
+    : m_graph(&graph), m_nodes(std::make_unique<Nodes>(*this))
+{
+    m_nodes->list.follow(graph.paramsGraphNodes());
     settleAll();
 }
 
 ParamGraphController::~ParamGraphController()
 {
     close();
-    m_nodes.clear();
+    m_nodes->list.clear();
 }
 
 const Data::Content::ParamsGraph* ParamGraphController::graph() const
 {
     return m_graph.get();
-}
-
-ParamGraphController::NodeList::Callbacks ParamGraphController::nodeCallbacks()
-{
-    NodeList::Callbacks callbacks;
-    callbacks.make = [this](const ParamsGraphNode& node) {
-        auto controller = std::make_unique<ParamNodeController>(node, *this);
-        enterNode(*controller);
-        return controller;
-    };
-    callbacks.added = [this](ParamNodeController& node, std::size_t index,
-                             const Orv::Data::DataMessage& message) {
-        settleNode(node, index, m_nodes.size(), editableContext(message));
-        nodeAdded(&node, index);
-    };
-    callbacks.aboutToRemove = [this](ParamNodeController& node, std::size_t index) {
-        nodeAboutToBeRemoved(&node, index);
-        leaveNode(node);
-    };
-    callbacks.moved = [this] { reorderNodes(); };
-    return callbacks;
 }
 
 const ParamsGraphData* ParamGraphController::data(Uid uid) const
@@ -66,7 +79,7 @@ ParamNodeController* ParamGraphController::rootNode() const
 
 std::vector<NodeController*> ParamGraphController::nodes() const
 {
-    const auto controllers = m_nodes.controllers();
+    const auto controllers = m_nodes->list.controllers();
     return {controllers.begin(), controllers.end()};
 }
 

@@ -1,7 +1,7 @@
 // A graph of images: its nodes, inputs, outputs and parameters.
 #pragma once
 
-#include "ksx/core/controllerlist.h"
+#include "data/datapointerbox.h"
 #include "ksx/core/follow.h"
 #include "ksx/core/graphcontroller.h"
 #include "ksx/core/graphinterface.h"
@@ -84,8 +84,8 @@ public:
     // Null if there is none.
     OutputController* outputController(const Data::Content::GraphOutput& output) const;
     RootOutputController* rootOutput(Uid output) const;
-    std::vector<OutputController*> outputs() const { return m_outputs.controllers(); }
-    std::vector<RootOutputController*> rootOutputs() const { return m_rootOutputs.controllers(); }
+    std::vector<OutputController*> outputs() const;
+    std::vector<RootOutputController*> rootOutputs() const;
 
     const std::shared_ptr<InputsController>& inputsController() const { return m_inputs; }
     ParametersController& parametersController() { return *m_parameters; }
@@ -102,14 +102,9 @@ public:
     LazySignal<RootOutputController*, std::size_t> rootOutputAboutToBeRemoved;
 
 private:
-    void onPrimaryInput();
-    using NodeList = ControllerList<Data::Content::CompNode, CompNodeController>;
-    using OutputList = ControllerList<Data::Content::GraphOutput, OutputController>;
-    using RootOutputList = ControllerList<Data::Content::RootOutput, RootOutputController>;
+    struct Lists;
 
-    NodeList::Callbacks nodeCallbacks();
-    OutputList::Callbacks outputCallbacks();
-    RootOutputList::Callbacks rootOutputCallbacks();
+    void onPrimaryInput();
     std::unique_ptr<CompNodeController> makeNode(const Data::Content::CompNode& node);
     template <class Controller>
     Controller* nodeOf(Uid uid) const;
@@ -119,10 +114,7 @@ private:
     std::shared_ptr<InputsController> m_inputs;
     std::unique_ptr<OptionsController> m_options;
     std::unique_ptr<InputNodeWatch> m_inputNodes; // null without input nodes
-    // Mutable, since they remember what they were asked.
-    mutable NodeList m_nodes;
-    mutable OutputList m_outputs;
-    mutable RootOutputList m_rootOutputs;
+    std::unique_ptr<Lists> m_lists; // of the controllers of nodes, outputs and root outputs
     Follow<&CompGraphController::onPrimaryInput> m_primaryListener{*this};
 };
 

@@ -3,8 +3,12 @@
 
 #include "data/desc/filter.h"
 #include "ksx/core/compnodecontroller.h"
-#include "ksx/core/contentlink.h"
 #include "ksx/core/follow.h"
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
 namespace Ksx::Data::Content {
 class CompInstance;
@@ -15,6 +19,7 @@ class ParamInput;
 
 namespace Ksx::Core {
 
+class ContentLink;
 class OutputController;
 
 // Describes itself at run time: by the graph that it refers to, or, where that cannot be found, as
@@ -76,7 +81,7 @@ private:
     std::unordered_map<std::string_view, const Data::Desc::Parameter*> m_inputsByName;
     std::unordered_map<Uid, std::string> m_outputNames; // as the bridgings have them
     std::unique_ptr<ParametersController> m_parameters; // made at the first request
-    ContentLink m_link;
+    std::unique_ptr<ContentLink> m_link;
     Follow<&CompInstanceNodeController::onSubGraphLinkChanged,
            Orv::Data::ChangeType::Value | ListChanges, Stage::Link>
         m_pathListener{*this}; // on the path of the instance and on its bridgings

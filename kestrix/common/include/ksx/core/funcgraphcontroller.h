@@ -1,8 +1,9 @@
 // A graph of functions, which computes one value.
 #pragma once
 
-#include "ksx/core/controllerlist.h"
+#include "data/datapointerbox.h"
 #include "ksx/core/graphcontroller.h"
+#include <memory>
 #include <vector>
 
 namespace Ksx::Data::Content {
@@ -49,7 +50,7 @@ public:
 
     std::vector<NodeController*> nodes() const override;
     // The node at a place of the list, below its size.
-    FuncNodeController* nodeAt(std::size_t index) const { return m_nodes.at(index); }
+    FuncNodeController* nodeAt(std::size_t index) const;
 
     // For nodes: an edit of several steps is under way, in which inputs must not go; at its end it
     // has the node drop those that have become unused.
@@ -58,14 +59,12 @@ public:
 
 private:
     class Hold;
-    using NodeList = ControllerList<Data::Content::ParamNode, FuncNodeController>;
-
-    NodeList::Callbacks nodeCallbacks();
+    class Nodes;
 
     Orv::Data::DataPointerBox<Data::Content::DynamicValue> m_graph;
     unsigned m_holdCount = 0;
     std::vector<Orv::Data::DataPointerBox<FuncNodeController>> m_untidy;
-    NodeList m_nodes;
+    std::unique_ptr<Nodes> m_nodes; // the controllers
 };
 
 // Returns the controller of a function graph: see graphcontrollerlistener.h.

@@ -1,7 +1,6 @@
 // How inputs and outputs come into the lists by which a graph is used.
 #pragma once
 
-#include "ksx/core/takennames.h"
 #include "ksx/core/uidsource.h"
 #include <cstddef>
 #include <memory>
@@ -29,6 +28,8 @@ class ParamsGraphData;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Core {
+
+class TakenNames;
 
 // What an input or output is for.
 struct InterfaceUsage

@@ -1,11 +1,11 @@
 // The inputs of a graph.
 #pragma once
 
+#include "data/datapointerbox.h"
 #include "data/securedobject.h"
-#include "ksx/core/controllerindex.h"
-#include "ksx/core/controllerlist.h"
 #include "ksx/core/inputcontroller.h"
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -57,17 +57,12 @@ public:
 
 private:
     friend class InputController;
-    using InputList = ControllerList<Data::Content::ParamInput, InputController>;
+    struct Inputs;
 
-    InputList::Callbacks callbacks();
-    std::unique_ptr<InputController> makeInput(const Data::Content::ParamInput& input);
     void onKeys(InputController& input); // its identifier or uid has changed
 
     Orv::Data::DataPointerBox<Data::Content::Graph> m_graph;
-    mutable ControllerIndex<std::string, InputController, &InputController::m_knownIdentifier>
-        m_byIdentifier;
-    mutable ControllerIndex<Uid, InputController, &InputController::m_knownUid> m_byUid;
-    InputList m_inputs;
+    std::unique_ptr<Inputs> m_inputs; // the controllers
 };
 
 } // namespace Ksx::Core

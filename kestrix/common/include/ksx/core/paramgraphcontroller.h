@@ -1,8 +1,10 @@
 // The graph of parameter sets that an FX-map holds.
 #pragma once
 
-#include "ksx/core/controllerlist.h"
+#include "data/datapointerbox.h"
 #include "ksx/core/graphcontroller.h"
+#include <memory>
+#include <vector>
 
 namespace Ksx::Data::Content {
 class ParamsGraph;
@@ -32,12 +34,10 @@ public:
     std::vector<NodeController*> nodes() const override;
 
 private:
-    using NodeList = ControllerList<Data::Content::ParamsGraphNode, ParamNodeController>;
-
-    NodeList::Callbacks nodeCallbacks();
+    class Nodes;
 
     Orv::Data::DataPointerBox<Data::Content::ParamsGraph> m_graph;
-    NodeList m_nodes;
+    std::unique_ptr<Nodes> m_nodes; // the controllers
 };
 
 } // namespace Ksx::Core
