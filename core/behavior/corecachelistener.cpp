@@ -1,4 +1,4 @@
-#include "ksx/core/cachelistener.h"
+#include "behavior/cachelistener.h"
 
 #include "behavior/instanceindex.h"
 #include "behavior/ownerof.h"

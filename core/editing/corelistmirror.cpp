@@ -1,4 +1,4 @@
-#include "ksx/core/listmirror.h"
+#include "editing/listmirror.h"
 
 namespace Ksx::Core {
 

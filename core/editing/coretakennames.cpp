@@ -1,4 +1,4 @@
-#include "ksx/core/takennames.h"
+#include "editing/takennames.h"
 
 #include <charconv>
 #include <iterator>

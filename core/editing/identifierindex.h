@@ -2,7 +2,7 @@
 #pragma once
 
 #include "editing/itemindex.h"
-#include "ksx/core/takennames.h"
+#include "editing/takennames.h"
 #include <string>
 
 namespace Ksx::Core {

@@ -10,7 +10,7 @@
 #include "data/diagnosticlog.h"
 #include "function/funcdatamodifier.h"
 #include "function/functionpath.h"
-#include "ksx/core/contentlink.h"
+#include "graph/contentlink.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/funcgraphcontroller.h"
 #include "ksx/core/inputconnectorcontroller.h"

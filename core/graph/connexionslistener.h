@@ -4,7 +4,7 @@
 #include "data/containerlist.h"
 #include "data/row.h"
 #include "ksx/core/connectioncontroller.h"
-#include "ksx/core/listmirror.h"
+#include "editing/listmirror.h"
 #include <memory>
 
 namespace Ksx::Core {

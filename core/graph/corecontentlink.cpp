@@ -1,4 +1,4 @@
-#include "ksx/core/contentlink.h"
+#include "graph/contentlink.h"
 
 #include "content/contentwalk.h"
 #include "content/packageof.h"

@@ -1,4 +1,4 @@
-#include "ksx/core/externallinklistener.h"
+#include "graph/externallinklistener.h"
 
 #include "data/content/contentobjectbase.h"
 #include "data/datamessage.h"

@@ -2,8 +2,8 @@
 
 #include "data/content/graphmanipulators.h"
 #include "data/desc/valuetype.h"
-#include "ksx/core/controllerindex.h"
-#include "ksx/core/controllerlist.h"
+#include "editing/controllerindex.h"
+#include "editing/controllerlist.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/graphinterface.h"
 #include "ksx/core/tweakinputcontroller.h"

@@ -1,7 +1,7 @@
 #include "ksx/core/paramgraphcontroller.h"
 
 #include "data/content/paramsgraph.h"
-#include "ksx/core/controllerlist.h"
+#include "editing/controllerlist.h"
 #include "ksx/core/paramnodecontroller.h"
 
 namespace Ksx::Core {

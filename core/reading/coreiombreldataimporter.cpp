@@ -1,4 +1,4 @@
-#include "ksx/core/iombreldataimporter.h"
+#include "reading/iombreldataimporter.h"
 
 #include "core/regularfile.h"
 #include "reading/extensionregistry.h"

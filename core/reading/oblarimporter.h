@@ -1,7 +1,7 @@
 // Opens a compiled package: an archive of assemblies with their descriptions.
 #pragma once
 
-#include "ksx/core/iombreldataimporter.h"
+#include "reading/iombreldataimporter.h"
 #include <QString>
 #include <utility>
 

@@ -1,7 +1,7 @@
 // Opens a compiled assembly from disk.
 #pragma once
 
-#include "ksx/core/iombreldataimporter.h"
+#include "reading/iombreldataimporter.h"
 
 namespace Ksx::Core {
 

@@ -1,7 +1,7 @@
 // Reads the XML form of a package.
 #pragma once
 
-#include "ksx/core/iombreldataimporter.h"
+#include "reading/iombreldataimporter.h"
 #include "updating/ipackagetextimporter.h"
 
 namespace Ksx::Core {

@@ -24,15 +24,11 @@ INCLUDE_ROOTS = ["", "common/data/include", "common/core/include", "kestrix/comm
 
 # Public headers that have no source to tell their room.
 ROOM_OF_HEADER = {
-    "cachedata": "behavior",
-    "controllerindex": "editing",
-    "controllerlist": "editing",
     "datacontext": "parameter",
     "follow": "editing",
     "ilibraryservices": "package",
     "inheritancemethod": "parameter",
     "inheritedparamslistener": "parameter",
-    "iombreldataimporter": "reading",
     "lazysignal": "editing",
     "lazysignalconnect": "editing",
     "listenerof": "editing",

@@ -1,4 +1,4 @@
-#include "ksx/core/cachelistener.h"
+#include "behavior/cachelistener.h"
 
 #include "core/manipulatorstruct.h"
 #include "data/content/graphmanipulators.h"

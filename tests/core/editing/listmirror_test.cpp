@@ -1,6 +1,6 @@
-#include "ksx/core/listmirror.h"
+#include "editing/listmirror.h"
 
-#include "ksx/core/controllerlist.h"
+#include "editing/controllerlist.h"
 #include "support/editing.h"
 #include <gtest/gtest.h>
 #include <memory>

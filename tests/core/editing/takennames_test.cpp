@@ -1,4 +1,4 @@
-#include "ksx/core/takennames.h"
+#include "editing/takennames.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,11 +1,11 @@
 // Who hears of an edit may edit as well: take away what the edit was about, or undo it.
+#include "behavior/cachelistener.h"
 #include "core/icommandmanager.h"
 #include "core/manipulatorlist.h"
 #include "data/content/graphmanipulators.h"
 #include "data/content/layoutmanipulators.h"
 #include "data/content/nodemanipulators.h"
 #include "data/content/resource.h"
-#include "ksx/core/cachelistener.h"
 #include "ksx/core/compnodecontroller.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/entryinputcontroller.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "data/baseobject.h"
-#include "ksx/core/externallinklistener.h"
+#include "graph/externallinklistener.h"
 #include <string_view>
 #include <utility>
 #include <vector>

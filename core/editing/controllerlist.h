@@ -4,8 +4,8 @@
 #include "data/containerlist.h"
 #include "data/densemap.h"
 #include "data/row.h"
+#include "editing/listmirror.h"
 #include "ksx/core/edit.h"
-#include "ksx/core/listmirror.h"
 #include <QtGlobal>
 #include <functional>
 #include <memory>

@@ -1,11 +1,11 @@
 // Drops what was computed of a graph when the graph changes, or one that it shows.
 #pragma once
 
+#include "behavior/cachedata.h"
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
 #include "data/content/graph.h"
 #include "data/shadowobject.h"
-#include "ksx/core/cachedata.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/stage.h"
 #include <vector>
