@@ -9,14 +9,17 @@
 
 namespace Orv::Core {
 
+// Runs a DataModification and remembers how to reverse it. Run it by ICommandManager::execute().
+// See CommandHistory.
 class CommandModification final : public CommandHistory
 {
 public:
-    // `name` is the history text, which may be empty.
+    // Takes the modification over. `name` is the history text, which may be empty. Two commands
+    // with one `mergeKey` can be undone as one, unless it is empty.
     CommandModification(std::unique_ptr<DataModificationBase> modification, const QString& name,
                         const std::string& mergeKey = {});
 
-    // Where a caller finds the results of the edit.
+    // Returns the modification, in which a caller finds the results of the edit.
     const DataModificationBase& modification() const { return *m_modification; }
 
 protected:

@@ -1,4 +1,4 @@
-// The forward recipe of an edit: a target, a payload and the function that applies it.
+// The forward recipe of an edit: a target, a payload, and the function that applies it.
 #pragma once
 
 #include "core/manipulatorof.h"
@@ -13,6 +13,7 @@ namespace Orv::Core {
 
 class ManipulatorContext;
 
+// An edit that a CommandModification can run, once and again.
 class DataModificationBase
 {
 public:
@@ -20,24 +21,29 @@ public:
     DataModificationBase(const DataModificationBase&) = delete;
     DataModificationBase& operator=(const DataModificationBase&) = delete;
     virtual ~DataModificationBase() = default;
-    // False if the edit was refused; what it has done by then is rolled back.
+
+    // Applies the edit in a context. Returns false if it was refused. The changes that it has made
+    // by then are rolled back.
     virtual bool execute(ManipulatorContext& context, const Data::DataPointerBoxMasterKey& key) = 0;
 };
 
-// T is a document class, an Attribute or a ContainerList; Data is the payload, copied in. A
-// function that has results writes them into the payload, which the caller reads afterwards.
+// An edit of one object. T is a document class, an Attribute or a ContainerList. Data is the
+// payload, which is copied in. A function that has results writes them into the payload, which the
+// caller reads afterwards.
 template <class T, class Data>
 class DataModification : public DataModificationBase
 {
 public:
     using Manipulator = typename ManipulatorOf<T>::type;
 
+    // Keeps the target by a box: it may die before the edit runs.
     DataModification(const Orv::Data::DataPointerBox<T>& target, Data data)
         : m_target(target), m_data(std::move(data))
     {}
+    // Returns the payload as the last run left it.
     const Data& data() const { return m_data; }
 
-    // False for a target that has died or does not stand in the live document set.
+    // Returns false for a target that has died, and for one that is not part of a document.
     bool execute(ManipulatorContext& context,
                  const Orv::Data::DataPointerBoxMasterKey& key) override
     {
@@ -47,6 +53,7 @@ public:
     }
 
 protected:
+    // Changes the target. Returns false to refuse the edit.
     virtual bool apply(const Manipulator& manipulator,
                        const Orv::Data::DataPointerBoxMasterKey& key, Data& data) = 0;
 
@@ -55,8 +62,8 @@ private:
     Data m_data;
 };
 
-// `Signature` is bool (Manipulator, const DataPointerBoxMasterKey&, Argument), where Argument can
-// be bound to a Data&: to write an edit is to write one free function of that form.
+// `Signature` is bool (Manipulator, const DataPointerBoxMasterKey&, Argument). Argument can be
+// bound to a Data&. To write an edit is to write one free function of that form.
 template <class Signature, class Data>
 class DataModificationFactory;
 
@@ -85,7 +92,8 @@ private:
     Function m_function;
 };
 
-// A modification of the object in `target` by `function`, with a copy of `data`.
+// Returns a modification of the object in `target` by `function`, with a copy of `data`. The caller
+// owns it.
 template <class T, class Data, class Manipulator, class Argument>
 auto makeModification(const Orv::Data::DataPointerBox<T>& target, Data data,
                       bool (*function)(Manipulator, const Orv::Data::DataPointerBoxMasterKey&,

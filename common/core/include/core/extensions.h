@@ -1,4 +1,4 @@
-// What a document format brings along: an importer, version readers and updaters.
+// The parts of a document format: an importer, version readers and updaters.
 #pragma once
 
 #include "core/messagenode.h"
@@ -15,22 +15,29 @@ class BaseObject;
 
 namespace Orv::Core::Extensions {
 
-// Called with a fraction from 0 to 1; may be empty.
+// Called with a fraction from 0 to 1. May be empty.
 using ProgressFunction = std::function<void(float)>;
 
-// Builds a document out of the bytes of one file format.
+// Builds a document out of the bytes of one file format. Objects without state: one serves all
+// files.
 class IDataImporter
 {
 public:
     virtual ~IDataImporter() = default;
-    // Can the importer work for this version of the application?
+    // Returns whether the importer can work for this version of the application.
     virtual bool isCompatible(const Version& applicationVersion) const = 0;
-    // Is the URL for this importer? Goes by the end of its full text, case-sensitively.
+
+    // Returns whether the URL is for this importer. Only the end of its full text counts,
+    // case-sensitively.
     virtual bool accepts(const QUrl& url) const = 0;
-    // An unopened device on the file; null for a URL of another scheme than "file".
+    // Returns an unopened device on the file. Returns null for a URL of another scheme than "file".
     virtual std::unique_ptr<QIODevice> createDevice(const QUrl& url) const = 0;
+    // Returns the version of the importer.
     virtual Version version() const = 0;
-    // The root of a new document, null on failure, which is then reported in `log` (may be null).
+
+    // Returns the root of a new document, which the caller owns. Returns null on failure, with an
+    // error in `log`. `log` may be null. `device` is open for reading. May throw std::exception for
+    // a bad value.
     virtual std::unique_ptr<Data::BaseObject> import(QIODevice& device, MessageNode* log,
                                                      const ProgressFunction& progress) const = 0;
 };
@@ -40,39 +47,50 @@ class IDataVersionReader
 {
 public:
     virtual ~IDataVersionReader() = default;
-    // Does the reader serve files of this importer? Answered by the importer's exact class.
+    // Returns whether the reader serves files of this importer, by the exact class of the importer.
     virtual bool accepts(const IDataImporter& importer) const = 0;
+    // Returns the version of the reader. Older readers are tried first.
     virtual Version version() const = 0;
-    // Reads from the device's position on. False, and `version` unchanged, if there is none.
+
+    // Reads from the position of the device on. Returns false and leaves `version` unchanged if
+    // there is none.
     virtual bool read(QIODevice& device, Version& version) const = 0;
 };
 
+// Reads the version of the file format.
 class IDataFormatVersionReader : public IDataVersionReader
 {};
 
+// Reads the version of the last step that updated the file.
 class IUpdaterVersionReader : public IDataVersionReader
 {};
 
-// One step of a format's history.
+// One step of the history of a format, which brings older files to its version.
 class IUpdater
 {
 public:
     virtual ~IUpdater() = default;
-    // What the file carries after the step.
+    // Returns the format version of a file after the step.
     virtual Version formatVersion() const = 0;
-    // By which the step is selected and ordered.
+
+    // Returns the version by which the step is selected and ordered. Files of a lower one need the
+    // step.
     virtual Version updaterVersion() const = 0;
+    // Returns the short text for reports.
     virtual QString name() const = 0;
+    // Returns the longer text for users.
     virtual QString description() const = 0;
 };
 
-// A step on the bytes of a file.
+// A step on the bytes of a file, before it is imported.
 class IDataFormatUpdater : public IUpdater
 {
 public:
+    // Returns whether the step is for files of this importer.
     virtual bool accepts(const IDataImporter& importer) const = 0;
-    // Rewrites what stands behind `device`, which is open for reading and writing and positioned
-    // at 0. False on failure; `log` may be null.
+
+    // Rewrites the content of `device`, which is open for reading and writing and positioned at 0.
+    // Returns false on failure, with an error in `log`. `log` may be null.
     virtual bool update(QIODevice& device, MessageNode* log,
                         const ProgressFunction& progress) const = 0;
 };

@@ -1,4 +1,4 @@
-// What the command manager runs.
+// The commands that a command manager runs.
 #pragma once
 
 #include <QString>
@@ -6,24 +6,32 @@
 
 namespace Orv::Core {
 
+// Something that a user can do. CommandModification is the usual kind.
 class ICommand
 {
 public:
     virtual ~ICommand() = default;
-    // False if the command failed and left everything as it was.
+    // Runs the command. Returns false if it failed and left everything as it was.
     virtual bool execute() = 0;
+    // Returns the text for users. May be empty.
     virtual QString getName() const = 0;
 };
 
+// A command that changes documents. A program that offers undo keeps these and calls undo() and
+// redo().
 class IUndoableCommand : public ICommand
 {
 public:
-    // False if the tree is not in the state that the command left.
+    // Reverses the command. Returns false and changes nothing if the tree is not in the state that
+    // the command left.
     virtual bool undo() = 0;
+
+    // Runs an undone command again. Returns false and changes nothing if the tree has changed since
+    // then.
     virtual bool redo() = 0;
-    // Could `other`, which was run right after this one, be undone together with it?
+    // Returns whether `other`, which was run right after this one, can be undone together with it.
     virtual bool canMerge(const std::shared_ptr<ICommand>& other) const = 0;
-    // Takes over what `other` has to undo; false if the two cannot be merged.
+    // Takes over the changes that `other` has to undo. Returns false if the two cannot be merged.
     virtual bool merge(const std::shared_ptr<ICommand>& other) = 0;
 };
 
@@ -35,9 +43,11 @@ class ICommandGroup
 {
 public:
     virtual ~ICommandGroup() = default;
+    // Returns the text for users. May be empty.
     virtual QString getName() const = 0;
 };
 
+// A group that a user can undo as one.
 class UndoableCommandGroup final : public ICommandGroup
 {
 public:
@@ -48,27 +58,29 @@ private:
     QString m_name;
 };
 
+// A group that a user is not offered to undo.
 class NotUndoableCommandGroup final : public ICommandGroup
 {
 public:
     QString getName() const override { return {}; }
 };
 
-// Shows the manager's listeners where a group begins; does nothing by itself.
+// Shows the listeners of the manager where a group begins. Does nothing by itself.
 class BeginGroupCommand final : public ICommand
 {
 public:
     explicit BeginGroupCommand(std::shared_ptr<ICommandGroup> group) : m_group(std::move(group)) {}
     bool execute() override { return true; }
-    // "BeginGroupCommand", and the name of the group, if there is one, in parentheses.
+    // Returns "BeginGroupCommand", and the name of the group, if it has one, in parentheses.
     QString getName() const override;
+    // Returns the group. May be null.
     const std::shared_ptr<ICommandGroup>& group() const { return m_group; }
 
 private:
     std::shared_ptr<ICommandGroup> m_group;
 };
 
-// The same for its end.
+// Shows the listeners of the manager where a group ends: the one that was begun last.
 class EndGroupCommand final : public ICommand
 {
 public:

@@ -1,4 +1,4 @@
-// The tree of messages in which reading and updating report what they did.
+// The tree of messages in which reading and updating report their work.
 #pragma once
 
 #include <QString>
@@ -7,39 +7,49 @@
 
 namespace Orv::Core {
 
+// The weight of a message. The numbers do not change.
 enum class MessageLevel
 {
+    // Something was done.
     Information = 0,
+    // Something failed.
     Error = 3,
 };
 
-// A node owns its children. Wherever a log is taken as a pointer, null means that nobody listens.
+// A message with messages below it. A node owns its children. A log that is a null pointer takes no
+// messages. Not locked: one thread at a time.
 class MessageNode
 {
 public:
+    // Makes a root. A log mostly begins with a root without text.
     explicit MessageNode(const QString& text = {}, MessageLevel level = MessageLevel::Information);
     MessageNode(const MessageNode&) = delete;
     MessageNode& operator=(const MessageNode&) = delete;
     ~MessageNode();
 
+    // Returns the text for users.
     const QString& text() const { return m_text; }
+    // Returns the weight of this message alone. See hasError().
     MessageLevel level() const { return m_level; }
+    // Returns the node that owns this one. Returns null for a root.
     const MessageNode* parent() const { return m_parent; }
+    // Returns the messages below this one, in the order in which they came.
     const std::vector<std::unique_ptr<MessageNode>>& children() const { return m_children; }
 
-    // A new last child, owned by this node.
+    // Adds a new last child and returns it. This node owns it.
     MessageNode& add(MessageLevel level, const QString& text);
-    // Takes the node off this one, whose child it must be.
+    // Takes a child off this node and returns it. `child` must be a child of this node.
     std::unique_ptr<MessageNode> detach(MessageNode& child);
-    // Makes `node` the last child here, taken off its former parent. A node without a parent must
-    // be given as an owner, in the other form.
+    // Takes a node off its parent and makes it the last child here. The node must have a parent.
     void attach(MessageNode& node);
+    // Makes a root the last child here.
     void attach(std::unique_ptr<MessageNode> node);
 
-    // True if this node or one below it is an error.
+    // Returns true if this node or one below it is an error.
     bool hasError() const;
-    // One line per node, two blanks of indent per level of the tree; errors begin "Error: ". The
-    // root's own text is left out when it is empty.
+
+    // Returns one line per node, with two blanks of indent per level of the tree. Errors begin with
+    // "Error: ". The text of the root is left out if it is empty.
     QString toText() const;
 
 private:
@@ -49,7 +59,7 @@ private:
     std::vector<std::unique_ptr<MessageNode>> m_children;
 };
 
-// Adds a message below `log`, if there is one.
+// Adds a message below `log`. Does nothing for null.
 void addMessage(MessageNode* log, MessageLevel level, const QString& text);
 
 } // namespace Orv::Core

@@ -17,9 +17,9 @@ class basic_parsed_options;
 
 namespace Orv::Core {
 
-// Base of all commands; owned by the ProgramOptions that they are registered with. A concrete
-// command adds its groups of options in its constructor. Option values are the bytes of the
-// command line: Orv::fromBytes() turns them into text.
+// Base of all commands. The ProgramOptions that they are added to owns them. A concrete command
+// adds its groups of options in its constructor. Values of options are the bytes of the command
+// line: Orv::fromBytes() turns them into text.
 class ProgramCommand
 {
 public:
@@ -34,21 +34,23 @@ public:
     ProgramCommand& operator=(const ProgramCommand&) = delete;
     virtual ~ProgramCommand();
 
+    // Returns the word that the user types.
     const QString& name() const { return m_name; }
 
     // Writes the options to standard output, without a line end behind them.
     virtual void printHelp();
-    // Does the work and answers the exit code. What it throws ends the program.
+    // Does the work. Returns the exit code. An exception ends the program.
     virtual int execute(const ParsedOptions& parsedOptions, const VariablesMap& variables) = 0;
-    // Parses the tokens behind the command's name and executes. 1, with a line on standard error,
-    // if the command does not take them.
+
+    // Parses the tokens behind the name of the command, and executes it. Returns the exit code.
+    // Returns 1, with a line on standard error, if the command does not take the tokens.
     virtual int run(const std::vector<std::string>& arguments);
-    // Names the options that tokens without a dash are values of; none by default.
+    // Names the options that take tokens without a dash. By default there are none.
     virtual void declarePositional(PositionalDescription& positional);
 
 protected:
-    // To be filled with groups, each a description with a caption. Descriptions are shared: a group
-    // may die once it has been added.
+    // Returns the options, to be filled with groups, each a description with a caption.
+    // Descriptions are shared: a group may die once it has been added.
     OptionsDescription& options() { return *m_options; }
 
 private:

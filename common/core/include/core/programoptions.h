@@ -1,4 +1,4 @@
-// The dispatch of a console tool: from the process's arguments to one command.
+// The dispatch of a console tool: from the arguments of the process to one command.
 #pragma once
 
 #include "core/programcommand.h"
@@ -9,11 +9,11 @@
 
 namespace Orv::Core {
 
-// Owns the options that stand before any command, of which there is one, "help", and the commands.
-// Errors of the command line are told on standard error. Lives in main().
+// Owns the commands, and the options in front of them, of which there is one, "help". Errors of the
+// command line are written to standard error. Lives in main().
 //
-// The arguments are parsed twice: here for the global options and the command's name, with all that
-// is unknown set aside, and then in the command. Names of options may be abbreviated.
+// The arguments are parsed twice. Here the global options and the name of the command are read, and
+// the rest is set aside. The command parses the rest. Names of options may be abbreviated.
 class ProgramOptions
 {
 public:
@@ -21,30 +21,35 @@ public:
     using VariablesMap = ProgramCommand::VariablesMap;
     using ParsedOptions = ProgramCommand::ParsedOptions;
 
-    // `programName` stands in the usage text. The two lengths are in characters: of a line of the
-    // list of global options, and of the least part of it that is left to the descriptions.
+    // `programName` is part of the usage text. `lineLength` is the length of a line of the list of
+    // global options. At least `minDescriptionLength` of it is left to the descriptions. Both are
+    // in characters.
     ProgramOptions(const QString& programName, unsigned lineLength, unsigned minDescriptionLength);
     ProgramOptions(const ProgramOptions&) = delete;
     ProgramOptions& operator=(const ProgramOptions&) = delete;
     virtual ~ProgramOptions();
 
+    // Adds a command, behind the others.
     void addCommand(std::unique_ptr<ProgramCommand> command);
-    // The first command of that name, whatever the case of its letters; null if there is none.
+
+    // Returns the first command of a name, whatever the case of its letters. Returns null if there
+    // is none.
     ProgramCommand* findCommand(const QString& name) const;
 
-    // Runs the command that the arguments name and answers the exit code. The first argument, the
-    // program, is skipped. With one command alone there is no word for it: all arguments are its
-    // own. At least one command must have been added.
+    // Runs the command that the arguments name, and returns the exit code. The first argument, the
+    // program, is skipped. A tool with one command has no word for it: all arguments belong to it.
+    // At least one command must have been added.
     int run(int argc, const char* const* argv);
 
     // Writes usage, names of commands and global options to standard output.
     virtual void printHelp();
 
 protected:
-    // Points of extension for tools with global options of their own. The answer is the exit code
-    // if `handled` was set; the command is then not run.
+    // For tools with global options of their own. Returns the exit code if it sets `handled`. The
+    // command is then not run.
     virtual int processGlobalOptions(const ParsedOptions& parsedOptions,
                                      const VariablesMap& variables, bool& handled);
+    // For tools that do something before each command.
     virtual void beforeCommand(ProgramCommand& command);
 
     OptionsDescription& globalOptions() { return *m_globalOptions; }

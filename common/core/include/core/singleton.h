@@ -11,8 +11,9 @@ public:
     Singleton(const Singleton&) = delete;
     Singleton& operator=(const Singleton&) = delete;
 
-    // Made at the first call. Never destroyed, so that it can be used until the process ends,
-    // whatever the order in which other static objects are destroyed.
+    // Returns the object, and makes it at the first call. It is never destroyed. So it can be used
+    // until the process ends, whatever the order in which other static objects are destroyed. May
+    // be called on any thread.
     static T& instance()
     {
         static T* const object = new T;

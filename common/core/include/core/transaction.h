@@ -1,14 +1,17 @@
-// Marks that several commands are one edit to a user.
+// Marks several commands as one edit of a user.
 #pragma once
 
 #include <QString>
 
 namespace Orv::Core {
 
-// Each runs one group command on the process's command manager. Without a manager they warn and do
-// nothing; the commands between them still run.
-void beginTransaction(); // not to be undone
+// Begins a group that a user is not offered to undo. Runs one BeginGroupCommand on the command
+// manager of the process. Without a manager it warns and does nothing, here and in the two
+// functions below.
+void beginTransaction();
+// Begins a group that a user can undo as one. `name` is its text for users.
 void beginUndoableTransaction(const QString& name);
+// Ends the group that was begun last.
 void commitTransaction();
 
 } // namespace Orv::Core

@@ -7,7 +7,7 @@
 
 namespace Orv::Core {
 
-// Ordered from major to build. All zeros means none.
+// Four numbers, ordered from major to build. All zeros mean that there is no version. A value.
 struct Version
 {
     std::uint32_t major = 0;
@@ -15,12 +15,14 @@ struct Version
     std::uint32_t revision = 0;
     std::uint32_t build = 0;
 
+    // Returns whether all numbers are zero.
     bool isNone() const { return (major | minor | revision | build) == 0; }
 
-    // "1.2.3.4", without leading zeros.
+    // Returns the text "1.2.3.4", without leading zeros.
     QString toString() const;
-    // Takes exactly four unsigned decimal numbers with points between them, each as
-    // QString::toUInt() reads it. On any other text answers false and changes nothing.
+
+    // Reads exactly four unsigned decimal numbers with points between them, each as
+    // QString::toUInt() reads it. Returns false and changes nothing for any other text.
     bool fromString(const QString& text);
 
     friend bool operator==(const Version& a, const Version& b) { return a.tied() == b.tied(); }
