@@ -1,4 +1,4 @@
-// The graphs of a package.
+// Lists the graphs of a package.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -14,10 +14,15 @@ class Graph;
 
 namespace Ksx::Core {
 
+// The depth that sets no limit.
 constexpr int AllDepths = -1;
 
-// The graphs in the content of a package, a group or a graph, in document order, and those in the
-// content of its objects down to `depth` levels below. None for any other object.
+// Returns the graphs in the content of a package, a group or a graph, in the order of the document.
+// Also returns the graphs in the content of these objects, down to `depth` levels below. Depth 0
+// looks into no group. Returns nothing for any other object. Makes no controllers. Main thread.
+//
+//     const auto graphs = collectGraphs(package);
+//     CompGraphController* first = graphs.empty() ? nullptr : graphController(graphs.front());
 std::vector<Orv::Data::DataPointerBox<Data::Content::Graph>>
 collectGraphs(const Orv::Data::BaseObject& object, int depth = AllDepths);
 

@@ -1,4 +1,4 @@
-// A node that stands for an image input of its graph.
+// The controller of a node that shows an image input of its graph.
 #pragma once
 
 #include "ksx/core/compnodecontroller.h"
@@ -13,28 +13,43 @@ namespace Ksx::Core {
 
 class InputController;
 
+// Shows a node with a CompInputBridge, which names an input of the graph by its uid, the entry. The
+// node gives the image of that input to other nodes. It has one output and no inputs. For life and
+// thread see NodeController.
+//
+// CompGraphController::addInputNode() makes node and input together, and removeNode() removes both.
 class CompInputNodeController final : public CompNodeController
 {
 public:
+    // For the controller of the graph.
     CompInputNodeController(const Data::Content::CompNode& node,
                             const Data::Content::CompInputBridge& bridge,
                             CompGraphController& graph);
     ~CompInputNodeController() override;
 
-    // The input that the node's entry names; null if there is none.
+    // Returns the controller of the input that the node shows. Returns null if the graph has no
+    // input of that uid. InputsController owns it.
     InputController* input() const;
 
-    // The type of the input, 0 without one.
+    // Returns the type of the input for any identifier. Returns 0 without an input.
     unsigned connectorType(const std::string& identifier) const override;
+    // Returns the type of the input. Returns 0 without an input.
     unsigned primaryType() const override;
+    // Returns the same as primaryType().
     unsigned outputType() const override { return primaryType(); }
+    // Appends nothing: the image comes from outside of the graph.
     void appendInputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
+    // Appends the outputs of the node, with a translated label and tooltip.
     void appendOutputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
+    // Returns the description of a parameter of the node. Returns null if there is none.
     const Data::Desc::Parameter* description(const std::string& identifier) const override;
+    // Returns the common parameters of nodes, and the parameters of image inputs.
     const std::vector<Data::Desc::ParameterGroupPointer>& parameterDescriptions() const override;
+    // Returns the parameters of the node. Returns null if the node died before the first call.
     ParametersController* parametersController() override;
 
-    // For the graph: the input has come or gone, or may have another type.
+    // For the graph: the input has come or gone, or may have another type. Makes the nodes behind
+    // this one follow a new type.
     void followInput(Orv::Core::ManipulatorContext* context);
 
 private:

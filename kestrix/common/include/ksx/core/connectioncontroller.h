@@ -1,4 +1,4 @@
-// One connection, seen from both of its ends.
+// The controller of one connection between two nodes.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -21,44 +21,61 @@ class InputConnectorController;
 class NodeController;
 class OutputConnectorController;
 
-// What a connection says, and the payload of the edit that makes one.
+// The data of a connection in the document, and the payload of the edit that makes one.
 struct ConnectionDataInfo
 {
-    std::string identifier;       // of the input that is fed
-    Uid nodeUid = 0;              // of the feeding node
-    std::optional<Uid> outputUid; // of its output; none in graphs whose nodes have but one
+    // The identifier of the input that is fed.
+    std::string identifier;
+    // The uid of the feeding node.
+    Uid nodeUid = 0;
+    // The uid of the feeding output. None in graphs whose nodes have one output at most.
+    std::optional<Uid> outputUid;
 
+    // Returns whether all three are equal.
     friend bool operator==(const ConnectionDataInfo& a, const ConnectionDataInfo& b)
     {
         return a.identifier == b.identifier && a.nodeUid == b.nodeUid && a.outputUid == b.outputUid;
     }
 };
 
-// Made when a connection enters the list of its target node, destroyed when it leaves. As long as
-// one of its ends is missing it stays unresolved, without any message, and looks again when a node
-// with the uid of its source appears.
+// Follows a Connexion of the document and joins its two ends. It finds the source by uids and the
+// input by its identifier. GraphController::connect() makes the connection itself.
+//
+// It is made when the connection enters the list of its target node, and destroyed when the
+// connection leaves it. The target node owns it. Main thread.
+//
+// While one of its ends is missing, the connection is unresolved. It stays in the document without
+// any message. It looks again when a node with the uid of its source appears.
 class ConnectionController
 {
 public:
-    // Does not look for its ends: see refresh().
+    // For the target node. Does not look for the ends: see refresh().
     ConnectionController(const Data::Content::Connexion& connexion, NodeController& target);
     ConnectionController(const ConnectionController&) = delete;
     ConnectionController& operator=(const ConnectionController&) = delete;
     virtual ~ConnectionController();
 
+    // Returns the data that the connection had when it was read last.
     virtual const ConnectionDataInfo& connectionDataInfo() const { return m_info; }
-    virtual bool isImplicit() const { return false; } // no kind of graph has such connections
 
+    // Returns whether the document does not hold the connection. Returns false: all are in the
+    // document.
+    virtual bool isImplicit() const { return false; }
+
+    // Returns the connection in the document. Returns null once it has died.
     const Data::Content::Connexion* connexion() const;
+    // Returns the node that is fed. It owns the connection.
     NodeController& target() const { return m_target; }
-    // Both null while it is unresolved.
+    // Returns the input that is fed. Returns null while the connection is unresolved.
     InputConnectorController* input() const { return m_input; }
+    // Returns the output that feeds. Returns null while the connection is unresolved.
     OutputConnectorController* output() const { return m_output; }
 
-    // Reads the connection anew and connects what it leads to. `context` is that of the change that
-    // caused this, null where nothing may be edited: with it, types travel on to the target.
+    // For nodes: reads the connection anew and joins the ends that it leads to. With a context, the
+    // type of the source travels on to the target. `context` is null where nothing may be edited.
+    // Sends the signals of the graph if the ends changed.
     void refresh(Orv::Core::ManipulatorContext* context);
-    // Lets go of the ends, and waits for the source to come back.
+    // For nodes: lets go of the ends, and waits for the source to come back.
     void release(Orv::Core::ManipulatorContext* context);
 
 private:

@@ -11,19 +11,25 @@ class BaseObject;
 
 namespace Ksx::Core {
 
-// A chain of document objects from the outermost on, such as the graph and the node. Empty for the
-// parameters of a graph itself. A value: copies name the same objects, which may die meanwhile.
+// A chain of document objects from the outermost on: for the parameters of a node, the graph and
+// the node. Parameters inherit from the graph in it. Empty for the parameters of a graph itself.
+//
+// A value: copies name the same objects. The objects may die meanwhile; their boxes are empty then.
+// Main thread, like the objects.
 class DataContext
 {
 public:
     using Box = Orv::Data::DataPointerBox<Orv::Data::BaseObject>;
 
+    // Makes the empty scope.
     DataContext() = default;
+    // Makes the scope of the parameters of the last object.
     explicit DataContext(std::vector<Box> objects) : m_objects(std::move(objects)) {}
     DataContext(const DataContext&) = default;
     DataContext& operator=(const DataContext&) = default;
     virtual ~DataContext() = default;
 
+    // Returns the objects, the outermost first.
     const std::vector<Box>& objects() const { return m_objects; }
 
 private:

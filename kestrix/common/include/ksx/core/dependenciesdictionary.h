@@ -1,4 +1,4 @@
-// Which objects make a package depend on which other packages.
+// The objects that make a package depend on other packages.
 #pragma once
 
 #include "core/listenersimple.h"
@@ -20,29 +20,38 @@ class Package;
 namespace Ksx::Core {
 
 // Maps the packages that a package depends on to the objects that use them. A package is named by
-// the uid that dependency elements have for it. Users are remembered by boxes: one that has died
-// counts no more.
+// the uid that dependency elements have for it.
+//
+// The behaviours fill it while documents are edited; see Behavior::addBehaviors(). A program owns
+// it and keeps it longer than its documents. Packages that wait in a notifier do not count yet; see
+// DataNotifier::deferOpened(). Users are remembered by boxes: a user that has died counts no more.
+// Main thread.
 class DependenciesDictionary
 {
 public:
     class RetrieveDependency;
     using UserBox = Orv::Data::DataPointerBox<Orv::Data::BaseObject>;
 
-    // `user` stands in `package` and needs the package of `dependency`. A second call for the same
-    // pair changes nothing.
+    // For behaviours: notes that `user`, which is part of `package`, needs the package of
+    // `dependency`. A second call for the same three changes nothing.
     void addUse(const Data::Content::Package& package, Uid dependency,
                 const Orv::Data::BaseObject& user);
-    // False if there was no such use.
+    // For behaviours: forgets a use. Returns false if there was none.
     bool removeUse(const Data::Content::Package& package, Uid dependency,
                    const Orv::Data::BaseObject& user);
 
-    // The uids on which the package depends, ascending.
+    // Returns the uids on which the package depends, ascending. Returns nothing for a package that
+    // nobody noted.
     std::vector<Uid> dependenciesOf(const Data::Content::Package& package) const;
-    // The live objects of the package that use the dependency, in the order in which they came.
+
+    // Returns the live objects of the package that use the dependency, in the order in which they
+    // came.
     std::vector<UserBox> usersOf(const Data::Content::Package& package, Uid dependency) const;
+    // Returns whether a live object of the package uses the dependency.
     bool isUsed(const Data::Content::Package& package, Uid dependency) const;
 
-    // Forgets the packages and users that have died.
+    // Forgets the packages and users that have died. Without this they take memory, and nothing
+    // else.
     void removeDead();
 
 private:
@@ -67,22 +76,24 @@ private:
     std::unordered_map<const Data::Content::Package*, OfPackage> m_packages;
 };
 
-// A behaviour bound to one kind of object: tells which dependency an object needs, so that the
-// dictionary stays right while objects come and go.
+// Knows the dependency that one kind of object has. The behaviours derive from it.
 class DependenciesDictionary::RetrieveDependency
 {
 public:
     virtual ~RetrieveDependency() = default;
-    // None if the object needs no other package.
+    // Returns the uid of the dependency. Returns none if the object needs no other package.
     virtual std::optional<Uid> retrieve(const Orv::Data::BaseObject& object) const = 0;
 };
 
-// Listens to the list of open packages, to let the dictionary forget those that have left it.
+// Lets a dictionary forget the packages that have left the list of open packages. A program owns
+// it. It attaches it to the list of open packages once:
+//
+//     listenTo(packagesListManager.document().content(), updater);
 class DependenciesDictionaryUpdater final
     : public Orv::Core::ListenerSimple<Stage::Cache, Orv::Data::ChangeType::Erased>
 {
 public:
-    // The dictionary outlives the updater.
+    // The dictionary must outlive the updater.
     explicit DependenciesDictionaryUpdater(DependenciesDictionary& dictionary)
         : m_dictionary(dictionary)
     {}

@@ -17,12 +17,14 @@ class MessageNode;
 
 namespace Ksx::Core {
 
-// The entries that one opening has met so far. Entries never move.
+// The entries that one opening has met so far. Entries never move. DependencyOpener::open() makes
+// its own; only callers of openEntry() need one.
 class LoadedEntries
 {
 public:
     using Entry = PackagesListManager::DependencyEntry;
 
+    // Adds the entries in their order.
     LoadedEntries(std::initializer_list<Entry> entries = {});
     LoadedEntries(const LoadedEntries&) = delete;
     LoadedEntries& operator=(const LoadedEntries&) = delete;
@@ -49,44 +51,66 @@ private:
     QHash<QString, const Entry*> m_byFile;
 };
 
-// Opens package files and then their dependencies, breadth first and each file once, and attaches
-// the packages to a manager's list. Prints nothing. The manager must outlive the opener. An opener
-// belongs to the thread of its manager. It may be used for one opening after another.
+// Opens package files and then their dependencies, breadth first and each file once. Attaches the
+// packages to the list of a manager. This is the usual way to open packages. It prints nothing.
 //
-// Files are read by worker threads, some files ahead. Whatever their number, the result is the same:
-// packages, reports, failures and their order, and the order in which uids are given. Readers and
-// updaters that a program has added, and sinks of the diagnostic log, are called in these threads.
+// The manager must outlive the opener. An opener belongs to the thread of its manager. It may be
+// used for one opening after another.
+//
+// Worker threads read the files, some of them ahead. Their number makes no difference: packages,
+// reports, failures and uids come in the order in which one thread would read. Readers and updaters
+// that a program has added are called in these threads. Sinks of the diagnostic log are as well.
+//
+//     DependencyOpener opener(manager, {presetsFolder});
+//     Orv::Core::MessageNode report;
+//     if (!opener.open({"wood.obl"}, &report))
+//         throw std::runtime_error(report.toText().toStdString());
+//     for (const auto& package : manager.openPackages())
+//         for (const auto& graph : collectGraphs(*package))
+//             names.push_back(graph->identifier().get());
+//     savePackage(*manager.packageForPath("wood.obl"), "new.obl", QDir(presetsFolder));
 class DependencyOpener
 {
 public:
     using Entry = PackagesListManager::DependencyEntry;
 
-    // What an opening does when a file fails.
+    // The reaction of an opening to a file that fails.
     enum class OnFailure
     {
-        Stop, // opens no further file and attaches nothing
-        GoOn, // opens and attaches all other files
+        // Opens no further file and attaches nothing.
+        Stop,
+        // Opens and attaches all other files.
+        GoOn,
     };
 
+    // A file that could not be opened.
     struct Failure
     {
-        QString filename; // canonical if the file exists
+        // The path as it was given. Canonical if the file exists.
+        QString filename;
+        // True for a file that another package needs. False for one that was asked for.
         bool isDependency;
     };
 
-    // "obl://" references lead into the first of `presetsPaths`, or into the current directory if
-    // there is none.
+    // "obl://" references lead into the first of `presetsPaths`. They lead into the current
+    // directory if there is none.
     DependencyOpener(PackagesListManager& manager, const QStringList& presetsPaths,
                      OnFailure onFailure = OnFailure::Stop);
 
-    // Without dependencies only the files themselves are opened.
+    // Chooses whether dependencies are opened. They are at first. Without them only the files
+    // themselves are opened.
     void setFollowsDependencies(bool follows) { m_followsDependencies = follows; }
-    // How many threads read files, at first as many as the process may use cores. With fewer than
-    // two, and for a single file, the thread of the opener reads.
+    // Chooses how many threads read files. At first there are as many as the process may use cores.
+    // With fewer than two, and for a single file, the thread of the opener reads.
     void setWorkers(unsigned workers) { m_workers = workers; }
 
-    // Opens the files and attaches them. Returns false if a file failed. The reasons are written
-    // below `report`, which may be null. A file that an earlier opening attached is attached again.
+    // Opens the files and attaches them by one undoable command. Old files are brought to the
+    // current format in memory; no file is changed and no copy is made. A file that an earlier
+    // opening attached is attached again.
+    //
+    // Returns true if all files were opened. Returns false if one failed. With OnFailure::Stop
+    // nothing is attached then, and with OnFailure::GoOn all other packages are. The reasons are
+    // errors below `report`, which may be null.
     bool open(const QStringList& paths, Orv::Core::MessageNode* report = nullptr);
     // Returns the files that failed in the last call of open(), in the order of the attempts.
     const std::vector<Failure>& failures() const { return m_failures; }

@@ -17,13 +17,30 @@ constexpr std::uint32_t ShapeChanges =
 // A list has another shape, or something below it has changed.
 constexpr std::uint32_t ListChanges = ShapeChanges | Orv::Data::ChangeType::Descendant;
 
-// A listener that an object holds as a member. It calls a member of its owner at the end of each
-// change of `Types`. One can be attached to several objects, and hears of each of them. The call may
-// destroy owner and listener. `Member` is a pointer to one of these:
+// Calls a member of its owner, which holds it, at the end of each change of `Types`. One can be
+// attached to several objects, and hears of each of them. It detaches itself when the owner dies.
+// The call may destroy owner and listener.
+//
+// The call comes while the change is delivered, for edits, undos and redos alike. Several writes in
+// one edit may come as one call. Main thread. `Member` is a pointer to one of these:
+//
 //     void changed(const Orv::Data::DataMessage&);
 //     void changed(Orv::Core::ManipulatorContext*); // as editableContext() returns it
 //     void changed();
 //     LazySignal<> changed;
+//
+// For example:
+//
+//     class Title
+//     {
+//     public:
+//         explicit Title(const Graph& graph) { listenTo(graph.attributes().label(), m_listener); }
+//
+//     private:
+//         void onLabel(); // draws the label
+//
+//         Follow<&Title::onLabel> m_listener{*this};
+//     };
 template <auto Member, std::uint32_t Types = Orv::Data::ChangeType::Value,
           std::uint16_t When = Stage::Mirror,
           std::uint32_t MemberMask = Orv::Data::MessageMask::All>
@@ -35,6 +52,7 @@ class Follow<Member, Types, When, MemberMask> final
     : public Orv::Core::ListenerSimple<When, Types, MemberMask>
 {
 public:
+    // `owner` must outlive the listener.
     explicit Follow(Owner& owner) : m_owner(owner) {}
     Follow(const Follow&) = delete;
     Follow& operator=(const Follow&) = delete;

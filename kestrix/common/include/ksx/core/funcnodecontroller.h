@@ -1,4 +1,4 @@
-// A node of a function graph.
+// The controller of a node of a function graph.
 #pragma once
 
 #include "ksx/core/basenodecontroller.h"
@@ -19,60 +19,94 @@ namespace Ksx::Core {
 class BaseFuncDataModifier;
 class FuncGraphController;
 
-// Has the inputs that the function's description lists, and one more of unknown type for each
-// identifier that only the node's connections name: so nothing that a file says is lost, whether the
-// function is unknown, an input is, or an instance refers to a function that cannot be found (a
-// ghost). Such an input goes with its last connection. The output is always one.
+// Shows a ParamNode. The table of functions describes it. The function that an instance refers to
+// describes the instance. For life and thread see NodeController. The node has one output,
+// UniqueOutput.
+//
+// The node has the inputs of its description. It has one more input, of unknown type, for each
+// other identifier that one of its connections names. So nothing of a file is lost if the function
+// or an input is unknown. The same holds for an instance whose function cannot be found, which is
+// called a ghost. An unknown input goes with its last connection.
 class FuncNodeController final : public BaseNodeController
 {
 public:
+    // The result of functionType() for a function that the table does not know.
     static constexpr unsigned UnknownFunction = ~0u;
 
+    // For the controller of the graph. `node` is part of the graph.
     FuncNodeController(const Data::Content::ParamNode& node, FuncGraphController& graph);
     ~FuncNodeController() override;
 
-    // Null once it has died.
+    // Returns the node in the document. Returns null once it has died.
     const Data::Content::ParamNode* node() const;
+    // Returns the graph that owns this controller.
     FuncGraphController& funcGraph() const;
-    // That of the table or, for an instance, what is known of the function that it refers to. Null
-    // for an unknown function.
+
+    // Returns the description of the function by the table. An instance has a description that the
+    // controller makes of the function, and makes anew when the function changes. Returns null for
+    // an unknown function.
     const Data::Desc::Function* description() const { return m_description; }
-    // Of FunctionsEnum, or UnknownFunction.
+
+    // Returns the number of the function, one of FunctionsEnum. Returns UnknownFunction for any
+    // other.
     unsigned functionType() const;
+    // Returns whether the node is the output of its graph.
     bool isOutputNode() const;
-    // The function that an instance refers to; null for a ghost and for other nodes.
+
+    // Returns the function that an instance refers to. Returns null for a ghost and for other
+    // nodes.
     const Data::Content::Function* referencedFunction() const;
 
-    // What the node holds: its constant, or the name of the variable that it reads or writes; in
-    // the shape of its type, and empty if it holds nothing or another shape.
+    // Returns the constant of the node, or the name of the variable that it reads or writes. The
+    // shape is that of the type: bool, Int1 to Int4, Float1 to Float4 or std::string. Returns an
+    // empty value if the node holds nothing or another shape.
     boost::any dataValue() const;
-    // One command. False without one if the node holds nothing or a value of another shape, and for
-    // nan and the infinities.
+
+    // Writes the constant or the name. This is one undoable command, also for the present value. A
+    // single number may come by itself or as a vector of one.
+    //
+    // Returns false and runs no command if the node holds nothing, and for a value of another
+    // shape. Returns false also for nan and the infinities.
     bool setData(const boost::any& value);
 
-    // The types that an input takes beside the others; of the output, the type that it gives.
+    // Returns the types that an input takes beside the types that the other inputs get. For
+    // UniqueOutput returns outputType(). Returns 0 for an unknown input.
     unsigned connectorType(const std::string& identifier) const override;
-    // Is the type the generic type of the function, which follows what is connected?
+    // Returns whether the type is the generic type of the function, which follows the connections.
     bool isVariantConnector(const std::string& identifier) const override;
+    // Appends the inputs of the description, then the unknown inputs.
     void appendInputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
+    // Appends the output. All nodes have one, also for functions without a value.
     void appendOutputConnectorNames(std::vector<ConnectorEntry>& entries) const override;
-    // Not a source of which no type fits the function, beside what its other inputs get.
+
+    // Also returns false if no type of `source` fits the function, beside the types of its other
+    // inputs. An unknown type fits always.
     bool canConnect(const OutputConnectorController& source,
                     const InputConnectorController& connector) const override;
+    // Returns the uid of the node. Returns NoUid once the node has died.
     Uid uid() const override;
-    // As the document says; a set of types while it is open which one of them it is.
+
+    // Returns the type that the document has for the output. Returns several types while it is open
+    // which of them it is. Returns 0 once the node has died.
     unsigned outputType() const override;
+    // Does the same as onSubGraphLinkChanged().
     void onSubGraphChanged(Orv::Core::ManipulatorContext* context) override;
+    // Describes an instance anew, with its inputs and connections. Does nothing for other nodes.
     void onSubGraphLinkChanged(Orv::Core::ManipulatorContext* context) override;
+    // Gives the output the type that follows from the inputs, if they leave one type alone.
     bool onInputTypeChanged(InputConnectorController& connector,
                             const OutputConnectorController& source,
                             Orv::Core::ManipulatorContext* context) override;
+    // Writes the type of the node. Returns true if it was another one.
     bool setOutputTypeFromInput(unsigned type, Orv::Core::ManipulatorContext* context) override;
+    // Returns the connections to this node in the document. Returns null once the node has died.
     const Orv::Data::ContainerList<Data::Content::Connexion>* connexions() const override;
-    // An input that is not known may be a list.
+
+    // Returns whether an input takes a list. An unknown input may be a list, so returns true for
+    // it.
     bool takesList(const std::string& identifier) const override;
 
-    // For the graph: drops the inputs that it has made the node hold on to.
+    // For the graph: drops the inputs that the node has kept during an edit of several steps.
     void dropUnusedInputs();
 
 protected:

@@ -1,4 +1,4 @@
-// Where the controller of a graph lives: on the graph's shadow.
+// Finds and makes the controllers of graphs.
 #pragma once
 
 #include "core/listenerdeaf.h"
@@ -20,13 +20,18 @@ class CompGraphController;
 class GraphController;
 class ParamGraphController;
 
-// Owns the controller of one graph and is owned by the shadow of the graph. So the controller lives
-// and dies with the graph. It also dies when the graph is taken out of the document.
+// Owns the controller of one graph. The shadow of the graph owns the listener, so the controller
+// dies with the graph. It also dies when the graph is taken out of the document, at the end of that
+// change. After an undo a new controller is made at the next request. Hears of no changes itself.
+// Main thread.
+//
+// A client calls graphController() and does not need this class.
 class GraphControllerListener final : public Orv::Core::ListenerDeaf<>
 {
 public:
-    // Returns the Controller of a graph, which is made at the first call. Returns null for an empty
-    // box. The classes must be complete; a kind of graph has one class of controllers.
+    // Returns the Controller of a graph, and makes it at the first call. Returns null for an empty
+    // box. Both classes must be complete. All callers must use one class of controllers for one
+    // class of graphs.
     template <class Controller, class Graph>
     static Controller* of(const Orv::Data::DataPointerBox<Graph>& graph)
     {
@@ -35,6 +40,7 @@ public:
     }
 
     ~GraphControllerListener() override;
+    // Returns true: the shadow deletes the listener.
     bool isOwnedByShadow() const override { return true; }
 
 private:
@@ -52,10 +58,11 @@ private:
     std::unique_ptr<GraphController> m_controller;
 };
 
-// Returns the controller of a graph, which is made at the first call, in a time that grows with the
-// graph. Returns null for an empty box. The graph owns the controller. For function graphs see
-// funcgraphcontroller.h.
+// Returns the controller of a graph of images. Makes it at the first call: all nodes get their
+// controllers and are connected. That takes time that grows with the graph. Returns null for an
+// empty box. The graph owns the controller. For function graphs see funcgraphcontroller.h.
 CompGraphController* graphController(const Orv::Data::DataPointerBox<Data::Content::Graph>& graph);
+// Returns the controller of the graph of an FX-map, in the same way.
 ParamGraphController*
 graphController(const Orv::Data::DataPointerBox<Data::Content::ParamsGraph>& graph);
 

@@ -1,4 +1,4 @@
-// How inputs and outputs come into the lists by which a graph is used.
+// Inputs and outputs of graphs: their usages, their identifiers, and the edits that add them.
 #pragma once
 
 #include "ksx/core/uidsource.h"
@@ -31,37 +31,54 @@ namespace Ksx::Core {
 
 class TakenNames;
 
-// What an input or output is for.
+// One purpose of an input or output, by which other programs match outputs and inputs.
 struct InterfaceUsage
 {
-    std::string name;       // such as "diffuse"
-    std::string components; // such as "RGBA"
+    // The name, "diffuse" for one.
+    std::string name;
+    // The components of the image that serve the purpose, "RGBA" for one.
+    std::string components;
 };
 
-// A place behind all items of a list; so is any other that the list does not have.
+// The place behind all items of a list. Any index beyond the last item means the same.
 constexpr std::size_t AtEnd = ~std::size_t{0};
 
-// A new input or output.
+// A new input or output, as the edits below take it.
 struct InterfaceEntry
 {
-    std::string identifier; // as wanted; empty for the default
-    unsigned type = 0;      // one ValueType; not kept for outputs
+    // The identifier that is wanted. It is brought into legal form and gets a number if it is
+    // taken. An empty text gives the default.
+    std::string identifier;
+    // One ValueType. The edit that adds an output ignores it.
+    unsigned type = 0;
+    // The place in the list of inputs or outputs.
     std::size_t index = AtEnd;
+    // The usages, in the order in which they are stored.
     std::vector<InterfaceUsage> usages = {};
 };
 
-// Is an identifier taken by an item of a list? A snapshot: it must not outlive the next change of
-// the list. The item that is ignored may be null.
+// Returns whether an identifier is taken by an item of a list. Make one of the three kinds below,
+// use it at once, and drop it. It must not outlive the next change of the list. Copies share their
+// data. Main thread.
+//
+// With an index of the list in the document, making one takes constant time. Else it walks over the
+// list.
+//
+//     const std::string name = freeIdentifier("wood", defaultInputIdentifier(),
+//                                             ParamInputNameExist(graph.paraminputs()));
 class IdentifierTaken
 {
 public:
+    // Returns whether an item has the identifier. The ignored item does not count.
     bool operator()(const std::string& identifier) const;
-    // Returns `wanted`, less a number that it ends in, with the first free number behind it: what
-    // IdentifierSuite::makeUnique() finds, without a question for each number.
+
+    // Returns a free identifier: `wanted` without a number at its end, and the first free number
+    // from that number on. The search takes no walk over the taken numbers.
     std::string firstFree(const std::string& wanted) const;
 
 protected:
     IdentifierTaken() = default;
+    // For the kinds: reads the identifiers of a list. `ignored` may be null.
     template <class Item>
     void collect(const Orv::Data::ContainerList<Item>& list, const Item* ignored);
 
@@ -70,43 +87,51 @@ private:
     std::optional<std::string> m_ignored;      // is among the names, and does not count
 };
 
+// Knows the identifiers of the inputs of a graph.
 class ParamInputNameExist : public IdentifierTaken
 {
 public:
+    // `ignored` is an input that may have the identifier itself, or null.
     explicit ParamInputNameExist(const Orv::Data::ContainerList<Data::Content::ParamInput>& list,
                                  const Data::Content::ParamInput* ignored = nullptr);
 };
 
+// Knows the identifiers of the outputs of a graph.
 class GraphOutputNameExist : public IdentifierTaken
 {
 public:
+    // `ignored` is an output that may have the identifier itself, or null.
     explicit GraphOutputNameExist(const Orv::Data::ContainerList<Data::Content::GraphOutput>& list,
                                   const Data::Content::GraphOutput* ignored = nullptr);
 };
 
+// Knows the identifiers of the parameter sets of an FX-map.
 class ParamsGraphDataNameExist : public IdentifierTaken
 {
 public:
+    // `ignored` is a set that may have the identifier itself, or null.
     explicit ParamsGraphDataNameExist(
         const Orv::Data::ContainerList<Data::Content::ParamsGraphData>& list,
         const Data::Content::ParamsGraphData* ignored = nullptr);
 };
 
-// `wanted` in its legal form, if that is free, otherwise with a number. `fallback` stands in for a
-// text of which nothing is legal.
+// Returns `wanted` in its legal form if it is free, and otherwise with a number. Takes `fallback`
+// for a text of which nothing is legal.
 std::string freeIdentifier(const std::string& wanted, const std::string& fallback,
                            const IdentifierTaken& isTaken);
 
-// The translations of "DEFAULT_INPUT_IDENTIFIER" and "DEFAULT_OUTPUT_IDENTIFIER".
+// Returns the translation of "DEFAULT_INPUT_IDENTIFIER". Without a translator that is the key.
 std::string defaultInputIdentifier();
+// Returns the translation of "DEFAULT_OUTPUT_IDENTIFIER". Without a translator that is the key.
 std::string defaultOutputIdentifier();
 
-// Parts of edits; both answer the uid of what they have inserted.
-//
-// Adds an input to the `paraminputs` of a graph.
+// Part of an edit: adds an input to the `paraminputs` of a graph. Returns its new uid. The caller
+// runs the command; see runEdit().
 Uid applyAddInput(const Orv::Core::ManipulatorList<Data::Content::ParamInput>& inputs,
                   const InterfaceEntry& entry);
-// Adds an output to a graph and, behind all others of its root, the RootOutput that belongs to it.
+
+// Part of an edit: adds an output to a graph. Also adds the RootOutput that belongs to it, behind
+// all other root outputs. Returns the new uid that both have.
 Uid applyAddOutput(const Orv::Core::ManipulatorStruct<Data::Content::Graph>& graph,
                    const InterfaceEntry& entry);
 

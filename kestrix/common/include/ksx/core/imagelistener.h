@@ -17,35 +17,56 @@ namespace Ksx::Core {
 
 class DecodedPicture;
 
+// The result of decoding a picture.
 enum class ImageState
 {
+    // There is no file, or it cannot be read.
     Decoded,
-    Unreachable, // there is no file, or it cannot be read
-    Undecodable  // the file is no picture, or a damaged one, or one that is too large
+    // The file is no picture, a damaged one, or one that is too large.
+    Unreachable,
+    Undecodable
 };
 
-// Stands on the shadow of the resource and dies with it. Decodes the linked file when it is first
-// asked for the picture, once and whole: a picture of which a part is missing is none. A process of
-// its own does that (see PictureDecoder).
+// Decodes the linked file of a resource when it is first asked for, and remembers the picture. A
+// picture is decoded whole: if a part is missing, there is none. A process of its own does the
+// work, so that no file can harm this one. The calls wait for it.
+//
+// The shadow of the resource owns the listener. It dies with the resource, or at the end of the
+// change that takes the resource out of the document. Main thread.
+//
+//     ImageListener& listener = ImageListener::of(resource);
+//     if (const std::shared_ptr<const QImage> picture = listener.image())
+//         canvas.draw(*picture);
+//     listener.release(); // the canvas has a copy
 class ImageListener final : public Orv::Core::ListenerDeaf<>
 {
 public:
-    // The listener of a resource that stands in a document, made if there is none.
+    // Returns the listener of a resource that is part of a document. Makes it at the first call,
+    // and decodes nothing yet.
     static ImageListener& of(const Data::Content::Resource& resource);
 
-    explicit ImageListener(const Data::Content::Resource& resource); // for of() alone
+    // For of() alone.
+    explicit ImageListener(const Data::Content::Resource& resource);
     ~ImageListener() override;
+    // Returns true: the shadow deletes the listener.
     bool isOwnedByShadow() const override { return true; }
 
-    // What became of decoding. A resource that has been given another file is decoded anew.
+    // Returns the result of decoding. Decodes if that was not done yet, or if the resource has got
+    // another path. A file that has changed under the same path is not decoded again.
     ImageState state();
-    // The picture, of QImage::Format_ARGB32; null unless the state is Decoded, and without the
-    // library of the image plug-in beside the executable. It is decoded anew after release(). To
-    // look into it, a program links QtGui, which this library does not.
+
+    // Returns the picture, of QImage::Format_ARGB32. Returns null unless the state is Decoded.
+    // Returns null also if the library of the image plug-in is not beside the executable. Decodes
+    // again after release().
+    //
+    // The picture may be kept and outlives the listener. To look into it, a program links QtGui,
+    // which this library does not.
     std::shared_ptr<const QImage> image();
-    // In pixels; not valid unless the state is Decoded.
+    // Returns the size in pixels. It is not valid unless the state is Decoded.
     QSize size();
-    // Gives the memory of the picture back, once its other users do; state and size stay known.
+
+    // Drops the picture of the listener. Its memory is free once other users drop it. State and
+    // size stay known.
     void release();
 
 private:

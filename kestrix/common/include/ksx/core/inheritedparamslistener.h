@@ -1,4 +1,4 @@
-// Tells that the parameters have changed which a node inherits.
+// The signal that the parameters which a node inherits have changed.
 #pragma once
 
 #include "ksx/core/edit.h"
@@ -9,16 +9,19 @@
 
 namespace Ksx::Core {
 
-// Follows the list of parameters of the graph in which a node stands. A parameter that is relative
-// to the parent has its value from there.
+// Follows the parameters of the graph that a node belongs to. A parameter of the node that is
+// relative to the parent depends on them. Get it from ParametersController::inherited(), which owns
+// it. Main thread.
 class InheritedParamsListener final : public Orv::Core::ListenerSimple<Stage::Display, ListChanges>
 {
 public:
     using List = BaseParameterModifier::List;
 
+    // Follows a list that is part of a document. The list may die first.
     explicit InheritedParamsListener(const List& inherited) { listenTo(inherited, *this); }
     void deliver(const Orv::Data::DataMessage&) override { changed(); }
 
+    // Sent at the end of a change of the parameters: an edit, an undo or a redo.
     LazySignal<> changed;
 };
 

@@ -1,4 +1,4 @@
-// An input of a node.
+// The controller of an input of a node.
 #pragma once
 
 #include "ksx/core/connectorcontroller.h"
@@ -6,14 +6,18 @@
 
 namespace Ksx::Core {
 
-// Normally has one source; more if connections were added beside each other, and in lists.
+// Shows an input. Its targets are its sources: the outputs that feed it. An input normally has one
+// source. It has several if connections were added beside each other, and if it takes a list (see
+// NodeController::takesList()). For life and thread see ConnectorController.
 class InputConnectorController final : public ConnectorController
 {
 public:
+    // For the controller of the node. `identifier` is in the 8-bit form of the document.
     InputConnectorController(NodeController& node, std::string identifier, const QString& label);
 
-    // By which connections name it.
+    // Returns the identifier by which connections name the input.
     const std::string& identifier() const { return m_identifier; }
+    // Returns the kind of image that the input takes, by NodeController::connectorType().
     ColorKind colorKind() const override;
 
 protected:

@@ -1,4 +1,4 @@
-// One input of a graph.
+// The base of the controllers of inputs of a graph.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -17,9 +17,17 @@ namespace Ksx::Core {
 
 class InputsController;
 
-// Owned by the InputsController of the graph; lives as long as the input stands in the list. Texts
-// are those of the document, in its 8-bit form. Once the input has died all of them are empty, and
-// nothing can be edited.
+// Shows a ParamInput and edits its default value. EntryInputController shows an input of images and
+// TweakInputController an input of values; use dynamic_cast to find out which.
+//
+// The InputsController of the graph owns it. It dies when the input leaves the list of the graph.
+// An undo makes another controller. Main thread.
+//
+// Texts are in the 8-bit form of the document. References to them hold until the next edit. If the
+// input has died already, texts are empty and edits are refused.
+//
+//     if (InputController* input = graph.inputsController()->inputByIdentifier("strength"))
+//         input->setDefaultValue(Orv::Data::Float1{{0.5F}});
 class InputController
 {
 public:
@@ -27,28 +35,41 @@ public:
     InputController& operator=(const InputController&) = delete;
     virtual ~InputController();
 
-    // An EntryInputController for an image type, a TweakInputController for a type of values.
+    // For InputsController: returns an EntryInputController for a type of images, and a
+    // TweakInputController for all others. The type is not looked at again later.
     static std::unique_ptr<InputController> make(const Data::Content::ParamInput& input);
 
-    // Null once it has died.
+    // Returns the input in the document. Returns null once it has died.
     const Data::Content::ParamInput* input() const;
-    Uid uid() const; // NoUid once the input has died
+    // Returns the uid of the input. Returns NoUid once the input has died.
+    Uid uid() const;
+    // Returns the identifier, by which functions and instances name the input.
     const std::string& identifier() const;
+    // Returns the text for users. May be empty.
     const std::string& label() const;
+    // Returns the longer text for users. May be empty.
     const std::string& description() const;
-    unsigned type() const; // of ValueType; 0 once the input has died
+    // Returns the type as a ValueType. Returns 0 once the input has died.
+    unsigned type() const;
 
-    // The value in the shape of the input's type: bool, Int1 to Int4, Float1 to Float4 or
-    // std::string. Empty for an image, and for an input without a default or with one of another
-    // shape.
+    // Returns the value in the shape of the type: bool, Int1 to Int4, Float1 to Float4 or
+    // std::string. Returns an empty value for an image, for an input without a default, and for a
+    // default of another shape.
     boost::any defaultValue() const;
-    // Stores a value of that shape, clamped to the range that the input's widget gives, and drops
-    // the overloads of the former one. One command even if nothing changes; false without one if
-    // the value does not fit the type, or is nan or infinite.
+
+    // Writes a value of that shape. The value is brought into the range that the options "min" and
+    // "max" of the widget give. Overloads of the former value are dropped. This is one undoable
+    // command, also if nothing changes. No signal of this class is sent.
+    //
+    // Returns false and runs no command for a value of another shape, for nan and for the
+    // infinities.
     bool setDefaultValue(const boost::any& value);
 
+    // Sent when the identifier has been written, by an edit, an undo or a redo.
     LazySignal<> identifierChanged;
+    // Sent when the label has been written.
     LazySignal<> labelChanged;
+    // Sent when the description has been written.
     LazySignal<> descriptionChanged;
 
 protected:

@@ -1,4 +1,4 @@
-// The inputs of a graph.
+// The controller of the inputs of a graph.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -17,42 +17,66 @@ namespace Ksx::Core {
 
 class TweakInputController;
 
-// Owns a controller for each input, in the order of the graph's list. Owned by the controller of
-// the graph and shared with its users; whoever keeps it longer than the graph lives finds it empty.
+// Lists, adds and removes the inputs of a graph. It owns a controller for each input, in the order
+// of the list of the document, and follows that list.
+//
+// Get it from CompGraphController::inputsController(). The controller of the graph shares it with
+// its users. A user may keep it longer than the graph lives. It is empty then and refuses edits.
+// Main thread.
 class InputsController : public Orv::SecuredObject
 {
 public:
     // The payload of the edit that adds an input.
     struct AddTweakInputInfo
     {
-        std::string identifier; // may be empty
+        // The identifier that is wanted. An empty text gives the default.
+        std::string identifier;
+        // One ValueType.
         std::uint32_t type = 0;
-        Uid uid = NoUid; // filled by the edit
+        // The uid of the new input. The edit fills it.
+        Uid uid = NoUid;
     };
 
+    // For CompGraphController. `graph` is part of a document.
     explicit InputsController(const Data::Content::Graph& graph);
     InputsController(const InputsController&) = delete;
     InputsController& operator=(const InputsController&) = delete;
     ~InputsController() override;
 
-    // Null once it has died.
+    // Returns the graph. Returns null once it has died.
     const Data::Content::Graph* graph() const;
 
-    // Appends an input that takes values of the type, under a unique identifier near to the given
-    // one, or to the default if that is empty. Null if the graph has died, the type is that of an
-    // image, or who heard of the input has taken it away again.
+    // Appends an input that takes values of `type`. The identifier is brought into legal form and
+    // gets a number if it is taken. An empty identifier gives the default. This is one undoable
+    // command.
+    //
+    // Returns the controller of the input. Returns null and changes nothing if the graph has died
+    // and for a type of images. Returns null also if a subscriber has removed the input again.
     TweakInputController* addTweakInput(std::uint32_t type, const std::string& identifier);
-    // Removes an input of this graph, and with it its controller. What reads the input is left as
-    // it is. False if the input has died.
+
+    // Removes an input of this graph and destroys its controller. Functions and nodes that read the
+    // input are left as they are; see switchToConstant(). This is one undoable command. Returns
+    // false and changes nothing if the input or the graph has died, and for an input of another
+    // graph.
     bool removeInput(InputController& input);
 
-    // Null if there is none; the first one of several.
+    // Returns the first input of an identifier. Returns null if there is none. Takes constant time,
+    // except after a change if several inputs have one identifier.
     InputController* inputByIdentifier(const std::string& identifier) const;
+    // Returns the first input of a uid. Returns null if there is none.
     InputController* inputByUid(Uid uid) const;
+
+    // Returns the controllers of all inputs, in the order of the document. Returns nothing once the
+    // graph has died.
     std::vector<InputController*> inputs() const;
 
-    LazySignal<std::size_t> inputAdded;         // at that place
-    LazySignal<std::size_t> inputAboutToRemove; // from that place
+    // Sent when an input has come, with its place in `paraminputs`.
+    LazySignal<std::size_t> inputAdded;
+
+    // Sent when an input has left the document, before its controller dies. The index is the former
+    // place.
+    LazySignal<std::size_t> inputAboutToRemove;
+    // Sent when inputs have changed their order.
     LazySignal<> orderChanged;
 
 private:

@@ -10,15 +10,25 @@ class connection;
 
 namespace Ksx::Core {
 
-// Controllers have many signals, of which most programs use none. To connect, include
-// "ksx/core/lazysignalconnect.h"; to fire, this header is enough.
+// Controllers have many signals, of which most programs use few. To connect, include
+// "ksx/core/lazysignalconnect.h". To send, this header is enough.
+//
+// Controllers send their signals while the changes of an edit, an undo or a redo are delivered. The
+// document is in its new state then. A subscriber may remove the object that has the signal. Main
+// thread.
+//
+//     const boost::signals2::scoped_connection connection =
+//         graph.nodeAdded.connect([this](NodeController* node, std::size_t) { draw(*node); });
 template <class... Arguments>
 class LazySignal
 {
 public:
-    // The function must be disconnected, by the answer, before what it refers to dies.
+    // Calls `function` each time that the signal is sent, in the order of the connections.
+    // Disconnect it by the returned connection before the objects die that it refers to. A
+    // boost::signals2::scoped_connection does so by itself. The connection may outlive the signal.
     boost::signals2::connection connect(const std::function<void(Arguments...)>& function);
 
+    // Sends the signal. Costs one comparison if nobody has connected.
     void operator()(Arguments... arguments) const
     {
         if (m_signal != nullptr)
@@ -34,6 +44,7 @@ private:
     };
     class Connected;
 
+    // Null until somebody connects.
     std::unique_ptr<Signal> m_signal;
 };
 

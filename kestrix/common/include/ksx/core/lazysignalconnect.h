@@ -1,4 +1,5 @@
-// What a subscriber of a LazySignal includes.
+// Lets a source connect to a LazySignal. Takes a second to compile, so headers should not include
+// it.
 #pragma once
 
 #include "ksx/core/lazysignal.h"

@@ -1,4 +1,4 @@
-// Data paths of the content of open packages.
+// Data paths to the content of open packages.
 #pragma once
 
 #include <string>
@@ -14,14 +14,17 @@ class Package;
 
 namespace Ksx::Core {
 
-// "pkg://group/graph?dependency=12" for an object of a content list, or for a package: where it
-// stands in its package, and the uid by which the table of open packages knows that one. Empty for
-// what stands in no open package, and without services.
+// Returns the data path of a package or of an object of its content, like
+// "pkg://group/graph?dependency=12". The number is the uid by which the table of open packages
+// knows the package. For an object inside of a graph, returns the path of the graph. Returns an
+// empty text for an object of no open package, and without services. Main thread.
 std::string objectUrl(const Orv::Data::BaseObject& object);
 
-// The object that a data path in a package leads to; null if there is none. The path's dependency
-// is looked for among the dependency elements of `from`, which may name its own file, and in the
-// table of open packages; a path without one leads into `from`.
+// Returns the object that a data path in the package `from` leads to. Returns null if there is
+// none, and for a text that is no data path.
+//
+// A path without a dependency leads into `from`. So does the uid of the element by which `from`
+// names itself. Any other dependency is looked up in the table of open packages. Main thread.
 const Orv::Data::BaseObject* resolveObjectUrl(std::string_view url,
                                               const Data::Content::Package& from);
 

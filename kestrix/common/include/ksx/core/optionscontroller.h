@@ -1,4 +1,4 @@
-// The options of a graph: free pairs of a name and a value.
+// The controller of the options of a graph, which are free pairs of a name and a value.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -11,19 +11,23 @@ class Options;
 
 namespace Ksx::Core {
 
-// Tells of changes and keeps the list as it stands. Owned by the controller of the graph.
+// Sends a signal when the options of a graph change. It edits nothing: read the list in the
+// document. An option is a free pair of a name and a value; the library reads none of them.
+// CompGraphController owns the controller. Main thread.
 class OptionsController
 {
 public:
+    // For CompGraphController. `options` is part of a document.
     explicit OptionsController(const Data::Content::Options& options);
     OptionsController(const OptionsController&) = delete;
     OptionsController& operator=(const OptionsController&) = delete;
     virtual ~OptionsController();
 
-    // Null once the list has died.
+    // Returns the options in the document. Returns null once they have died.
     const Data::Content::Options* options() const;
 
-    LazySignal<> changed; // an option was added, removed, moved or edited
+    // Sent when an option was added, removed, moved or edited, by an edit, an undo or a redo.
+    LazySignal<> changed;
 
 private:
     Orv::Data::DataPointerBox<Data::Content::Options> m_options;

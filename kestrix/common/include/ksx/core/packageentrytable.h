@@ -1,4 +1,4 @@
-// The index of open packages.
+// The index of open packages by path, by uid and by package.
 #pragma once
 
 #include "core/listenersimple.h"
@@ -21,14 +21,18 @@ class Package;
 
 namespace Ksx::Core {
 
+// One open package. The address of an entry holds until the entry is dropped.
 struct PackageEntry
 {
-    Uid uid;      // by which dependency elements name the package
-    QString path; // may be empty
+    // The uid by which dependency elements and data paths name the package. Unique in the table.
+    Uid uid;
+    // The path of the file of the package. Empty if it was never saved.
+    QString path;
+    // The package. Empty once it has died.
     Orv::Data::DataPointerBox<Data::Content::Package> package;
 };
 
-// The file name in the element by which a package names itself.
+// The file name in the dependency element by which a package names itself.
 inline constexpr const char* Himself = "?himself";
 
 // Returns the first element of a package for that dependency. Returns null if there is none.
@@ -37,33 +41,42 @@ const Data::Content::Dependency* findDependency(const Data::Content::Package& pa
 // Returns the uid of the element by which a package names itself. Returns NoUid without one.
 Uid ownUid(const Data::Content::Package& package);
 
-// Listens to the list of open packages. A package that comes into the list without an entry gets
-// one: with its own uid if that is free, and without a path. A package that leaves the list loses its
-// entry, whose uid and path are free at once. If the package comes back by an undo, it gets both
-// again, as far as nobody else has taken them.
+// Has one entry for each open package. PackagesListManager owns it. It follows the list of open
+// packages at each edit, undo and redo, before all behaviours. Main thread.
 //
-// Paths are equal when they lead to one file at the time of asking, however they are spelled.
-// Entries without a path are never found by path. Entries stay where they are in memory until they
-// are dropped.
+// A package that comes into the list without an entry gets one. It gets its own uid if that is
+// free, and no path. A package that leaves the list loses its entry, whose uid and path are free at
+// once. If an undo brings the package back, it gets both again, unless somebody else has taken
+// them.
+//
+// Paths are equal when they lead to one file at the time of asking, however they are spelled. Links
+// are followed. Entries without a path are never found by path. Entries stay where they are in
+// memory until they are dropped.
 class PackageEntryTable final
     : public Orv::Core::ListenerSimple<Stage::Mirror, Orv::Data::ChangeType::Inserted |
                                                           Orv::Data::ChangeType::Erased>
 {
 public:
-    // Returns the table of the packages that are open in this process. Returns null without services.
+    // Returns the table of the packages that are open in this process. Returns null without
+    // services.
     static PackageEntryTable* ofProcess();
 
     void deliver(const Orv::Data::DataMessage& message) override;
 
-    // The uid must not be taken. The package may be null: an entry that has none when the list
-    // changes is dropped then.
+    // Adds an entry and returns it. `uid` must not be taken. `package` may be null. An entry that
+    // has no package when the list changes next is dropped then.
     PackageEntry& add(Uid uid, const QString& path, const Data::Content::Package* package);
-    // For an entry without a package.
+    // Gives an entry of this table its package. The entry is no longer found by its former package.
     void setPackage(PackageEntry& entry, const Data::Content::Package& package);
-    // Null if there is none.
+
+    // Returns the entry of the file that a path leads to. Returns null if there is none. Looks at
+    // the disk.
     PackageEntry* findByPath(const QString& path);
+    // Returns the entry of a uid. Returns null if there is none.
     PackageEntry* findByUid(Uid uid);
+    // Returns the entry of a package. Returns null if there is none.
     PackageEntry* findByPackage(const Data::Content::Package& package);
+    // Returns all entries, in the order in which they were made.
     const std::list<PackageEntry>& entries() const { return m_entries; }
 
 private:

@@ -1,4 +1,4 @@
-// Where the controller of a package is found.
+// Finds and makes the controller of a package.
 #pragma once
 
 #include "core/listenerdeaf.h"
@@ -14,18 +14,27 @@ namespace Ksx::Core {
 
 class PackageController;
 
-// Stands on the shadow of the package and dies with it.
+// Remembers the controller of one package. Hears of no changes itself. Main thread.
+//
+// The shadow of the package owns the listener. It dies with the package, or at the end of the
+// change that takes the package out of the document.
+//
+//     const auto controller = PackageListener::of(package).controller(); // a QSharedPointer
+//     CompGraphController* graph = controller->addGraph("wood");
 class PackageListener final : public Orv::Core::ListenerDeaf<>
 {
 public:
-    // The listener of a package that stands in a document, made if there is none.
+    // Returns the listener of a package that is part of a document. Makes it at the first call.
     static PackageListener& of(const Data::Content::Package& package);
 
-    explicit PackageListener(const Data::Content::Package& package); // for of() alone
+    // For of() alone.
+    explicit PackageListener(const Data::Content::Package& package);
     ~PackageListener() override;
+    // Returns true: the shadow deletes the listener.
     bool isOwnedByShadow() const override { return true; }
 
-    // The one controller of the package, as long as anybody keeps it; then a new one.
+    // Returns the controller of the package. All callers share one as long as anybody keeps it.
+    // After that the next call makes a new one. Returns null once the package has died.
     QSharedPointer<PackageController> controller();
 
 private:

@@ -1,4 +1,4 @@
-// From a URL to an up-to-date package.
+// Reads a package from a file, and brings an old one to the current format.
 #pragma once
 
 #include "core/extensions.h"
@@ -15,23 +15,37 @@ class Package;
 
 namespace Ksx::Core {
 
-// Chooses the importer, reads the versions, runs the updaters that the file needs, imports, stamps
-// the new versions on the package and makes its file references absolute. Never changes the file.
+// Opens one package without its dependencies, and attaches it to no document. Use DependencyOpener
+// to open packages with all that they depend on.
+//
+// The reader chooses the importer by the ending of the URL: ".obl", ".oblar" or ".oblasm". It reads
+// the versions of the file and runs the updaters that the file needs. It imports the tree and makes
+// file references absolute. It never changes the file. It keeps no state, and calls may follow each
+// other. Main thread.
 class PackageReader
 {
 public:
+    // The steps of an update, in the order in which they run.
     using Updaters = std::vector<const Orv::Core::Extensions::IUpdater*>;
-    // Asked before an update, with the steps in their order, the URL and the file's version: false
-    // stops the opening. May be empty.
+
+    // Called before an update with the steps, the URL and the version of the file. False stops the
+    // opening. May be empty, which means true.
     using ConfirmFunction =
         std::function<bool(const Updaters&, const QUrl&, const Orv::Core::Version&)>;
+    // Conversions of file references, in the order in which they are applied.
     using Converters = std::list<const Orv::Data::IXmlValueConverter*>;
 
-    // Answers a detached package, or null with an error below `log`. `log`, `converters` and
-    // `wasUpdated` may be null, `progress` (0 to 1) and `confirmUpdate` empty. The converters are
-    // applied to every file reference, in order, behind the one that makes it absolute. Unless
-    // `noBackup` is set, a file that is about to be updated is first copied into the directory
-    // ".autosave" beside it.
+    // Returns the package, which the caller owns. Returns null on failure, with an error below
+    // `log`. Reasons are a URL without an importer, an unreadable, damaged or too new file, and an
+    // update that failed. Throws std::bad_alloc if memory runs out.
+    //
+    // `log` may be null. `progress` may be empty; it is called with fractions from 0 to 1, which
+    // start again at each step. `converters` may be null. They are applied to every file reference,
+    // behind the conversion that makes it absolute. `wasUpdated` may be null; it is set to whether
+    // updaters ran, on success alone.
+    //
+    // Unless `noBackup` is set, a file that needs an update is first copied into the directory
+    // ".autosave" beside it. A copy that fails is reported and stops nothing.
     static std::unique_ptr<Data::Content::Package>
     open(const QUrl& url, Orv::Core::MessageNode* log,
          const Orv::Core::Extensions::ProgressFunction& progress,

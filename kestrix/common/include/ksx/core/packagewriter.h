@@ -10,22 +10,33 @@ class Package;
 
 namespace Ksx::Core {
 
-// Stamps the newest versions on the package, whether or not the file can be written, and writes it
-// as XML to `path`: 0.0.0.0 if no importer takes that name. Symbolic links are followed. File
-// references become relative to where the file really lies, or "obl://" names where they lead into
-// the presets directory from outside.
-// Returns false if the file could not be saved as a whole (see FileSaver), or if XML cannot hold one
-// of its references: the old file is then untouched and nothing else is left behind. Where the old
-// bytes could not be put back, `keptCopy` becomes the path of a copy of them; else a null text.
+// Writes a package as XML to the file at `path`. An existing file is replaced as a whole, when all
+// bytes of the new one are on disk. Symbolic links are followed. The package may be attached or
+// not. Main thread.
+//
+// Before writing, the newest format and updater versions are written into the package. They stay
+// there also if the saving fails. The versions are 0.0.0.0 if no importer takes the name of the
+// file. That change cannot be undone.
+//
+// File references in the file are relative to where the file really lies. References into
+// `presetsDir` from outside of it become "obl://" names. References in the tree stay absolute.
+//
+// Returns true if the file was saved. Returns false if it could not be saved as a whole, or if XML
+// cannot hold one of its references. The old file is then untouched and nothing else is left
+// behind.
+//
+// `keptCopy` may be null. It becomes the path of a copy of the old bytes, if these could not be put
+// back. Else it becomes a null text.
 bool savePackage(const Data::Content::Package& package, const QString& path, const QDir& presetsDir,
                  QString* keptCopy = nullptr);
 
-// The two conversions of file references on the way out.
-// Relative to the directory of `path`, if a file of that name is there; otherwise as it is.
+// Returns `value` relative to the directory of `path`, if it leads to a file or folder that exists.
+// Returns it unchanged otherwise. First of the two conversions of a file reference on the way out.
 QString relativeToFile(const QString& path, const QString& value);
-// Relative to `fileDir`, unless the value leads below the presets directory and `fileDir` is neither
-// that nor below it: then "obl://" and the bare file name, whatever the directory below the presets
-// is.
+
+// Returns "obl://" and the bare file name, if `value` leads below the presets directory and
+// `fileDir` is not within it. Directories below the presets are left out of the name. Otherwise
+// returns `value` relative to `fileDir`. Returns an empty text for an empty one.
 QString relativeToPresets(const QDir& fileDir, const QDir& presetsDir, const QString& value);
 
 } // namespace Ksx::Core

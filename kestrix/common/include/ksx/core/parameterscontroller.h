@@ -1,4 +1,4 @@
-// The parameters of a node or graph.
+// The controller of the parameters of a node or graph.
 #pragma once
 
 #include "data/desc/parametergroup.h"
@@ -13,47 +13,57 @@
 
 namespace Ksx::Core {
 
-// Has a row for every parameter that the groups describe, in their order and without the
-// connectors of images and FX-maps, which have no value. Rows are made when they are first asked
-// for. Owned by the controller of the node or graph; may outlive the list, and then refuses edits.
+// Has a row for every parameter that the groups describe, in their order. A row is a
+// ParameterController. Connectors of images and FX-maps have no value and no row. Rows are made
+// when they are first asked for.
+//
+// Get it from the parametersController() of a node or graph, which owns it. It may outlive the list
+// in the document. Edits are refused then. Main thread.
 class ParametersController : public Orv::SecuredObject
 {
 public:
     using List = BaseParameterModifier::List;
     using Groups = std::vector<Data::Desc::ParameterGroupPointer>;
 
-    // Without a primary input, inheritable parameters follow the parent. The groups are shared, and
-    // must not change while they are in use here.
+    // For the controllers of nodes and graphs. `list` holds the stored parameters. `context` is the
+    // scope of the node; it is empty for a graph. Without a primary input, inheritable parameters
+    // are relative to the parent at first. The groups are shared, and must not change while they
+    // are in use here.
     ParametersController(const List& list, DataContext context, Groups groups,
                          bool hasPrimaryInput);
     ParametersController(const ParametersController&) = delete;
     ParametersController& operator=(const ParametersController&) = delete;
     ~ParametersController() override;
 
+    // Returns the scope of the parameters.
     const DataContext& context() const { return m_context; }
+    // Returns the groups of descriptions, in the order of the rows.
     const Groups& groups() const { return m_groups; }
 
-    // The first row of that identifier, or the row of that very description: null if there is none.
-    // Rows live as long as this, or until setDescriptions() has no parameter of their identifier.
+    // Returns the first row of an identifier. Returns null if there is none. A row lives as long as
+    // this object, or until setDescriptions() has no parameter of its identifier.
     ParameterController* parameter(std::string_view identifier);
+    // Returns the row of this very description, by its address. Returns null if there is none.
     ParameterController* parameter(const Data::Desc::Parameter& description);
-    // The number of rows, which is not kept, and the row at an index below it.
+    // Returns the number of rows, including rows that have not been made yet.
     std::size_t count() const;
+    // Returns the row at an index, which must be below count().
     ParameterController& at(std::size_t index);
 
-    // Tells of changes of the graph's own parameters. Rows that are relative to the parent tell of
-    // them too. Made at the first call; null for the parameters of a graph.
+    // Returns the signal of the parameters of the graph, and makes it at the first call. Rows that
+    // are relative to the parent send their own signals as well. Returns null for the parameters of
+    // a graph.
     InheritedParamsListener* inherited();
 
-    // Rebuilds the rows in place for a node that is described anew. A row whose identifier is still
-    // there stays, under its new description; stored values are left as they are. Ends where who
-    // hears of a change takes the parameters away, or describes them anew.
+    // For nodes: gives the rows other descriptions. A row whose identifier is still there stays,
+    // under its new description. Stored values are left as they are. Ends early if a subscriber
+    // destroys this object or calls this function again.
     void setDescriptions(Groups groups, bool hasPrimaryInput);
 
-    // Fired when setDescriptions() is through, with the index of a row: first the parameters that
-    // are gone, from the last to the first by their former index, then the new ones, in order. What
-    // has stayed is not mentioned.
+    // Sent for each parameter that has gone, with its former index, from the last to the first.
+    // Sent when all rows have their new descriptions, and before parameterAdded().
     LazySignal<std::size_t>& parameterRemoved() { return m_removed; }
+    // Sent for each new parameter, with its index, from the first to the last.
     LazySignal<std::size_t>& parameterAdded() { return m_added; }
 
 private:

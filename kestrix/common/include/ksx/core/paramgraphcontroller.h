@@ -1,4 +1,4 @@
-// The graph of parameter sets that an FX-map holds.
+// The controller of the graph of parameter sets that an FX-map holds.
 #pragma once
 
 #include "data/datapointerbox.h"
@@ -16,21 +16,28 @@ namespace Ksx::Core {
 
 class ParamNodeController;
 
-// Got from graphController(). Shows the graph and edits nothing of it but positions: the three
-// edits of all graphs are refused.
+// Shows a ParamsGraph: its nodes and the sets of parameters that they name. Get it from
+// graphController() or CompFilterNodeController::paramGraph(). See GraphController for its life and
+// its thread.
+//
+// The three edits of GraphController are refused. Positions of nodes and values of parameters can
+// be edited through their own controllers.
 class ParamGraphController final : public GraphController
 {
 public:
+    // For graphController() alone. `graph` is part of a document.
     explicit ParamGraphController(const Data::Content::ParamsGraph& graph);
     ~ParamGraphController() override;
 
-    // Null once it has died.
+    // Returns the graph. Returns null once it has died.
     const Data::Content::ParamsGraph* graph() const;
-    // The first parameter set of that uid; null if there is none.
+    // Returns the first parameter set of a uid. Returns null if there is none. Walks over all sets.
     const Data::Content::ParamsGraphData* data(Uid uid) const;
-    // The node that the graph begins with; null if there is none.
+    // Returns the node that the graph begins with. Returns null if there is none.
     ParamNodeController* rootNode() const;
 
+    // Returns the controllers of all nodes, which are ParamNodeControllers, in the order of the
+    // document.
     std::vector<NodeController*> nodes() const override;
 
 private:

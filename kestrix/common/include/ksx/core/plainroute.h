@@ -9,8 +9,10 @@ class ManipulatorContext;
 
 namespace Ksx::Core {
 
-// Runs the edit in a context of its own, past the command manager: for documents that are not
-// attached, and for what a user did not ask for. False if the edit was refused and rolled back.
+// Runs the edit in a context of its own, past the command manager. For documents that are not
+// attached, and for changes that a user did not ask for. Listeners hear of it like of any other
+// edit. Returns false if `edit` returned false; all changes are rolled back then. Passes on
+// exceptions. Main thread.
 bool editPlainly(const std::function<bool(Orv::Core::ManipulatorContext&)>& edit);
 
 } // namespace Ksx::Core

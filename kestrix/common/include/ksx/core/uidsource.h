@@ -1,4 +1,4 @@
-// Where new uids come from: the one place that reads the clock or random numbers.
+// New uids. This is the only place that reads the clock or random numbers.
 #pragma once
 
 #include <cstdint>
@@ -9,38 +9,51 @@ class QUuid;
 
 namespace Ksx::Core {
 
+// The number of an object in its list, or of a dependency in its package.
 using Uid = std::uint32_t;
 
-// Never allotted: it stands for "no uid" where a number is needed.
+// The number that means "no uid". No object gets it.
 constexpr Uid NoUid = 0xFFFFFFFFu;
 
-// Uids are the time in seconds plus a counter, in wrapping 32-bit arithmetic: so they differ
-// between runs and between uses, and need no other randomness. Where packages are read on several
-// threads, uids are given in the order of the packages, one package after the other.
+// Allots uids. A uid is the time in seconds plus a counter, in wrapping 32-bit arithmetic. So uids
+// differ between runs and between uses, without other randomness. Not locked: main thread. Workers
+// that read packages draw uids too, each in the turn of its package.
 class UidSource
 {
 public:
+    // Returns the time in seconds.
     using Clock = std::function<std::time_t()>;
+    // Returns a random number of which all bits count.
     using Random = std::function<std::uint32_t()>;
+    // Returns whether a uid has an owner already.
     using IsTaken = std::function<bool(Uid)>;
 
+    // Starts the counter at a number. Programs use shared().
     explicit UidSource(Uid firstCount) : m_counter(firstCount) {}
 
-    // The source of everything but the updater that first gave packages their uids.
+    // Returns the source of all uids, except the uids of one updater. It lives to the end of the
+    // process.
     static UidSource& shared();
-    // That of the updater, with a counter of its own from 0.
+
+    // Returns the source of the updater that first gave packages their uids. Its counter starts at
+    // 0.
     static UidSource& ofUpdater();
-    // Replaces the clock of all sources; an empty function brings the system's back.
+
+    // Replaces the clock of all sources, for tests. An empty function brings the clock of the
+    // system back.
     static void setClock(Clock clock);
-    // Replaces the random numbers of uuid(), of which all bits count; an empty function brings the
-    // system's back.
+
+    // Replaces the random numbers of uuid(), for tests. An empty function brings the numbers of the
+    // system back.
     static void setRandom(Random random);
 
-    // A random UUID.
+    // Returns a random UUID.
     static QUuid uuid();
 
-    // A uid that `isTaken` (may be empty) does not know, and that is not NoUid.
+    // Returns a uid that `isTaken` does not know, and that is not NoUid. `isTaken` may be empty. If
+    // it knows all uids, the search never ends.
     Uid next(const IsTaken& isTaken);
+    // Sets the counter, for tests.
     void setCounter(Uid count) { m_counter = count; }
 
 private:
