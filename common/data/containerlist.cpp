@@ -190,6 +190,7 @@ void ContainerListBase::clear()
 
 void ContainerListBase::pushBack(std::unique_ptr<BaseObject> child)
 {
+    Q_ASSERT(child != nullptr);
     BaseObject* item = child.get();
     m_items.insert(m_items.size(), &item, 1);
     setParent(*child.release(), this);
@@ -202,6 +203,7 @@ std::size_t ContainerListBase::indexOf(const BaseObject& child) const
 
 void ContainerListBase::insertOwned(std::size_t index, const std::vector<BaseObject*>& items)
 {
+    Q_ASSERT(index <= size());
     m_items.insert(index, items.data(), items.size());
     for (BaseObject* item : items)
         setParent(*item, this);
@@ -209,6 +211,7 @@ void ContainerListBase::insertOwned(std::size_t index, const std::vector<BaseObj
 
 std::vector<BaseObject*> ContainerListBase::takeOwned(std::size_t index, std::size_t count)
 {
+    Q_ASSERT(index <= size() && count <= size() - index);
     std::vector<BaseObject*> taken;
     taken.reserve(count);
     for (std::size_t i = index; i < index + count; ++i)

@@ -5,6 +5,7 @@
 #include "data/content/function.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
+#include <QtGlobal>
 #include <algorithm>
 #include <charconv>
 
@@ -199,6 +200,7 @@ bool DataPath::isDataPath(std::string_view text)
 
 DataPath::DataPath(std::string_view text)
 {
+    Q_ASSERT(isDataPath(text));
     text.remove_prefix(Scheme.size());
     const std::size_t question = text.find('?');
     std::string_view path = text.substr(0, question);

@@ -1,5 +1,6 @@
 #include "editing/takennames.h"
 
+#include <QtGlobal>
 #include <charconv>
 #include <iterator>
 #include <optional>
@@ -56,6 +57,7 @@ void TakenNames::add(const std::string& name)
 void TakenNames::remove(const std::string& name)
 {
     const auto counted = m_counts.find(name);
+    Q_ASSERT(counted != m_counts.end());
     if (--counted->value != 0)
         return;
     m_counts.erase(counted);
@@ -95,6 +97,7 @@ long long TakenNames::freeNumber(const std::string& base, long long number) cons
 long long TakenNames::freeNumber(const std::string& base, long long number,
                                  const std::string& without) const
 {
+    Q_ASSERT(count(without) != 0);
     const long long found = freeNumber(base, number);
     const auto numbered = numberedName(without);
     const bool isBefore = numbered && numbered->base == base && numbered->number >= number &&

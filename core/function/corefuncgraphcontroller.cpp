@@ -307,6 +307,7 @@ std::vector<NodeController*> FuncGraphController::nodes() const
 
 FuncNodeController* FuncGraphController::nodeAt(std::size_t index) const
 {
+    Q_ASSERT(index < m_nodes->list.size());
     return m_nodes->list.at(index);
 }
 

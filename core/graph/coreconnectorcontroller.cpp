@@ -90,6 +90,7 @@ bool ConnectorController::isConnectedTo(const ConnectorController& other) const
 
 void ConnectorController::attach(ConnectionController& connection, bool isLast)
 {
+    Q_ASSERT(connection.input() == this || connection.output() == this);
     m_isOrdered = m_connections.empty() || (m_isOrdered && isLast);
     m_connections.pushBack(&connection);
 }

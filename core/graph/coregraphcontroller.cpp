@@ -201,6 +201,7 @@ void GraphController::enterNode(NodeController& node)
 void GraphController::settleNode(NodeController& node, std::size_t index, std::size_t count,
                                  ManipulatorContext* context)
 {
+    Q_ASSERT(index < count);
     place(node, index, count);
     connectNode(node, context);
 }
@@ -282,6 +283,7 @@ bool GraphController::connectWith(const char* className, ConnectorController& a,
 bool GraphController::makeConnection(const char* className, OutputConnectorController& output,
                                      InputConnectorController& input, bool replace)
 {
+    Q_ASSERT(holds(output.node()) && holds(input.node()));
     const DataPointerBox<ConnexionList> connexions(input.node().connexions());
     // Who hears of one command may take away what the next one needs.
     const DataPointerBox<GraphController> self(this);

@@ -82,6 +82,7 @@ void IdentifierTaken::collect(const ContainerList<Item>& list, const Item* ignor
 
 bool IdentifierTaken::operator()(const std::string& identifier) const
 {
+    Q_ASSERT(m_names != nullptr);
     return m_names->count(identifier) > (m_ignored == identifier ? 1u : 0u);
 }
 

@@ -223,6 +223,7 @@ std::unique_ptr<Package> PackagesListManager::newPackage(const QString& identifi
 
 PackagesListManager::PackageBox PackagesListManager::keep(std::unique_ptr<Package> package)
 {
+    Q_ASSERT(package != nullptr);
     PackageBox box(package.get());
     m_kept.emplace(package.get(), std::move(package));
     return box;

@@ -100,6 +100,7 @@ std::size_t ParametersController::count() const
 
 ParameterController& ParametersController::at(std::size_t index)
 {
+    Q_ASSERT(index < count());
     return row(index, *descriptions()[index]);
 }
 

@@ -82,7 +82,11 @@ public:
 
     using Container::childAt;
     std::size_t childCount() const override { return m_items.size(); }
-    const BaseObject* childAt(std::size_t index) const override { return m_items[index]; }
+    const BaseObject* childAt(std::size_t index) const override
+    {
+        Q_ASSERT(index < m_items.size());
+        return m_items[index];
+    }
     bool isModified() const override { return !isEmpty(); }
     bool isEmpty() const { return m_items.size() == 0; }
     std::size_t size() const { return m_items.size(); }

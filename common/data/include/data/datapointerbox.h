@@ -26,7 +26,7 @@ public:
 
     // Null when the target has died or was never set.
     const T* get() const { return static_cast<const T*>(m_link.target()); }
-    // The target must be alive.
+    // The box must not be empty.
     const T* operator->() const { return &**this; }
     const T& operator*() const
     {

@@ -101,6 +101,7 @@ public:
         // Returns the target at an index, which must be below size().
         ConnectorController* operator[](std::size_t index) const
         {
+            Q_ASSERT(index < size());
             return m_end.targetOf(*m_end.m_connections[index]);
         }
         // Returns the first target. There must be one.
