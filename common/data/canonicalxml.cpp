@@ -13,6 +13,7 @@ constexpr std::size_t WindowSize = std::size_t{64} * 1024;
 // A longer tag is for the other reader.
 constexpr std::size_t LargestWindow = std::size_t{16} * 1024 * 1024;
 constexpr std::size_t LongestName = 200;
+const ProgressFunction NoProgress;
 constexpr std::string_view Declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 
 // What a byte may be part of.
@@ -60,6 +61,12 @@ const char* skip(const char* at, const char* end, std::uint8_t what)
     while (at != end && isOf(*at, what))
         ++at;
     return at;
+}
+
+bool isPlainAscii(char32_t character)
+{
+    const bool isBlank = character == '\t' || character == '\n' || character == '\r';
+    return isBlank || (character >= 0x20 && character < 0x7F);
 }
 
 // Returns true for a character that every reader takes for itself in a value.
@@ -121,8 +128,7 @@ char32_t characterOfNumber(std::string_view digits)
             return 0;
         number = number * (isHexadecimal ? 16 : 10) + value;
     }
-    const bool isPlain = (number >= 0x20 && number < 0x7F) || isPlainCharacter(number);
-    return isPlain || number == '\t' || number == '\n' || number == '\r' ? number : 0;
+    return isPlainAscii(number) || isPlainCharacter(number) ? number : 0;
 }
 
 // Takes a reference, which begins with "&", from the begin of `text`. Returns 0 for any but those
@@ -149,9 +155,54 @@ char32_t takeReference(std::string_view& text)
 
 } // namespace
 
+bool isCanonicalName(std::string_view name)
+{
+    return !name.empty() && isOf(name.front(), Class::NameStart) &&
+           skip(name.data(), name.data() + name.size(), Class::Name) == name.data() + name.size();
+}
+
+bool isCanonicalText(std::u16string_view text)
+{
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t character = text[i];
+        if (QChar::isHighSurrogate(character) && i + 1 < text.size() &&
+            QChar::isLowSurrogate(text[i + 1])) {
+            character = QChar::surrogateToUcs4(text[i], text[i + 1]);
+            ++i;
+        }
+        if (!isPlainAscii(character) && !isPlainCharacter(character))
+            return false;
+    }
+    return true;
+}
+
+bool decodeCanonical(std::string_view value, QString& text)
+{
+    text.resize(0);
+    while (!value.empty()) {
+        const auto byte = static_cast<unsigned char>(value.front());
+        char32_t character = byte;
+        if (byte == '&')
+            character = takeReference(value);
+        else if (byte < 0x80)
+            value.remove_prefix(1);
+        else if (!takeUtf8(value, character))
+            return false;
+        if (character == 0)
+            return false;
+        append(text, character);
+    }
+    return true;
+}
+
 CanonicalXmlTokens::CanonicalXmlTokens(QIODevice& device, const ProgressFunction& progress)
-    : m_device(device), m_progress(progress, device.size()), m_buffer(WindowSize),
+    : m_device(&device), m_progress(progress, device.size()), m_buffer(WindowSize),
       m_at(m_buffer.data()), m_end(m_at)
+{}
+
+CanonicalXmlTokens::CanonicalXmlTokens(std::string_view document)
+    : m_device(nullptr), m_progress(NoProgress, 0), m_at(document.data()),
+      m_end(m_at + document.size())
 {}
 
 bool CanonicalXmlTokens::begin()
@@ -170,13 +221,15 @@ bool CanonicalXmlTokens::begin()
 // at the end of the document, after a failure and if the window would become too large.
 bool CanonicalXmlTokens::readMore()
 {
+    if (m_device == nullptr)
+        return false;
     const auto kept = static_cast<std::size_t>(m_end - m_at);
     m_offset += m_at - m_buffer.data();
     std::memmove(m_buffer.data(), m_at, kept);
     if (kept == m_buffer.size() && kept < LargestWindow)
         m_buffer.resize(2 * kept);
     const auto room = static_cast<qint64>(m_buffer.size() - kept);
-    const qint64 count = room == 0 ? -1 : m_device.read(m_buffer.data() + kept, room);
+    const qint64 count = room == 0 ? -1 : m_device->read(m_buffer.data() + kept, room);
     m_at = m_buffer.data();
     m_end = m_at + kept + (count > 0 ? count : 0);
     if (count < 0)
@@ -299,30 +352,11 @@ CanonicalXmlTokens::Scan CanonicalXmlTokens::scanValue(const char*& at)
         classes |= Classes[static_cast<unsigned char>(*byte)];
     m_value = {begin, static_cast<std::size_t>(end - begin)};
     m_isDecoded = (classes & Class::Special) != 0;
-    if ((classes & Class::Forbidden) != 0 || (m_isDecoded && !decode(m_value)))
+    if ((classes & Class::Forbidden) != 0 || (m_isDecoded && !decodeCanonical(m_value, m_decoded)))
         return Scan::Foreign;
     m_hasValue = true;
     at = end + 1;
     return Scan::Done;
-}
-
-bool CanonicalXmlTokens::decode(std::string_view text)
-{
-    m_decoded.resize(0);
-    while (!text.empty()) {
-        const auto byte = static_cast<unsigned char>(text.front());
-        char32_t character = byte;
-        if (byte == '&')
-            character = takeReference(text);
-        else if (byte < 0x80)
-            text.remove_prefix(1);
-        else if (!takeUtf8(text, character))
-            return false;
-        if (character == 0)
-            return false;
-        append(m_decoded, character);
-    }
-    return true;
 }
 
 std::optional<std::string_view> CanonicalXmlTokens::value(bool isFilePath,

@@ -15,6 +15,14 @@ namespace Orv::Data {
 
 class AttributeBase;
 
+// Returns true for a name that CanonicalXmlTokens takes, but for its length.
+bool isCanonicalName(std::string_view name);
+// Returns true for a text that CanonicalXmlTokens gives for a value in which it is escaped.
+bool isCanonicalText(std::u16string_view text);
+// Resolves the references in the value of an attribute, which is in UTF-8. Returns false for what
+// CanonicalXmlTokens does not take.
+bool decodeCanonical(std::string_view value, QString& text);
+
 // Scans the bytes of a document in UTF-8: the usual declaration, elements with ASCII names, at most
 // the attribute `v`, white space between elements, the five predefined entities and references to
 // characters. Fails at anything else, such as a comment, a text or a fault, and says nothing more of
@@ -28,6 +36,8 @@ public:
 
     // `device` is open for reading and outlives the tokens.
     CanonicalXmlTokens(QIODevice& device, const ProgressFunction& progress);
+    // For a document that is in memory, and outlives the tokens.
+    explicit CanonicalXmlTokens(std::string_view document);
 
     // Reads the declaration and goes to the root element. Returns false without both.
     bool begin();
@@ -39,6 +49,12 @@ public:
     bool isNamed(std::string_view name) const { return m_name == name; }
     std::string_view name(const std::string& /*buffer*/) const { return m_name; }
     std::optional<std::string_view> value(bool isFilePath, std::string& buffer) const;
+    // The same as it is written in the document. It has references or other characters than those of
+    // ASCII if `isDecoded`.
+    bool hasValue() const { return m_hasValue; }
+    std::string_view writtenValue() const { return m_value; }
+    bool isDecoded() const { return m_isDecoded; }
+    bool isAtEnd() const { return m_token == Token::EndOfDocument; }
     int fail(XmlReadStatus) { return giveUp(); }
     int refuse(const AttributeBase&, std::string_view) { return giveUp(); }
     void reportProgress() { m_progress.report(m_offset + (m_at - m_buffer.data())); }
@@ -70,9 +86,8 @@ private:
     Scan scanEndTag();
     Scan scanStartTag();
     Scan scanValue(const char*& at);
-    bool decode(std::string_view text);
 
-    QIODevice& m_device;
+    QIODevice* m_device; // null for a document in memory
     ReadProgress m_progress;
     std::vector<char> m_buffer;
     const char* m_at;    // the first byte that has not been scanned

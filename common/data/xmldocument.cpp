@@ -1,6 +1,8 @@
 #include "data/xmldocument.h"
 
 #include "canonicalxml.h"
+#include "data/lightdocument.h"
+#include "lightdocumenttokens.h"
 #include "xmltreebuilder.h"
 
 namespace Orv::Data {
@@ -50,6 +52,20 @@ XmlDocument readXmlDocument(QIODevice& device, const MakeRoot& makeRoot,
     else
         document.errorString = reader.errorString();
     return document;
+}
+
+std::unique_ptr<BaseObject> treeOf(const LightDocument& document, const MakeRoot& makeRoot,
+                                   const ProgressFunction& progress)
+{
+    const LightNodes& nodes = document.nodes();
+    if (!nodes.isPlain() || document.root().isNull())
+        return nullptr;
+    LightDocumentTokens tokens(nodes, progress);
+    std::unique_ptr<BaseObject> root = makeRoot();
+    if (!tokens.isNamed(root->getMeta().name))
+        return nullptr;
+    const int status = XmlTreeBuilder<LightDocumentTokens>(tokens).read(*root);
+    return status == 0 ? std::move(root) : nullptr;
 }
 
 } // namespace Orv::Data

@@ -2,8 +2,8 @@
 
 #include "core/messagenode.h"
 #include "data/diagnosticlog.h"
+#include "data/documentreader.h"
 #include "data/filename.h"
-#include "updating/domtext.h"
 #include <QCoreApplication>
 
 namespace Ksx::Core {
@@ -19,7 +19,7 @@ bool ImporterReport::fail(const char* key, const QStringList& arguments) const
     return false;
 }
 
-bool ImporterReport::fail(const DomError& error) const
+bool ImporterReport::fail(const Orv::Data::DocumentError& error) const
 {
     return fail("ERROR_XML_DOCUMENT_ERROR_%1_%2_%3",
                 {error.message, QString::number(error.line), QString::number(error.column)});

@@ -3,10 +3,10 @@
 #include "data/content/package.h"
 #include "data/latin1.h"
 #include "reading/archivereader.h"
+#include "reading/domtext.h"
 #include "reading/importerreport.h"
 #include "reading/oblasmdocumentreader.h"
 #include "reading/oblasmgraphplaces.h"
-#include "updating/domtext.h"
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
@@ -147,7 +147,7 @@ bool Listing::complete(ArchivedAssembly& assembly, const QByteArray& description
 {
     OBLASMAssembly pair;
     pair.header = *assembly.header;
-    DomError error;
+    Orv::Data::DocumentError error;
     if (!parseDom(description, pair.description, error))
         return m_report.fail(error);
     if (!pair.isValid())

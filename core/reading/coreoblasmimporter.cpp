@@ -4,9 +4,9 @@
 #include "core/regularfile.h"
 #include "data/content/package.h"
 #include "data/latin1.h"
+#include "reading/domtext.h"
 #include "reading/importerreport.h"
 #include "reading/oblasmdocumentreader.h"
-#include "updating/domtext.h"
 #include <QFile>
 #include <QFileInfo>
 
@@ -32,7 +32,7 @@ bool readAssembly(QFile& file, OBLASMAssembly& assembly, const ImporterReport& r
     const QByteArray text = xml.readAll();
     if (text.isEmpty() || xml.hasFailed())
         return report.fail("ERROR_INVALID_FILE_CONTENT_%1", {xmlPath});
-    DomError error;
+    Orv::Data::DocumentError error;
     if (!parseDom(text, assembly.description, error))
         return report.fail(error);
     return assembly.isValid() || report.fail("ERROR_INVALID_OBLASM");

@@ -4,6 +4,7 @@
 #include "data/diagnosticlog.h"
 #include "data/filename.h"
 #include "data/xmldocument.h"
+#include "updating/documentdevice.h"
 #include <QCoreApplication>
 #include <exception>
 #include <new>
@@ -12,14 +13,31 @@ namespace Ksx::Core {
 
 namespace {
 
+// Builds the tree from the document that the updaters have left. Returns null if there is none, or
+// if the text of the device has to be read.
+std::unique_ptr<Orv::Data::BaseObject>
+takeTree(DocumentDevice& device, const Orv::Data::MakeRoot& makeRoot,
+         const Orv::Core::Extensions::ProgressFunction& progress)
+{
+    const Orv::Data::LightDocument* const document = device.parsedDocument();
+    auto root = document == nullptr ? nullptr : Orv::Data::treeOf(*document, makeRoot, progress);
+    if (root == nullptr)
+        device.releaseDocument(); // the text of it is enough
+    return root;
+}
+
 // Returns null after a failure. `reason` is its text then, which may be empty.
 std::unique_ptr<Orv::Data::BaseObject>
 readPackage(QIODevice& device, const Orv::Core::Extensions::ProgressFunction& progress,
             QString& reason)
 {
+    const auto makeRoot = [] { return std::make_unique<Data::Content::Package>(); };
     try {
-        Orv::Data::XmlDocument document = Orv::Data::readXmlDocument(
-            device, [] { return std::make_unique<Data::Content::Package>(); }, progress);
+        if (auto* const updated = dynamic_cast<DocumentDevice*>(&device)) {
+            if (auto root = takeTree(*updated, makeRoot, progress))
+                return root;
+        }
+        Orv::Data::XmlDocument document = Orv::Data::readXmlDocument(device, makeRoot, progress);
         reason = document.errorString;
         return std::move(document.root);
     } catch (const std::bad_alloc&) {

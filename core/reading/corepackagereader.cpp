@@ -248,7 +248,6 @@ bool Opening::updateFormat()
         if (!memory->seek(0))
             return fail(coreText("ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION"));
     }
-    memory->releaseDocument(); // its memory must be free before the tree is built
     m_device = std::move(memory);
     return true;
 }

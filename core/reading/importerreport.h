@@ -8,9 +8,11 @@ namespace Orv::Core {
 class MessageNode;
 } // namespace Orv::Core
 
-namespace Ksx::Core {
+namespace Orv::Data {
+struct DocumentError;
+} // namespace Orv::Data
 
-struct DomError;
+namespace Ksx::Core {
 
 // Writes to the log of one import, at level 3, and to the debug trace.
 class ImporterReport
@@ -26,7 +28,7 @@ public:
     // and so on in the text.
     bool fail(const char* key, const QStringList& arguments = {}) const;
     // For a description that is no document.
-    bool fail(const DomError& error) const;
+    bool fail(const Orv::Data::DocumentError& error) const;
 
     Orv::Core::MessageNode* log() const { return m_log; }
 

@@ -1,10 +1,9 @@
 // Moving texts of old files into `attributes` elements.
 #pragma once
 
-#include <QDomElement>
-#include <QString>
-
-class QDomDocument;
+#include "data/lightdocument.h"
+#include <string>
+#include <string_view>
 
 namespace Ksx::Core {
 
@@ -16,20 +15,20 @@ class AttributesMover
 public:
     // `document` outlives the mover. New `attributes` stand behind the first sibling `anchor`, at
     // the end where there is none, and behind the leaf itself if `anchor` is empty.
-    AttributesMover(QDomDocument& document, const QString& anchor);
+    AttributesMover(Orv::Data::LightDocument& document, std::string_view anchor);
 
     // Takes the leaf away. Its text, unless it is empty, becomes that of the member `target`.
-    void move(QDomElement leaf, const QString& target);
+    void move(Orv::Data::LightElement leaf, std::string_view target);
 
 private:
-    QDomElement attributesBeside(const QDomElement& leaf);
-    QDomElement member(QDomElement attributes, const QString& name);
+    Orv::Data::LightElement attributesBeside(const Orv::Data::LightElement& leaf);
+    Orv::Data::LightElement member(Orv::Data::LightElement attributes, std::string_view name);
 
-    QDomDocument& m_document;
-    QString m_anchor;
-    QDomElement m_parent; // of the last leaf, and what stands there
-    QDomElement m_attributes;
-    QDomElement m_member;
+    Orv::Data::LightDocument& m_document;
+    std::string m_anchor;
+    Orv::Data::LightElement m_parent; // of the last leaf, and what stands there
+    Orv::Data::LightElement m_attributes;
+    Orv::Data::LightElement m_member;
 };
 
 } // namespace Ksx::Core

@@ -1,49 +1,49 @@
 #include "updating/attributesmover.h"
 
-#include <QDomDocument>
-
 namespace Ksx::Core {
 
-AttributesMover::AttributesMover(QDomDocument& document, const QString& anchor)
+using Orv::Data::LightDocument;
+using Orv::Data::LightElement;
+
+AttributesMover::AttributesMover(LightDocument& document, std::string_view anchor)
     : m_document(document), m_anchor(anchor)
 {}
 
-void AttributesMover::move(QDomElement leaf, const QString& target)
+void AttributesMover::move(LightElement leaf, std::string_view target)
 {
-    const QString text = leaf.attribute(QStringLiteral("v"));
-    QDomNode parent = leaf.parentNode();
+    const QString text = leaf.value();
     if (!text.isEmpty())
-        member(attributesBeside(leaf), target).setAttribute(QStringLiteral("v"), text);
-    parent.removeChild(leaf);
+        member(attributesBeside(leaf), target).setValue(text);
+    leaf.remove();
 }
 
-QDomElement AttributesMover::attributesBeside(const QDomElement& leaf)
+LightElement AttributesMover::attributesBeside(const LightElement& leaf)
 {
-    QDomElement parent = leaf.parentNode().toElement();
+    LightElement parent = leaf.parent();
     if (parent == m_parent)
         return m_attributes;
     m_parent = parent;
-    m_member = QDomElement();
-    m_attributes = parent.firstChildElement(QStringLiteral("attributes"));
+    m_member = LightElement();
+    m_attributes = parent.firstChild("attributes");
     if (!m_attributes.isNull())
         return m_attributes;
-    m_attributes = m_document.createElement(QStringLiteral("attributes"));
-    const QDomElement anchor = m_anchor.isEmpty() ? leaf : parent.firstChildElement(m_anchor);
+    m_attributes = m_document.makeElement("attributes");
+    const LightElement anchor = m_anchor.empty() ? leaf : parent.firstChild(m_anchor);
     if (anchor.isNull())
-        parent.appendChild(m_attributes);
+        parent.append(m_attributes);
     else
-        parent.insertAfter(m_attributes, anchor);
+        parent.insertBehind(anchor, m_attributes);
     return m_attributes;
 }
 
-QDomElement AttributesMover::member(QDomElement attributes, const QString& name)
+LightElement AttributesMover::member(LightElement attributes, std::string_view name)
 {
-    if (!m_member.isNull() && m_member.tagName() == name)
+    if (!m_member.isNull() && m_member.name() == name)
         return m_member;
-    m_member = attributes.firstChildElement(name);
+    m_member = attributes.firstChild(name);
     if (m_member.isNull()) {
-        m_member = m_document.createElement(name);
-        attributes.appendChild(m_member);
+        m_member = m_document.makeElement(name);
+        attributes.append(m_member);
     }
     return m_member;
 }

@@ -1,7 +1,7 @@
 #include "updating/documentdevice.h"
 
-#include "updating/domtext.h"
-#include <QDomDocument>
+#include "data/lightdocumentreader.h"
+#include "data/lightdocumentwriter.h"
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -12,24 +12,28 @@ DocumentDevice::DocumentDevice(QByteArray bytes) : m_bytes(std::move(bytes)) {}
 
 DocumentDevice::~DocumentDevice() = default;
 
-QDomDocument* DocumentDevice::document(QString& error)
+Orv::Data::LightDocument* DocumentDevice::document(QString& error)
 {
-    if (m_document != nullptr)
-        return m_document.get();
-    auto parsed = std::make_unique<QDomDocument>();
-    DomError reason;
-    m_index = DomIndex();
-    if (!parseDom(m_bytes, *parsed, reason, &m_index)) {
+    if (m_document)
+        return &*m_document;
+    Orv::Data::LightDocument parsed;
+    Orv::Data::DocumentError reason;
+    if (!Orv::Data::readLightDocument(m_bytes, parsed, reason)) {
         error = reason.text();
         return nullptr;
     }
-    m_document = std::move(parsed);
-    return m_document.get();
+    m_index = ElementIndex(parsed);
+    return &m_document.emplace(std::move(parsed));
+}
+
+const Orv::Data::LightDocument* DocumentDevice::parsedDocument() const
+{
+    return m_document ? &*m_document : nullptr;
 }
 
 bool DocumentDevice::setDocumentChanged()
 {
-    Q_ASSERT(m_document != nullptr);
+    Q_ASSERT(m_document.has_value());
     m_isChanged = isWritable();
     if (m_isChanged)
         m_bytes.clear();
@@ -41,7 +45,7 @@ bool DocumentDevice::setDocumentChanged()
 void DocumentDevice::dropDocument()
 {
     m_document.reset();
-    m_index = DomIndex();
+    m_index = ElementIndex();
 }
 
 void DocumentDevice::releaseDocument()
@@ -53,7 +57,7 @@ void DocumentDevice::releaseDocument()
 const QByteArray& DocumentDevice::bytes() const
 {
     if (std::exchange(m_isChanged, false))
-        m_bytes = serialiseDom(*m_document);
+        m_bytes = Orv::Data::serialise(*m_document);
     return m_bytes;
 }
 

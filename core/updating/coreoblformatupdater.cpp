@@ -3,7 +3,6 @@
 #include "updating/documentdevice.h"
 #include "updating/ipackagetextimporter.h"
 #include <QCoreApplication>
-#include <QDomDocument>
 #include <QFileDevice>
 
 namespace Ksx::Core {
@@ -52,7 +51,7 @@ bool OBLFormatUpdater::update(QIODevice& device, MessageNode* log,
     own.open(QIODevice::ReadWrite);
     DocumentDevice& holder = shared == nullptr ? own : *shared;
     QString error;
-    QDomDocument* const document = holder.document(error);
+    Document* const document = holder.document(error);
     if (document == nullptr) {
         addMessage(log, MessageLevel::Error, error);
         return false;

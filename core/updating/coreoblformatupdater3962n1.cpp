@@ -1,11 +1,12 @@
 #include "updating/oblformatupdater3962n1.h"
 
-#include "updating/dompath.h"
-#include <QDomDocument>
+#include "updating/elementpath.h"
 
 namespace Ksx::Core {
 
 namespace {
+
+using Orv::Data::LightElement;
 
 struct Renaming
 {
@@ -20,12 +21,12 @@ constexpr Renaming Renamings[] = {
 };
 
 // False if the name is none of the table.
-bool rename(QDomElement name)
+bool rename(LightElement name)
 {
-    const QString value = name.attribute(QStringLiteral("v"));
+    const QString value = name.value();
     for (const Renaming& renaming : Renamings)
         if (value == QLatin1String(renaming.before)) {
-            name.setAttribute(QStringLiteral("v"), QLatin1String(renaming.after));
+            name.setValue(QLatin1String(renaming.after));
             return true;
         }
     return false;
@@ -43,20 +44,19 @@ bool rename(QDomElement name)
 //     <option><name v="min"/><value v="0"/></option>
 //     <option><name v="step"/><value v="0.1"/></option>
 //   </options></defaultWidget>
-OBLFormatUpdater::Elements OBLFormatUpdater3962n1::find(const QDomDocument& document,
-                                                        const DomIndex& index) const
+OBLFormatUpdater::Elements OBLFormatUpdater3962n1::find(const Document& document,
+                                                        const ElementIndex& index) const
 {
     return elementsAt(document,
-                      QStringLiteral("/package/content/*/paraminputs/paraminput/"
-                                     "defaultWidget/options/option/name"),
+                      "/package/content/*/paraminputs/paraminput/defaultWidget/options/option/name",
                       &index);
 }
 
-std::optional<int> OBLFormatUpdater3962n1::change(QDomDocument& /*document*/,
+std::optional<int> OBLFormatUpdater3962n1::change(Document& /*document*/,
                                                   const Elements& found) const
 {
     int count = 0;
-    for (const QDomElement& name : found)
+    for (const Element& name : found)
         count += rename(name) ? 1 : 0;
     return count;
 }

@@ -1,7 +1,6 @@
 #include "updating/oblformatupdater3962n2.h"
 
-#include "updating/dompath.h"
-#include <QDomDocument>
+#include "updating/elementpath.h"
 
 namespace Ksx::Core {
 
@@ -15,30 +14,30 @@ namespace Ksx::Core {
 //   </configuration></configurations>
 // Every `configurations` inside is renamed, at any depth, and every `configuration` that is an item
 // of one; any other `configuration` inside is left alone.
-OBLFormatUpdater::Elements OBLFormatUpdater3962n2::find(const QDomDocument& document,
-                                                        const DomIndex&) const
+OBLFormatUpdater::Elements OBLFormatUpdater3962n2::find(const Document& document,
+                                                        const ElementIndex&) const
 {
-    return elementsAt(document, QStringLiteral("/package/configuration"));
+    return elementsAt(document, "/package/configuration");
 }
 
-std::optional<int> OBLFormatUpdater3962n2::change(QDomDocument& /*document*/,
+std::optional<int> OBLFormatUpdater3962n2::change(Document& /*document*/,
                                                   const Elements& found) const
 {
-    const QString singular = QStringLiteral("configuration");
-    const QString plural = QStringLiteral("configurations");
+    constexpr std::string_view singular = "configuration";
+    constexpr std::string_view plural = "configurations";
     int count = 0;
-    const auto rename = [&count](Elements elements, const QString& name) {
-        for (QDomElement& element : elements) {
-            element.setTagName(name);
+    const auto rename = [&count](Elements elements, std::string_view name) {
+        for (Element& element : elements) {
+            element.rename(name);
             ++count;
         }
     };
-    for (const QDomElement& outer : found) {
+    for (const Element& outer : found) {
         const Elements lists = descendantsOf(outer, plural);
         Elements items;
-        for (const QDomElement& list : lists)
-            for (QDomElement item = list.firstChildElement(singular); !item.isNull();
-                 item = item.nextSiblingElement(singular))
+        for (const Element& list : lists)
+            for (Element item = list.firstChild(singular); !item.isNull();
+                 item = item.nextSibling(singular))
                 items.push_back(item);
         rename(lists, singular);
         rename(items, plural);

@@ -1,14 +1,16 @@
 #include "updating/oblformatupdater4510.h"
 
 #include "data/desc/outputusage.h"
-#include "updating/dompath.h"
-#include <QDomDocument>
+#include "updating/elementpath.h"
 #include <algorithm>
 #include <iterator>
 
 namespace Ksx::Core {
 
 namespace {
+
+using Orv::Data::LightDocument;
+using Orv::Data::LightElement;
 
 constexpr const char* UsageOfOutputsWithoutOne = "diffuse";
 
@@ -24,26 +26,19 @@ const char* usageName(const QString& text)
     return isDecimal && isNumber && index < std::size(names) ? names[index] : nullptr;
 }
 
-QDomElement leaf(QDomDocument& document, const QString& name, const char* value)
+void insertUsages(LightDocument& document, LightElement output, const char* name)
 {
-    QDomElement element = document.createElement(name);
-    element.setAttribute(QStringLiteral("v"), QLatin1String(value));
-    return element;
-}
-
-void insertUsages(QDomDocument& document, QDomElement output, const char* name)
-{
-    QDomElement anchor = output.firstChildElement(QStringLiteral("desc"));
+    LightElement anchor = output.firstChild("desc");
     if (anchor.isNull())
-        anchor = output.firstChildElement(QStringLiteral("uid"));
+        anchor = output.firstChild("uid");
     if (anchor.isNull()) // no output that any version of the format knows
         return;
-    QDomElement usage = document.createElement(QStringLiteral("usage"));
-    usage.appendChild(leaf(document, QStringLiteral("components"), "RGBA"));
-    usage.appendChild(leaf(document, QStringLiteral("name"), name));
-    QDomElement usages = document.createElement(QStringLiteral("usages"));
-    usages.appendChild(usage);
-    output.insertAfter(usages, anchor);
+    LightElement usages = document.makeElement("usages");
+    LightElement usage = document.makeElement("usage");
+    usage.append(document.makeLeaf("components", QStringLiteral("RGBA")));
+    usage.append(document.makeLeaf("name", QLatin1String(name)));
+    usages.append(usage);
+    output.insertBehind(anchor, usages);
 }
 
 } // namespace
@@ -57,22 +52,20 @@ void insertUsages(QDomDocument& document, QDomElement output, const char* name)
 // The list stands behind `desc`, if there is one. An output without `usage` becomes "diffuse"; one
 // with a number that is none of the list is left without usages. The list is that of the built-in
 // usages, which keep their places.
-OBLFormatUpdater::Elements OBLFormatUpdater4510::find(const QDomDocument& document,
-                                                      const DomIndex& index) const
+OBLFormatUpdater::Elements OBLFormatUpdater4510::find(const Document& document,
+                                                      const ElementIndex& index) const
 {
-    return elementsAt(document, QStringLiteral("/package/content/*/graphOutputs/graphoutput"),
-                      &index);
+    return elementsAt(document, "/package/content/*/graphOutputs/graphoutput", &index);
 }
 
-std::optional<int> OBLFormatUpdater4510::change(QDomDocument& document, const Elements& found) const
+std::optional<int> OBLFormatUpdater4510::change(Document& document, const Elements& found) const
 {
-    for (QDomElement output : found) {
-        const QDomElement usage = output.firstChildElement(QStringLiteral("usage"));
-        const char* name = usage.isNull() ? UsageOfOutputsWithoutOne
-                                          : usageName(usage.attribute(QStringLiteral("v")));
+    for (const Element& output : found) {
+        Element usage = output.firstChild("usage");
+        const char* name = usage.isNull() ? UsageOfOutputsWithoutOne : usageName(usage.value());
         if (name != nullptr)
             insertUsages(document, output, name);
-        output.removeChild(usage);
+        usage.remove();
     }
     return static_cast<int>(found.size());
 }

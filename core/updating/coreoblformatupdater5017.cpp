@@ -1,8 +1,7 @@
 #include "updating/oblformatupdater5017.h"
 
 #include "updating/attributesmover.h"
-#include "updating/dompath.h"
-#include <QDomDocument>
+#include "updating/elementpath.h"
 
 namespace Ksx::Core {
 
@@ -12,25 +11,24 @@ namespace Ksx::Core {
 //   <paraminput><identifier v="in"/><uid v="3"/>
 //     <attributes><description v="Size"/><usertags v="x"/></attributes>...</paraminput>
 // `attributes` that stand already take the texts in. An empty leaf goes without a trace.
-OBLFormatUpdater::Elements OBLFormatUpdater5017::find(const QDomDocument& document,
-                                                      const DomIndex& index) const
+OBLFormatUpdater::Elements OBLFormatUpdater5017::find(const Document& document,
+                                                      const ElementIndex& index) const
 {
     Elements found;
     for (const char* path :
          {"/package/content/*/graphoutput/desc", "/package/content/*/paraminput/desc",
           "/package/content/*/paraminput/usertag"}) {
-        const Elements more = elementsAt(document, QLatin1String(path), &index);
+        const Elements more = elementsAt(document, path, &index);
         found.insert(found.end(), more.begin(), more.end());
     }
     return found;
 }
 
-std::optional<int> OBLFormatUpdater5017::change(QDomDocument& document, const Elements& found) const
+std::optional<int> OBLFormatUpdater5017::change(Document& document, const Elements& found) const
 {
-    AttributesMover mover(document, QStringLiteral("uid"));
-    for (const QDomElement& leaf : found)
-        mover.move(leaf, leaf.tagName() == QLatin1String("desc") ? QStringLiteral("description")
-                                                                 : QStringLiteral("usertags"));
+    AttributesMover mover(document, "uid");
+    for (const Element& leaf : found)
+        mover.move(leaf, leaf.name() == "desc" ? "description" : "usertags");
     return static_cast<int>(found.size());
 }
 

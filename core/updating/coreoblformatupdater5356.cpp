@@ -1,60 +1,53 @@
 #include "updating/oblformatupdater5356.h"
 
-#include "updating/dompath.h"
-#include <QDomDocument>
+#include "updating/elementpath.h"
 
 namespace Ksx::Core {
 
 namespace {
 
-QDomElement leaf(QDomDocument& document, const QString& name, const QString& value)
+using Orv::Data::LightDocument;
+using Orv::Data::LightElement;
+
+QString identifierOf(const LightElement& element)
 {
-    QDomElement element = document.createElement(name);
-    element.setAttribute(QStringLiteral("v"), value);
-    return element;
+    return element.firstChild("identifier").value();
 }
 
-QString identifierOf(const QDomElement& element)
+LightElement findGroup(const LightElement& content, const QString& identifier)
 {
-    return element.firstChildElement(QStringLiteral("identifier")).attribute(QStringLiteral("v"));
-}
-
-QDomElement findGroup(const QDomElement& content, const QString& identifier)
-{
-    QDomElement group = content.firstChildElement(QStringLiteral("group"));
+    LightElement group = content.firstChild("group");
     while (!group.isNull() && identifierOf(group) != identifier)
-        group = group.nextSiblingElement(QStringLiteral("group"));
+        group = group.nextSibling("group");
     return group;
 }
 
 // Its uid collides with nothing: it is the first group of that name.
-QDomElement appendGroup(QDomDocument& document, QDomElement content, const QString& identifier)
+LightElement appendGroup(LightDocument& document, LightElement content, const QString& identifier)
 {
-    QDomElement group = document.createElement(QStringLiteral("group"));
-    group.appendChild(leaf(document, QStringLiteral("uid"), QStringLiteral("1")));
-    group.appendChild(leaf(document, QStringLiteral("identifier"), identifier));
-    content.appendChild(group);
+    LightElement group = document.makeElement("group");
+    group.append(document.makeLeaf("uid", QStringLiteral("1")));
+    group.append(document.makeLeaf("identifier", identifier));
+    content.append(group);
     return group;
 }
 
-QDomElement contentOf(QDomDocument& document, QDomElement group)
+LightElement contentOf(LightDocument& document, LightElement group)
 {
-    QDomElement content = group.firstChildElement(QStringLiteral("content"));
+    LightElement content = group.firstChild("content");
     if (content.isNull()) {
-        content = document.createElement(QStringLiteral("content"));
-        group.appendChild(content);
+        content = document.makeElement("content");
+        group.append(content);
     }
     return content;
 }
 
-DomElements childrenBut(const QDomElement& parent, const QDomElement& exception)
+int countChildrenBut(const LightElement& parent, const LightElement& exception)
 {
-    DomElements children;
-    for (QDomElement child = parent.firstChildElement(); !child.isNull();
-         child = child.nextSiblingElement())
-        if (child != exception)
-            children.push_back(child);
-    return children;
+    int count = 0;
+    for (LightElement child = parent.firstChild(); !child.isNull(); child = child.nextSibling())
+        count += child != exception ? 1 : 0;
+    return count;
 }
 
 } // namespace
@@ -67,29 +60,27 @@ DomElements childrenBut(const QDomElement& parent, const QDomElement& exception)
 //     <uid v="1"/><identifier v="Wood"/><content><graph>...</graph></content>
 //   </group></content>
 // Fails for a package without a name. An empty `content` stays empty.
-OBLFormatUpdater::Elements OBLFormatUpdater5356::find(const QDomDocument& document,
-                                                      const DomIndex&) const
+OBLFormatUpdater::Elements OBLFormatUpdater5356::find(const Document& document,
+                                                      const ElementIndex&) const
 {
-    const QDomElement package = document.firstChildElement(QStringLiteral("package"));
-    return package.isNull() ? Elements() : Elements{package};
+    const Element package = document.root();
+    return package.name() == "package" ? Elements{package} : Elements();
 }
 
-std::optional<int> OBLFormatUpdater5356::change(QDomDocument& document, const Elements& found) const
+std::optional<int> OBLFormatUpdater5356::change(Document& document, const Elements& found) const
 {
     const QString identifier = found.empty() ? QString() : identifierOf(found.front());
     if (identifier.isEmpty())
         return std::nullopt;
-    const QDomElement content = found.front().firstChildElement(QStringLiteral("content"));
-    QDomElement group = findGroup(content, identifier);
-    const DomElements children = childrenBut(content, group);
-    if (children.empty())
+    const Element content = found.front().firstChild("content");
+    Element group = findGroup(content, identifier);
+    const int count = countChildrenBut(content, group);
+    if (count == 0)
         return 0;
     if (group.isNull())
         group = appendGroup(document, content, identifier);
-    QDomElement target = contentOf(document, group);
-    for (const QDomElement& child : children)
-        target.appendChild(child);
-    return static_cast<int>(children.size());
+    contentOf(document, group).takeElements(content, group);
+    return count;
 }
 
 } // namespace Ksx::Core

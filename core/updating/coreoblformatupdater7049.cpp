@@ -1,7 +1,5 @@
 #include "updating/oblformatupdater7049.h"
 
-#include <QDomDocument>
-
 namespace Ksx::Core {
 
 bool OBLFormatUpdater7049::update(QIODevice& /*device*/, Orv::Core::MessageNode* /*log*/,
@@ -14,13 +12,13 @@ bool OBLFormatUpdater7049::update(QIODevice& /*device*/, Orv::Core::MessageNode*
     return true;
 }
 
-OBLFormatUpdater::Elements OBLFormatUpdater7049::find(const QDomDocument& /*document*/,
-                                                      const DomIndex&) const
+OBLFormatUpdater::Elements OBLFormatUpdater7049::find(const Document& /*document*/,
+                                                      const ElementIndex&) const
 {
     return {};
 }
 
-std::optional<int> OBLFormatUpdater7049::change(QDomDocument& /*document*/,
+std::optional<int> OBLFormatUpdater7049::change(Document& /*document*/,
                                                 const Elements& /*found*/) const
 {
     return 0;

@@ -1,12 +1,11 @@
 // The bytes of a document in memory, and the parsed document beside them.
 #pragma once
 
-#include "updating/dompath.h"
+#include "data/lightdocument.h"
+#include "updating/elementpath.h"
 #include <QByteArray>
 #include <QIODevice>
-#include <memory>
-
-class QDomDocument;
+#include <optional>
 
 namespace Ksx::Core {
 
@@ -22,9 +21,11 @@ public:
     // The document, parsed on first demand and owned by the device; null if the bytes do not
     // parse, with a text for the user in `error`. Good until the device is written to, truncated
     // or told to release it. Who changes it calls setDocumentChanged() before anybody reads.
-    QDomDocument* document(QString& error);
+    Orv::Data::LightDocument* document(QString& error);
+    // The same if it has been asked for and not been released, otherwise null.
+    const Orv::Data::LightDocument* parsedDocument() const;
     // Of the document as it was parsed.
-    const DomIndex& index() const { return m_index; }
+    const ElementIndex& index() const { return m_index; }
     // From now on the document tells the bytes, in UTF-8. False, and the document as it was before
     // it was parsed, if the device is not open for writing.
     bool setDocumentChanged();
@@ -49,8 +50,8 @@ private:
 
     mutable QByteArray m_bytes;       // none while m_isChanged
     mutable bool m_isChanged = false; // the document is newer than the bytes
-    std::unique_ptr<QDomDocument> m_document;
-    DomIndex m_index;
+    std::optional<Orv::Data::LightDocument> m_document;
+    ElementIndex m_index;
 };
 
 } // namespace Ksx::Core

@@ -1,16 +1,13 @@
 // The frame of all steps that rewrite the text of an old package file.
 #pragma once
 
+#include "data/lightdocument.h"
 #include "updating/updaterbase.h"
 #include <optional>
-#include <vector>
-
-class QDomDocument;
-class QDomElement;
 
 namespace Ksx::Core {
 
-class DomIndex;
+class ElementIndex;
 
 // Parses the device, lets the derived class find and change entries, counts, reports and hands the
 // document on. A device that no entry was changed in keeps its bytes. On a DocumentDevice all steps
@@ -24,13 +21,15 @@ public:
                 const Orv::Core::Extensions::ProgressFunction& progress) const override;
 
 protected:
-    using Elements = std::vector<QDomElement>;
+    using Document = Orv::Data::LightDocument;
+    using Element = Orv::Data::LightElement;
+    using Elements = Orv::Data::LightElements;
 
     // What the step is about, found before anything changes. `index` is that of the document.
-    virtual Elements find(const QDomDocument& document, const DomIndex& index) const = 0;
+    virtual Elements find(const Document& document, const ElementIndex& index) const = 0;
     // Changes the document and answers how many entries it changed; none when the step fails. With
     // none or 0 the document must be as it was.
-    virtual std::optional<int> change(QDomDocument& document, const Elements& found) const = 0;
+    virtual std::optional<int> change(Document& document, const Elements& found) const = 0;
 };
 
 } // namespace Ksx::Core

@@ -12,8 +12,8 @@ public:
 
 protected:
     const char* className() const override { return "Ksx::Core::OBLFormatUpdater4858"; }
-    Elements find(const QDomDocument& document, const DomIndex& index) const override;
-    std::optional<int> change(QDomDocument& document, const Elements& found) const override;
+    Elements find(const Document& document, const ElementIndex& index) const override;
+    std::optional<int> change(Document& document, const Elements& found) const override;
 };
 
 } // namespace Ksx::Core

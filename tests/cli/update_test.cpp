@@ -1,5 +1,6 @@
 // The command "update": which files it writes, under which names, and what it prints.
 #include "support/packagetext.h"
+#include "support/peakbound.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -60,6 +61,14 @@ protected:
     TemporaryDirectory directory;
 };
 
+std::string manyGroups(int count)
+{
+    std::string groups;
+    for (int i = 0; i < count; ++i)
+        groups += TestSupport::aGroup("group" + std::to_string(i));
+    return groups;
+}
+
 TEST_F(UpdateCommand, WritesAPackageThatIsCurrentAsItWas)
 {
     const std::string text =
@@ -118,6 +127,19 @@ TEST_F(UpdateCommand, NamesTheFirstFileThatFailsOnAllCores)
 
     EXPECT_EQ(run.exitCode, 1) << run;
     EXPECT_EQ(run.err, "Cannot load: " + at("p7.obl") + "\nPackages cannot be correctly loaded\n");
+}
+
+TEST_F(UpdateCommand, TakesLittleMemoryForAnOldPackage)
+{
+    const std::string text =
+        replaced(aPackage().containing(manyGroups(20000)).text(), "1.1.0.7049", "1.0.1.3000");
+    directory.write("a.obl", text);
+
+    const ToolRun run = update({"a.obl"});
+
+    const long kilobytes = static_cast<long>(text.size() / 1024);
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_LT(run.peakKilobytes, TestSupport::peakBound(16 * 1024 + 9 * kilobytes));
 }
 
 TEST_F(UpdateCommand, WritesOneLineThatEndsWithALineFeed)

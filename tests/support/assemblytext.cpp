@@ -2,8 +2,8 @@
 
 #include "data/baseobject.h"
 #include "data/xmldatawriter.h"
+#include "reading/domtext.h"
 #include "support/packagetext.h"
-#include "updating/domtext.h"
 #include <QBuffer>
 #include <QDomDocument>
 #include <gtest/gtest.h>
@@ -61,7 +61,7 @@ ArchiveFiles manyAssemblies(int count)
 QDomDocument domOf(const std::string& text)
 {
     QDomDocument document;
-    Ksx::Core::DomError error;
+    Orv::Data::DocumentError error;
     EXPECT_TRUE(Ksx::Core::parseDom(QByteArray::fromStdString(text), document, error))
         << error.text().toStdString();
     return document;

@@ -1,8 +1,8 @@
 #include "support/packagedom.h"
 
 #include "support/assemblytext.h"
-#include "updating/dompath.h"
 #include <QDomDocument>
+#include <QStringList>
 #include <QTextStream>
 #include <map>
 #include <regex>
@@ -11,12 +11,46 @@ namespace TestSupport {
 
 namespace {
 
+DomElements descendantsOf(const QDomElement& element, const QString& name)
+{
+    const QDomNodeList found = element.elementsByTagName(name);
+    DomElements descendants;
+    for (int i = 0; i < found.count(); ++i)
+        descendants.push_back(found.at(i).toElement());
+    return descendants;
+}
+
+// Takes the first step of a path, or the first two where it begins with "*".
+DomElements step(const QDomElement& from, QStringList& path)
+{
+    const QString name = path.takeFirst();
+    if (name == "*")
+        return path.isEmpty() ? childrenOf(from) : descendantsOf(from, path.takeFirst());
+    DomElements children;
+    for (const QDomElement& child : childrenOf(from))
+        if (child.tagName() == name)
+            children.push_back(child);
+    return children;
+}
+
+DomElements elementsAt(const QDomElement& from, const QStringList& path)
+{
+    if (path.isEmpty())
+        return {from};
+    QStringList rest = path;
+    DomElements elements;
+    for (const QDomElement& next : step(from, rest))
+        for (const QDomElement& element : elementsAt(next, rest))
+            elements.push_back(element);
+    return elements;
+}
+
 // The elements at a path. They live as long as this, since their document does.
 struct Found
 {
     Found(const std::string& text, const std::string& path)
         : document(domOf(text)),
-          elements(Ksx::Core::elementsAt(document, QString::fromStdString("/package/" + path)))
+          elements(elementsAt(document.documentElement(), QString::fromStdString(path).split('/')))
     {}
 
     QDomDocument document;

@@ -1,6 +1,8 @@
 #include "support/readinglanes.h"
 
 #include "data/content/package.h"
+#include "data/lightdocumentreader.h"
+#include "data/lightdocumentwriter.h"
 #include "data/xmldatawriter.h"
 #include "data/xmldocument.h"
 #include "support/packagetext.h"
@@ -32,16 +34,24 @@ std::string written(const Orv::Data::BaseObject& root)
     return buffer.data().toStdString();
 }
 
-Outcome outcomeOf(const std::string& document, XmlLane lane)
+std::unique_ptr<Orv::Data::BaseObject> makePackage()
 {
-    QByteArray bytes(document.data(), static_cast<int>(document.size()));
+    return std::make_unique<Ksx::Data::Content::Package>();
+}
+
+QByteArray bytesOf(const std::string& document)
+{
+    return QByteArray(document.data(), static_cast<int>(document.size()));
+}
+
+Outcome outcomeOf(QByteArray bytes, XmlLane lane)
+{
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     Outcome outcome;
     outcome.tree = "none";
     try {
-        const auto read = Orv::Data::readXmlDocument(
-            buffer, [] { return std::make_unique<Ksx::Data::Content::Package>(); }, {}, lane);
+        const auto read = Orv::Data::readXmlDocument(buffer, &makePackage, {}, lane);
         outcome.status = read.status;
         outcome.message = read.errorString.toStdString();
         if (read.root != nullptr)
@@ -50,6 +60,31 @@ Outcome outcomeOf(const std::string& document, XmlLane lane)
         outcome.exception = exception.what();
     }
     return outcome;
+}
+
+// The text of a light document, or why there is none.
+std::string lightText(const std::string& document, XmlLane lane)
+{
+    Orv::Data::LightDocument light;
+    Orv::Data::DocumentError error;
+    const bool isRead = readLightDocument(bytesOf(document), light, error, lane);
+    return isRead ? serialise(light).toStdString() : error.text().toStdString();
+}
+
+// Returns an empty text if the tree of the light document is that of its text. Where there is none,
+// the text is read in any case.
+std::string differenceOfTrees(const std::string& document, XmlLane lane)
+{
+    Orv::Data::LightDocument light;
+    Orv::Data::DocumentError error;
+    if (!readLightDocument(bytesOf(document), light, error, lane))
+        return {};
+    const auto tree = Orv::Data::treeOf(light, &makePackage, {});
+    if (tree == nullptr)
+        return {};
+    const std::string direct = written(*tree);
+    const Outcome general = outcomeOf(serialise(light), XmlLane::General);
+    return direct == general.tree ? "" : "direct tree " + direct + " and " + general.tree;
 }
 
 // White space, markup, and bytes that are part of no character.
@@ -164,8 +199,8 @@ const std::vector<std::string> Insertions = {"<!-- c -->",
 
 std::string differenceOfLanes(const std::string& document)
 {
-    const Outcome fast = outcomeOf(document, XmlLane::Fast);
-    const Outcome general = outcomeOf(document, XmlLane::General);
+    const Outcome fast = outcomeOf(bytesOf(document), XmlLane::Fast);
+    const Outcome general = outcomeOf(bytesOf(document), XmlLane::General);
     if (fast.status != general.status)
         return "status " + std::to_string(fast.status) + " and " + std::to_string(general.status);
     if (fast.message != general.message)
@@ -173,6 +208,16 @@ std::string differenceOfLanes(const std::string& document)
     if (fast.exception != general.exception)
         return "exception " + fast.exception + " and " + general.exception;
     return fast.tree == general.tree ? "" : "tree " + fast.tree + " and " + general.tree;
+}
+
+std::string differenceOfLightDocuments(const std::string& document)
+{
+    const std::string fast = lightText(document, XmlLane::Fast);
+    const std::string general = lightText(document, XmlLane::General);
+    if (fast != general)
+        return "light document " + fast + " and " + general;
+    return differenceOfTrees(document, XmlLane::Fast) +
+           differenceOfTrees(document, XmlLane::General);
 }
 
 std::vector<std::string> documentsForLanes()
@@ -277,7 +322,8 @@ std::string firstDifferenceOfLanes(unsigned seed, long count)
     for (long i = 0; i < count; ++i) {
         const std::string mutant =
             mutator.mutant(documents[static_cast<std::size_t>(i) % documents.size()]);
-        const std::string difference = differenceOfLanes(mutant);
+        const std::string difference =
+            differenceOfLanes(mutant) + differenceOfLightDocuments(mutant);
         if (!difference.empty())
             return "mutant " + std::to_string(i) + ": " + difference + "\nof\n" + mutant;
     }

@@ -11,6 +11,10 @@ namespace TestSupport {
 // document. Otherwise says what differs.
 std::string differenceOfLanes(const std::string& document);
 
+// Returns an empty text if both lanes give the same light document or error, and if the trees that are
+// built from these are what their texts are read as. Otherwise says what differs.
+std::string differenceOfLightDocuments(const std::string& document);
+
 // Returns the packages among the samples and the expected results that are small, with some that
 // have references, other encodings and many kinds of values.
 std::vector<std::string> documentsForLanes();
@@ -36,8 +40,8 @@ private:
     std::mt19937 m_random;
 };
 
-// Compares the lanes on `count` mutants of the documents in turn. Says on which of them the lanes
-// differ first, and how. Returns an empty text if they agree.
+// Compares the lanes, and light documents, on `count` mutants of the documents in turn. Says on which
+// of them they differ first, and how. Returns an empty text if they agree.
 std::string firstDifferenceOfLanes(unsigned seed, long count);
 
 } // namespace TestSupport

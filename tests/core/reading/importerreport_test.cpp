@@ -2,14 +2,14 @@
 
 #include "core/messagenode.h"
 #include "data/diagnosticlog.h"
+#include "data/documentreader.h"
 #include "support/updaterhelper.h"
-#include "updating/domtext.h"
 #include <gtest/gtest.h>
 
-using Ksx::Core::DomError;
 using Ksx::Core::ImporterReport;
 using Orv::Core::MessageLevel;
 using Orv::Core::MessageNode;
+using Orv::Data::DocumentError;
 
 namespace {
 
@@ -57,14 +57,14 @@ TEST_F(Report, NeedsNoLog)
 
 TEST_F(Report, TellsWhereADocumentIsBroken)
 {
-    EXPECT_FALSE(report.fail(DomError{"folly", 3, 14}));
+    EXPECT_FALSE(report.fail(DocumentError{"folly", 3, 14}));
 
     EXPECT_EQ(log.toText(), "Error: ERROR_XML_DOCUMENT_ERROR_folly_3_14\n");
 }
 
 TEST_F(Report, LeavesPlacesThatAnArgumentBrings)
 {
-    report.fail(DomError{"100%2 %1", 3, 14});
+    report.fail(DocumentError{"100%2 %1", 3, 14});
 
     EXPECT_EQ(log.toText(), "Error: ERROR_XML_DOCUMENT_ERROR_100%2 %1_3_14\n");
 }

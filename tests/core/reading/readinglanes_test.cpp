@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 using TestSupport::differenceOfLanes;
+using TestSupport::differenceOfLightDocuments;
 using TestSupport::documentsForLanes;
 using TestSupport::firstDifferenceOfLanes;
 
@@ -13,7 +14,7 @@ std::string differencesOf(const std::vector<std::string>& documents)
 {
     std::string differences;
     for (const std::string& document : documents)
-        differences += differenceOfLanes(document);
+        differences += differenceOfLanes(document) + differenceOfLightDocuments(document);
     return differences;
 }
 

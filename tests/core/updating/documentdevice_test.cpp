@@ -1,6 +1,5 @@
 #include "updating/documentdevice.h"
 
-#include <QDomDocument>
 #include <gtest/gtest.h>
 
 namespace {
@@ -17,7 +16,7 @@ protected:
     DocumentDeviceOpen() { device.open(QIODevice::ReadWrite); }
     void setTwo()
     {
-        device.document(error)->documentElement().firstChildElement("b").setAttribute("v", "2");
+        device.document(error)->root().firstChild("b").setValue("2");
         device.setDocumentChanged();
     }
     void moveBack() { EXPECT_TRUE(device.seek(0)); }
@@ -58,8 +57,8 @@ TEST_F(DocumentDeviceOpen, IsNotSequential)
 
 TEST_F(DocumentDeviceOpen, ParsesItsBytesOnce)
 {
-    QDomDocument* const first = device.document(error);
-    EXPECT_EQ(first->documentElement().tagName(), "a");
+    const Orv::Data::LightDocument* const first = device.document(error);
+    EXPECT_EQ(first->root().name(), "a");
     EXPECT_EQ(device.document(error), first);
 }
 
@@ -85,7 +84,7 @@ TEST_F(DocumentDeviceOpen, GivesEachOfSeveralChanges)
 {
     setTwo();
     device.readAll();
-    device.document(error)->documentElement().setTagName("z");
+    device.document(error)->root().rename("z");
     device.setDocumentChanged();
     moveBack();
     EXPECT_EQ(device.readAll(),
@@ -99,11 +98,20 @@ TEST_F(DocumentDeviceOpen, KeepsChangesWhenItReleasesTheDocument)
     EXPECT_EQ(device.readAll(), SmallWithTwo);
 }
 
+TEST_F(DocumentDeviceOpen, HasNoParsedDocumentBeforeAnybodyAsksAndBehindARelease)
+{
+    EXPECT_EQ(device.parsedDocument(), nullptr);
+    const Orv::Data::LightDocument* const document = device.document(error);
+    EXPECT_EQ(device.parsedDocument(), document);
+    device.releaseDocument();
+    EXPECT_EQ(device.parsedDocument(), nullptr);
+}
+
 TEST_F(DocumentDeviceOpen, ParsesAgainBehindARelease)
 {
     setTwo();
     device.releaseDocument();
-    EXPECT_EQ(device.document(error)->documentElement().firstChildElement("b").attribute("v"), "2");
+    EXPECT_EQ(device.document(error)->root().firstChild("b").value(), "2");
 }
 
 TEST_F(DocumentDeviceOpen, TakesWrittenBytesForTheDocument)
@@ -111,7 +119,7 @@ TEST_F(DocumentDeviceOpen, TakesWrittenBytesForTheDocument)
     setTwo();
     device.open(QIODevice::ReadWrite | QIODevice::Truncate);
     device.write("<other/>");
-    EXPECT_EQ(device.document(error)->documentElement().tagName(), "other");
+    EXPECT_EQ(device.document(error)->root().name(), "other");
     EXPECT_EQ(device.bytes(), "<other/>");
 }
 
@@ -135,10 +143,10 @@ TEST(DocumentDevice, RefusesChangesWhenItIsNotOpenForWriting)
     DocumentDevice device(Small);
     device.open(QIODevice::ReadOnly);
     QString error;
-    device.document(error)->documentElement().setTagName("z");
+    device.document(error)->root().rename("z");
     EXPECT_FALSE(device.setDocumentChanged());
     EXPECT_EQ(device.readAll(), Small);
-    EXPECT_EQ(device.document(error)->documentElement().tagName(), "a");
+    EXPECT_EQ(device.document(error)->root().name(), "a");
 }
 
 TEST(DocumentDevice, HasNoDocumentForBytesThatDoNotParse)

@@ -177,7 +177,7 @@ TEST(OBLFormatUpdaterFrame, SharesOneDocumentAmongAllSteps)
     DocumentDevice device(Old);
     device.open(QIODevice::ReadWrite);
     QString error;
-    const QDomDocument* const document = device.document(error);
+    const Orv::Data::LightDocument* const document = device.document(error);
     Swap.update(device, nullptr, {});
     Updater4510.update(device, nullptr, {});
     EXPECT_EQ(device.document(error), document);

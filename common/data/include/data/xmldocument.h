@@ -34,4 +34,12 @@ struct XmlDocument
 XmlDocument readXmlDocument(QIODevice& device, const MakeRoot& makeRoot,
                             const ProgressFunction& progress, XmlLane lane = XmlLane::Fast);
 
+class LightDocument;
+
+// Builds a tree from a document that has been read before and perhaps been changed. Returns null if
+// its text has to be read for that, by readXmlDocument(), which gives the same tree or the reason
+// why there is none. Reports progress as if the text were read.
+std::unique_ptr<BaseObject> treeOf(const LightDocument& document, const MakeRoot& makeRoot,
+                                   const ProgressFunction& progress);
+
 } // namespace Orv::Data

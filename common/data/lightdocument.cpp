@@ -1,0 +1,162 @@
+#include "data/lightdocument.h"
+
+#include "lightnodes.h"
+#include <utility>
+
+namespace Orv::Data {
+
+namespace {
+
+// Returns the node itself or the first behind it that is an element of that name, 0 without one.
+LightNodes::Node elementFrom(const LightNodes& nodes, LightNodes::Node node, std::string_view name)
+{
+    const std::uint32_t id = name.empty() ? LightNames::NoName : nodes.names.find(name);
+    if (!name.empty() && id == LightNames::NoName)
+        return 0;
+    while (node != 0 && !(nodes[node].isElement() && (name.empty() || nodes[node].name == id)))
+        node = nodes.nextSibling(node);
+    return node;
+}
+
+// Returns the last child, which may be one that was removed, or 0.
+LightNodes::Node lastOf(const LightNodes& nodes, LightNodes::Node parent)
+{
+    LightNodes::Node last = nodes[parent].first;
+    while (last != 0 && nodes[last].next != 0)
+        last = nodes[last].next;
+    return last;
+}
+
+// Hangs a chain of children behind `last`, a child of `parent`, or as its first ones.
+void link(LightNodes& nodes, LightNodes::Node parent, LightNodes::Node last, LightNodes::Node chain)
+{
+    (last == 0 ? nodes[parent].first : nodes[last].next) = chain;
+}
+
+} // namespace
+
+std::string_view LightElement::name() const
+{
+    return isNull() ? std::string_view() : m_nodes->nameOf(m_node);
+}
+
+void LightElement::rename(std::string_view name)
+{
+    (*m_nodes)[m_node].name = m_nodes->names.idOf(name) & 0xFFFFFFFu;
+}
+
+QString LightElement::value() const
+{
+    const bool hasValue = !isNull() && (*m_nodes)[m_node].kindOf() != LightKind::Element;
+    return hasValue ? m_nodes->textOf(m_node) : QString();
+}
+
+void LightElement::setValue(const QString& text)
+{
+    m_nodes->setValue(m_node, text.constData(), text.size());
+}
+
+LightElement LightElement::parent() const
+{
+    return isNull() ? LightElement() : LightElement(*m_nodes, (*m_nodes)[m_node].parent);
+}
+
+LightElement LightElement::firstChild(std::string_view name) const
+{
+    if (isNull())
+        return {};
+    return {*m_nodes, elementFrom(*m_nodes, m_nodes->firstChild(m_node), name)};
+}
+
+LightElement LightElement::nextSibling(std::string_view name) const
+{
+    if (isNull())
+        return {};
+    return {*m_nodes, elementFrom(*m_nodes, m_nodes->nextSibling(m_node), name)};
+}
+
+void LightElement::append(const LightElement& child)
+{
+    link(*m_nodes, m_node, lastOf(*m_nodes, m_node), child.m_node);
+    (*m_nodes)[child.m_node].parent = m_node;
+}
+
+void LightElement::insertBehind(const LightElement& anchor, const LightElement& child)
+{
+    LightNode& added = (*m_nodes)[child.m_node];
+    added.parent = m_node;
+    added.next = std::exchange((*m_nodes)[anchor.m_node].next, child.m_node);
+}
+
+void LightElement::takeElements(const LightElement& source, const LightElement& exception)
+{
+    LightNodes& nodes = *m_nodes;
+    LightNodes::Node last = lastOf(nodes, m_node);
+    LightNodes::Node left = 0; // the last node that stays in the source
+    LightNodes::Node next = 0;
+    for (LightNodes::Node node = nodes[source.m_node].first; node != 0; node = next) {
+        next = nodes[node].next;
+        const bool isTaken =
+            nodes[node].isElement() && nodes[node].isRemoved == 0 && node != exception.m_node;
+        link(nodes, isTaken ? m_node : source.m_node, isTaken ? last : left, node);
+        (isTaken ? last : left) = node;
+        nodes[node].next = 0;
+        if (isTaken)
+            nodes[node].parent = m_node;
+    }
+    link(nodes, source.m_node, left, 0);
+}
+
+void LightElement::remove()
+{
+    if (!isNull())
+        (*m_nodes)[m_node].isRemoved = 1;
+}
+
+LightDocument::LightDocument() : LightDocument(std::make_unique<LightNodes>()) {}
+
+LightDocument::LightDocument(std::unique_ptr<LightNodes> nodes) : m_nodes(std::move(nodes)) {}
+
+LightDocument::~LightDocument() = default;
+
+LightDocument::LightDocument(LightDocument&&) noexcept = default;
+
+LightDocument& LightDocument::operator=(LightDocument&&) noexcept = default;
+
+LightElement LightDocument::root() const
+{
+    return {*m_nodes, elementFrom(*m_nodes, m_nodes->firstChild(LightNodes::Document), {})};
+}
+
+LightElement LightDocument::makeElement(std::string_view name)
+{
+    return {*m_nodes, m_nodes->addElement(name)};
+}
+
+LightElement LightDocument::makeLeaf(std::string_view name, const QString& value)
+{
+    LightElement leaf = makeElement(name);
+    leaf.setValue(value);
+    return leaf;
+}
+
+void LightDocument::visitNamed(const std::vector<std::string_view>& names, const Visit& visit) const
+{
+    std::vector<bool> isWanted(m_nodes->names.size());
+    for (const std::string_view name : names)
+        if (const std::uint32_t id = m_nodes->names.find(name); id != LightNames::NoName)
+            isWanted[id] = true;
+    const LightNodes::Node rootNode = root().m_node;
+    LightElement top;
+    for (LightNodes::Node node = rootNode + 1; node < m_nodes->size(); ++node) {
+        const LightNode& one = (*m_nodes)[node];
+        if (!one.isElement())
+            continue;
+        if (one.parent == rootNode)
+            top = {*m_nodes, node};
+        else if (isWanted[one.name])
+            visit({*m_nodes, node}, top);
+    }
+}
+
+} // namespace Orv::Data
