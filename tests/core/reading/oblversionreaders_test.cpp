@@ -13,6 +13,8 @@ using Ksx::Core::OBLUpdaterVersionReader;
 using Orv::Core::Version;
 using TestSupport::aPackage;
 using TestSupport::caseName;
+using TestSupport::pick;
+using TestSupport::seededRandom;
 
 namespace {
 
@@ -110,6 +112,55 @@ INSTANTIATE_TEST_SUITE_P(
                              "<formatVersion" + padded(278) + R"("1.2.3.4")"},
                     ScanCase{"Utf16", std::string("<\0f\0o\0r\0m\0a\0t\0", 14)}),
     caseName<ScanCase>);
+
+// Looks at each two neighbouring blocks, one after the other, for a tag and two quotes.
+Reading readByBlocks(const std::string& text)
+{
+    constexpr std::size_t Block = 150;
+    for (std::size_t place = 0; place < text.size(); place += Block) {
+        const std::size_t begin = place < Block ? 0 : place - Block;
+        const std::string window = text.substr(begin, place + Block - begin);
+        const std::size_t tag = window.find("<formatVersion");
+        const std::size_t open = tag == std::string::npos ? tag : window.find('"', tag);
+        const std::size_t close = open == std::string::npos ? open : window.find('"', open + 1);
+        if (close == std::string::npos)
+            continue;
+        Version version = Former;
+        const std::string number = window.substr(open + 1, close - open - 1);
+        const bool isFound = version.fromString(QString::fromStdString(number));
+        return {isFound, version};
+    }
+    return {false, Former};
+}
+
+// A text with tags, some of which have quotes near enough.
+std::string randomText(std::mt19937& random)
+{
+    const std::vector<std::string> pieces = {"<formatVersion", "\"1.2.3.4\"", "\"", "<formatVer"};
+    std::string text;
+    for (int count = pick(random, 1, 8); count != 0; --count)
+        text += padded(pick<std::size_t>(random, 0, pick(random, 0, 3) == 0 ? 16000 : 300)) +
+                pieces[pick<std::size_t>(random, 0, pieces.size() - 1)];
+    return text;
+}
+
+// Returns the first of some random texts in which another version is found.
+std::string firstTextReadOtherwise(std::mt19937 random)
+{
+    for (int i = 0; i < 3000; ++i) {
+        const std::string text = randomText(random);
+        const Reading expected = readByBlocks(text);
+        const Reading reading = readFrom<OBLDataFormatVersionReader>(text);
+        if (reading.isFound != expected.isFound || reading.version != expected.version)
+            return text;
+    }
+    return {};
+}
+
+TEST(OblVersionReaders, LookAtEachTwoNeighbouringBlocks)
+{
+    EXPECT_EQ(firstTextReadOtherwise(seededRandom(20261132)), "");
+}
 
 TEST(OblVersionReaders, EachReadsItsOwnElement)
 {
