@@ -21,16 +21,10 @@ LightNodes::Node elementFrom(const LightNodes& nodes, LightNodes::Node node, std
 // Returns the last child, which may be one that was removed, or 0.
 LightNodes::Node lastOf(const LightNodes& nodes, LightNodes::Node parent)
 {
-    LightNodes::Node last = nodes[parent].first;
+    LightNodes::Node last = nodes.first(parent);
     while (last != 0 && nodes[last].next != 0)
         last = nodes[last].next;
     return last;
-}
-
-// Hangs a chain of children behind `last`, a child of `parent`, or as its first ones.
-void link(LightNodes& nodes, LightNodes::Node parent, LightNodes::Node last, LightNodes::Node chain)
-{
-    (last == 0 ? nodes[parent].first : nodes[last].next) = chain;
 }
 
 } // namespace
@@ -77,15 +71,15 @@ LightElement LightElement::nextSibling(std::string_view name) const
 
 void LightElement::append(const LightElement& child)
 {
-    link(*m_nodes, m_node, lastOf(*m_nodes, m_node), child.m_node);
-    (*m_nodes)[child.m_node].parent = m_node;
+    m_nodes->link(m_node, lastOf(*m_nodes, m_node), child.m_node);
+    m_nodes->setParent(child.m_node, m_node);
 }
 
 void LightElement::insertBehind(const LightElement& anchor, const LightElement& child)
 {
-    LightNode& added = (*m_nodes)[child.m_node];
-    added.parent = m_node;
-    added.next = std::exchange((*m_nodes)[anchor.m_node].next, child.m_node);
+    m_nodes->setParent(child.m_node, m_node);
+    m_nodes->setNext(child.m_node, (*m_nodes)[anchor.m_node].next);
+    m_nodes->setNext(anchor.m_node, child.m_node);
 }
 
 void LightElement::takeElements(const LightElement& source, const LightElement& exception)
@@ -94,17 +88,17 @@ void LightElement::takeElements(const LightElement& source, const LightElement& 
     LightNodes::Node last = lastOf(nodes, m_node);
     LightNodes::Node left = 0; // the last node that stays in the source
     LightNodes::Node next = 0;
-    for (LightNodes::Node node = nodes[source.m_node].first; node != 0; node = next) {
+    for (LightNodes::Node node = nodes.first(source.m_node); node != 0; node = next) {
         next = nodes[node].next;
         const bool isTaken =
             nodes[node].isElement() && nodes[node].isRemoved == 0 && node != exception.m_node;
-        link(nodes, isTaken ? m_node : source.m_node, isTaken ? last : left, node);
+        nodes.link(isTaken ? m_node : source.m_node, isTaken ? last : left, node);
         (isTaken ? last : left) = node;
-        nodes[node].next = 0;
+        nodes.setNext(node, 0);
         if (isTaken)
-            nodes[node].parent = m_node;
+            nodes.setParent(node, m_node);
     }
-    link(nodes, source.m_node, left, 0);
+    nodes.link(source.m_node, left, 0);
 }
 
 void LightElement::remove()

@@ -30,8 +30,8 @@ public:
     void append(Node node)
     {
         Open& open = m_open.back();
-        (open.last == 0 ? m_nodes[open.node].first : m_nodes[open.last].next) = node;
-        m_nodes[node].parent = open.node;
+        m_nodes.link(open.node, open.last, node);
+        m_nodes.setParent(node, open.node);
         open.last = node;
     }
 

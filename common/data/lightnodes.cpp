@@ -49,9 +49,18 @@ LightNodes::Node LightNodes::add(LightKind kind, std::uint32_t name, std::uint32
         m_blocks.emplace_back(new LightNode[BlockSize]); // without a value until they are used
     const Node node = m_size++;
     LightNode& added = (*this)[node];
-    added = {0, 0, 0, text, name & 0xFFFFFFFu, static_cast<std::uint32_t>(kind) & 7u, 0};
+    added = {0, 0, 0, 0, text, name & 0xFFFFFFFu, static_cast<std::uint32_t>(kind) & 7u, 0};
     m_isPlain = m_isPlain && added.isElement();
     return node;
+}
+
+void LightNodes::setFirst(Node node, Node child)
+{
+    LightNode& one = (*this)[node];
+    one.hasFirst = child != 0 ? 1 : 0;
+    one.isFirstElsewhere = child != 0 && child != node + 1 ? 1 : 0;
+    if (one.isFirstElsewhere != 0)
+        m_firsts[node] = child;
 }
 
 std::uint32_t LightNodes::addText(const QChar* text, qsizetype size)

@@ -26,21 +26,23 @@ enum class LightKind : std::uint8_t
     Instruction,
 };
 
-// Each number of a node is 0 for none. Node 0 is the document.
+// Each number of a node is 0 for none. Node 0 is the document. There are never 2^31 nodes: a text is
+// shorter than that.
 struct LightNode
 {
-    std::uint32_t parent;
-    std::uint32_t next;      // sibling
-    std::uint32_t first;     // child
-    std::uint32_t text;      // a place in the source, or the number of a text of its own
-    std::uint32_t name : 28; // more than the source has room for
-    std::uint32_t kind : 3;
+    std::uint32_t parent : 31;
     std::uint32_t isRemoved : 1; // from its parent, whose chain it stays in
+    std::uint32_t next : 31;     // sibling
+    std::uint32_t hasFirst : 1;  // child, which is the next node as long as `isFirstElsewhere` is 0
+    std::uint32_t text;          // a place in the source, or the number of a text of its own
+    std::uint32_t name : 28;     // more than the source has room for
+    std::uint32_t kind : 3;
+    std::uint32_t isFirstElsewhere : 1;
 
     LightKind kindOf() const { return static_cast<LightKind>(kind); }
     bool isElement() const { return kind <= static_cast<std::uint32_t>(LightKind::OwnElement); }
 };
-static_assert(sizeof(LightNode) == 20);
+static_assert(sizeof(LightNode) == 16);
 
 // One text for each name. Guesses the next name by the one that followed the last name before.
 class LightNames
@@ -103,7 +105,26 @@ public:
             node = (*this)[node].next;
         return node;
     }
-    Node firstChild(Node node) const { return kept((*this)[node].first); }
+    // Returns the first child, which may be one that was removed, or 0.
+    Node first(Node node) const
+    {
+        const LightNode& one = (*this)[node];
+        if (one.isFirstElsewhere != 0)
+            return m_firsts.find(node)->second;
+        return one.hasFirst != 0 ? node + 1 : 0;
+    }
+    void setFirst(Node node, Node child);
+    void setNext(Node node, Node sibling) { (*this)[node].next = sibling & MaximumNode; }
+    void setParent(Node node, Node parent) { (*this)[node].parent = parent & MaximumNode; }
+    // Hangs a chain of children behind `last`, a child of `parent`, or as its first ones.
+    void link(Node parent, Node last, Node chain)
+    {
+        if (last == 0)
+            setFirst(parent, chain);
+        else
+            setNext(last, chain);
+    }
+    Node firstChild(Node node) const { return kept(first(node)); }
     Node nextSibling(Node node) const { return kept((*this)[node].next); }
     std::string_view nameOf(Node node) const { return names[(*this)[node].name]; }
 
@@ -134,12 +155,14 @@ public:
     LightNames names;
 
 private:
+    static constexpr Node MaximumNode = 0x7FFFFFFF;
     static constexpr Node BlockSize = Node{1} << 16;
     static constexpr qsizetype TextBlockSize = qsizetype{1} << 15;
 
     QByteArray m_source;
     std::vector<std::unique_ptr<LightNode[]>> m_blocks;
     Node m_size = 0;
+    std::unordered_map<Node, Node> m_firsts; // children that are not the next nodes
     std::vector<std::u16string_view> m_texts;
     std::vector<std::unique_ptr<char16_t[]>> m_textBlocks;
     char16_t* m_room = nullptr; // in the last block of texts

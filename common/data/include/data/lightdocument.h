@@ -62,7 +62,7 @@ private:
 
 using LightElements = std::vector<LightElement>;
 
-// The elements of a document with all their attributes, in nodes of 20 bytes, and its texts, comments
+// The elements of a document with all their attributes, in nodes of 16 bytes, and its texts, comments
 // and instructions. Of a document type nothing is left, and no white space between elements. Names
 // are held once. Values are places in the text that was read, or of their own where they changed.
 class LightDocument
