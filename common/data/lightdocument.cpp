@@ -119,7 +119,7 @@ LightDocument& LightDocument::operator=(LightDocument&&) noexcept = default;
 
 LightElement LightDocument::root() const
 {
-    return {*m_nodes, elementFrom(*m_nodes, m_nodes->firstChild(LightNodes::Document), {})};
+    return {*m_nodes, m_nodes->root()};
 }
 
 LightElement LightDocument::makeElement(std::string_view name)
@@ -140,7 +140,7 @@ void LightDocument::visitNamed(const std::vector<std::string_view>& names, const
     for (const std::string_view name : names)
         if (const std::uint32_t id = m_nodes->names.find(name); id != LightNames::NoName)
             isWanted[id] = true;
-    const LightNodes::Node rootNode = root().m_node;
+    const LightNodes::Node rootNode = m_nodes->root();
     LightElement top;
     for (LightNodes::Node node = rootNode + 1; node < m_nodes->size(); ++node) {
         const LightNode& one = (*m_nodes)[node];

@@ -120,6 +120,8 @@ void LightSink::beginElement(const BoundedXmlReader& reader)
 
 void LightSink::add(const BoundedXmlReader& reader)
 {
+    if (m_builder.depth() > 0)
+        m_nodes.setNotPlain();
     LightKind kind = reader.isComment() ? LightKind::Comment : LightKind::Text;
     if (reader.isCDATA())
         kind = LightKind::CData;

@@ -21,8 +21,7 @@ class LightDocumentTokens
 public:
     // The document stays as it is while the tokens live.
     LightDocumentTokens(const LightNodes& nodes, const ProgressFunction& progress)
-        : m_nodes(nodes), m_progress(progress, NodeSize * nodes.size()),
-          m_node(nodes.firstChild(LightNodes::Document))
+        : m_nodes(nodes), m_progress(progress, NodeSize * nodes.size()), m_node(nodes.root())
     {}
 
     void next()
@@ -33,7 +32,8 @@ public:
             enter(child, m_node);
         } else if (m_token == Token::End) {
             const LightNodes::Node parent = m_nodes[m_node].parent;
-            enter(m_nodes.nextSibling(m_node), parent);
+            const bool isRoot = parent == LightNodes::Document;
+            enter(isRoot ? 0 : m_nodes.nextSibling(m_node), parent);
         }
     }
     bool isStart() const { return m_token == Token::Start; }

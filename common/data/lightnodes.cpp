@@ -48,9 +48,7 @@ LightNodes::Node LightNodes::add(LightKind kind, std::uint32_t name, std::uint32
     if (m_size % BlockSize == 0)
         m_blocks.emplace_back(new LightNode[BlockSize]); // without a value until they are used
     const Node node = m_size++;
-    LightNode& added = (*this)[node];
-    added = {0, 0, 0, 0, text, name & 0xFFFFFFFu, static_cast<std::uint32_t>(kind) & 7u, 0};
-    m_isPlain = m_isPlain && added.isElement();
+    (*this)[node] = {0, 0, 0, 0, text, name & 0xFFFFFFFu, static_cast<std::uint32_t>(kind) & 7u, 0};
     return node;
 }
 
@@ -61,6 +59,14 @@ void LightNodes::setFirst(Node node, Node child)
     one.isFirstElsewhere = child != 0 && child != node + 1 ? 1 : 0;
     if (one.isFirstElsewhere != 0)
         m_firsts[node] = child;
+}
+
+LightNodes::Node LightNodes::root() const
+{
+    Node node = firstChild(Document);
+    while (node != 0 && !(*this)[node].isElement())
+        node = nextSibling(node);
+    return node;
 }
 
 std::uint32_t LightNodes::addText(const QChar* text, qsizetype size)

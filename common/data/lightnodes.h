@@ -126,6 +126,8 @@ public:
     }
     Node firstChild(Node node) const { return kept(first(node)); }
     Node nextSibling(Node node) const { return kept((*this)[node].next); }
+    // Returns the root element, 0 in an empty document.
+    Node root() const;
     std::string_view nameOf(Node node) const { return names[(*this)[node].name]; }
 
     // Returns a number for the text.
@@ -148,9 +150,11 @@ public:
     // Returns null for an element that has none but `v`.
     const std::vector<Attribute>* attributesOf(Node element) const;
 
-    // Returns true if a tree can be built from the nodes: there is nothing but elements with `v` that
-    // would be read again as they are, once they had been written.
+    // Returns true if a tree can be built from the nodes: there is nothing in the root but elements
+    // with `v` that would be read again as they are, once they had been written.
     bool isPlain() const { return m_isPlain && m_attributes.empty() && names.areCanonical(); }
+    // Says that a text or the like is in the root.
+    void setNotPlain() { m_isPlain = false; }
 
     LightNames names;
 

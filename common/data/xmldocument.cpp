@@ -58,7 +58,7 @@ std::unique_ptr<BaseObject> treeOf(const LightDocument& document, const MakeRoot
                                    const ProgressFunction& progress)
 {
     const LightNodes& nodes = document.nodes();
-    if (!nodes.isPlain() || document.root().isNull())
+    if (!nodes.isPlain() || nodes.root() == 0)
         return nullptr;
     LightDocumentTokens tokens(nodes, progress);
     std::unique_ptr<BaseObject> root = makeRoot();
