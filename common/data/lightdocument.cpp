@@ -50,6 +50,12 @@ void LightElement::setValue(const QString& text)
     m_nodes->setValue(m_node, text.constData(), text.size());
 }
 
+void LightElement::shareValue(const LightElement& other)
+{
+    (*m_nodes)[m_node].text = (*m_nodes)[other.m_node].text;
+    (*m_nodes)[m_node].kind = (*m_nodes)[other.m_node].kind;
+}
+
 LightElement LightElement::parent() const
 {
     return isNull() ? LightElement() : LightElement(*m_nodes, (*m_nodes)[m_node].parent);

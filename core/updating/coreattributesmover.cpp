@@ -11,9 +11,8 @@ AttributesMover::AttributesMover(LightDocument& document, std::string_view ancho
 
 void AttributesMover::move(LightElement leaf, std::string_view target)
 {
-    const QString text = leaf.value();
-    if (!text.isEmpty())
-        member(attributesBeside(leaf), target).setValue(text);
+    if (!leaf.value().isEmpty())
+        member(attributesBeside(leaf), target).shareValue(leaf);
     leaf.remove();
 }
 

@@ -121,6 +121,15 @@ TEST_F(LightDocumentOf, KeepsOtherAttributesBesideANewValue)
     EXPECT_EQ(text(), "<a b=\"2\" v=\"3\" z=\"1\"/>");
 }
 
+TEST_F(LightDocumentOf, SharesValuesAmongElements)
+{
+    readCanonical("<a v='&lt;'><b v='1'/><c/><d v='2'/></a>");
+    root.firstChild("b").shareValue(root);
+    root.firstChild("d").shareValue(root.firstChild("c"));
+    root.setValue("3");
+    EXPECT_EQ(text(), "<a v=\"3\"><b v=\"&lt;\"/><c/><d/></a>");
+}
+
 TEST_F(LightDocumentOf, HoldsLongValues)
 {
     const QString value = QString(100000, 'x');

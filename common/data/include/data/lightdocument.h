@@ -27,6 +27,8 @@ public:
     // The text of the attribute `v`, empty without one.
     QString value() const;
     void setValue(const QString& text);
+    // Takes the value of another element of the document, or none. The text is held once.
+    void shareValue(const LightElement& other);
 
     // Null for the root element and for an element that nobody has put anywhere.
     LightElement parent() const;
