@@ -10,7 +10,7 @@ namespace {
 // Returns the node itself or the first behind it that is an element of that name, 0 without one.
 LightNodes::Node elementFrom(const LightNodes& nodes, LightNodes::Node node, std::string_view name)
 {
-    const std::uint32_t id = name.empty() ? LightNames::NoName : nodes.names.find(name);
+    const std::uint32_t id = name.empty() ? LightNames::NoName : nodes.names().find(name);
     if (!name.empty() && id == LightNames::NoName)
         return 0;
     while (node != 0 && !(nodes[node].isElement() && (name.empty() || nodes[node].name == id)))
@@ -36,7 +36,7 @@ std::string_view LightElement::name() const
 
 void LightElement::rename(std::string_view name)
 {
-    (*m_nodes)[m_node].name = m_nodes->names.idOf(name) & 0xFFFFFFFu;
+    (*m_nodes)[m_node].setName(m_nodes->names().idOf(name));
 }
 
 QString LightElement::value() const
@@ -142,9 +142,9 @@ LightElement LightDocument::makeLeaf(std::string_view name, const QString& value
 
 void LightDocument::visitNamed(const std::vector<std::string_view>& names, const Visit& visit) const
 {
-    std::vector<bool> isWanted(m_nodes->names.size());
+    std::vector<bool> isWanted(m_nodes->names().size());
     for (const std::string_view name : names)
-        if (const std::uint32_t id = m_nodes->names.find(name); id != LightNames::NoName)
+        if (const std::uint32_t id = m_nodes->names().find(name); id != LightNames::NoName)
             isWanted[id] = true;
     const LightNodes::Node rootNode = m_nodes->root();
     LightElement top;

@@ -52,7 +52,7 @@ LightNodes::Node addElement(LightNodes& nodes, const CanonicalXmlTokens& tokens)
     if (tokens.hasValue()) {
         const LightKind kind =
             tokens.isDecoded() ? LightKind::ReferencedElement : LightKind::SourceElement;
-        nodes[element].kind = static_cast<std::uint32_t>(kind) & 7u;
+        nodes[element].setKind(kind);
         nodes[element].text = nodes.placeOf(tokens.writtenValue());
     }
     return element;
@@ -96,7 +96,7 @@ private:
     template <class Reference>
     std::uint32_t nameOf(const Reference& name)
     {
-        return m_nodes.names.idOf(name.toUtf8().toStdString());
+        return m_nodes.names().idOf(name.toUtf8().toStdString());
     }
 
     LightNodes& m_nodes;

@@ -171,7 +171,7 @@ void LightWriter::writeAttributes(Node element)
         attributes.emplace_back(QStringLiteral("v"), m_nodes.textOf(element));
     if (const auto* others = m_nodes.attributesOf(element))
         for (const LightNodes::Attribute& other : *others) {
-            const std::string_view name = m_nodes.names[other.name];
+            const std::string_view name = m_nodes.names()[other.name];
             attributes.emplace_back(QString::fromUtf8(name.data(), static_cast<int>(name.size())),
                                     m_nodes.ownText(other.text));
         }

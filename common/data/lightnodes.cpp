@@ -48,7 +48,11 @@ LightNodes::Node LightNodes::add(LightKind kind, std::uint32_t name, std::uint32
     if (m_size % BlockSize == 0)
         m_blocks.emplace_back(new LightNode[BlockSize]); // without a value until they are used
     const Node node = m_size++;
-    (*this)[node] = {0, 0, 0, 0, text, name & 0xFFFFFFFu, static_cast<std::uint32_t>(kind) & 7u, 0};
+    LightNode& added = (*this)[node];
+    added = {};
+    added.text = text;
+    added.setName(name);
+    added.setKind(kind);
     return node;
 }
 
@@ -88,7 +92,7 @@ void LightNodes::setValue(Node element, const QChar* text, qsizetype size)
 {
     LightNode& node = (*this)[element];
     node.text = addText(text, size);
-    node.kind = static_cast<std::uint32_t>(LightKind::OwnElement) & 7u;
+    node.setKind(LightKind::OwnElement);
     m_isPlain = m_isPlain && isCanonicalText(m_texts[node.text]);
 }
 

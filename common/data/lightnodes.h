@@ -40,6 +40,8 @@ struct LightNode
     std::uint32_t isFirstElsewhere : 1;
 
     LightKind kindOf() const { return static_cast<LightKind>(kind); }
+    void setKind(LightKind value) { kind = static_cast<std::uint32_t>(value) & 7u; }
+    void setName(std::uint32_t id) { name = id & 0xFFFFFFFu; }
     bool isElement() const { return kind <= static_cast<std::uint32_t>(LightKind::OwnElement); }
 };
 static_assert(sizeof(LightNode) == 16);
@@ -94,10 +96,15 @@ public:
         return m_blocks[node / BlockSize][node % BlockSize];
     }
     Node size() const { return m_size; }
+    LightNames& names() { return m_names; }
+    const LightNames& names() const { return m_names; }
 
     // Returns a new node behind all others, which has no links to any.
     Node add(LightKind kind, std::uint32_t name, std::uint32_t text);
-    Node addElement(std::string_view name) { return add(LightKind::Element, names.idOf(name), 0); }
+    Node addElement(std::string_view name)
+    {
+        return add(LightKind::Element, m_names.idOf(name), 0);
+    }
     // Returns the node itself or the first behind it that has not been removed, 0 without one.
     Node kept(Node node) const
     {
@@ -128,7 +135,7 @@ public:
     Node nextSibling(Node node) const { return kept((*this)[node].next); }
     // Returns the root element, 0 in an empty document.
     Node root() const;
-    std::string_view nameOf(Node node) const { return names[(*this)[node].name]; }
+    std::string_view nameOf(Node node) const { return m_names[(*this)[node].name]; }
 
     // Returns a number for the text.
     std::uint32_t addText(const QChar* text, qsizetype size);
@@ -152,11 +159,9 @@ public:
 
     // Returns true if a tree can be built from the nodes: there is nothing in the root but elements
     // with `v` that would be read again as they are, once they had been written.
-    bool isPlain() const { return m_isPlain && m_attributes.empty() && names.areCanonical(); }
+    bool isPlain() const { return m_isPlain && m_attributes.empty() && m_names.areCanonical(); }
     // Says that a text or the like is in the root.
     void setNotPlain() { m_isPlain = false; }
-
-    LightNames names;
 
 private:
     static constexpr Node MaximumNode = 0x7FFFFFFF;
@@ -164,6 +169,7 @@ private:
     static constexpr qsizetype TextBlockSize = qsizetype{1} << 15;
 
     QByteArray m_source;
+    LightNames m_names;
     std::vector<std::unique_ptr<LightNode[]>> m_blocks;
     Node m_size = 0;
     std::unordered_map<Node, Node> m_firsts; // children that are not the next nodes
