@@ -1,12 +1,16 @@
 #include "support/readinglanes.h"
 
+#include "core/messagenode.h"
 #include "data/content/package.h"
 #include "data/lightdocumentreader.h"
 #include "data/lightdocumentwriter.h"
 #include "data/xmldatawriter.h"
 #include "data/xmldocument.h"
+#include "reading/extensionregistry.h"
+#include "reading/oblimporter.h"
 #include "support/packagetext.h"
 #include "support/paths.h"
+#include "updating/documentdevice.h"
 #include <QBuffer>
 #include <QDirIterator>
 #include <QFile>
@@ -85,6 +89,30 @@ std::string differenceOfTrees(const std::string& document, XmlLane lane)
     const std::string direct = written(*tree);
     const Outcome general = outcomeOf(serialise(light), XmlLane::General);
     return direct == general.tree ? "" : "direct tree " + direct + " and " + general.tree;
+}
+
+enum class Handing
+{
+    Document,
+    Text,
+};
+
+// Runs all format updaters on a document and imports what they leave. Returns the tree with all
+// messages.
+std::string updated(const std::string& document, Handing handing)
+{
+    Ksx::Core::DocumentDevice device(bytesOf(document));
+    device.open(QIODevice::ReadWrite);
+    Orv::Core::MessageNode log;
+    for (const auto* updater : Ksx::Core::ExtensionRegistry::instance().formatUpdaters()) {
+        if (!updater->update(device, &log, {}))
+            return "failed " + log.toText().toStdString();
+        device.seek(0);
+    }
+    if (handing == Handing::Text)
+        device.releaseDocument();
+    const auto tree = Ksx::Core::OBLImporter().import(device, &log, {});
+    return (tree == nullptr ? "none" : written(*tree)) + log.toText().toStdString();
 }
 
 // White space, markup, and bytes that are part of no character.
@@ -220,6 +248,13 @@ std::string differenceOfLightDocuments(const std::string& document)
            differenceOfTrees(document, XmlLane::General);
 }
 
+std::string differenceOfUpdates(const std::string& document)
+{
+    const std::string direct = updated(document, Handing::Document);
+    const std::string byText = updated(document, Handing::Text);
+    return direct == byText ? "" : "update " + direct + " and " + byText;
+}
+
 std::vector<std::string> documentsForLanes()
 {
     constexpr qint64 Small = 20000;
@@ -322,8 +357,9 @@ std::string firstDifferenceOfLanes(unsigned seed, long count)
     for (long i = 0; i < count; ++i) {
         const std::string mutant =
             mutator.mutant(documents[static_cast<std::size_t>(i) % documents.size()]);
-        const std::string difference =
-            differenceOfLanes(mutant) + differenceOfLightDocuments(mutant);
+        const std::string difference = differenceOfLanes(mutant) +
+                                       differenceOfLightDocuments(mutant) +
+                                       differenceOfUpdates(mutant);
         if (!difference.empty())
             return "mutant " + std::to_string(i) + ": " + difference + "\nof\n" + mutant;
     }

@@ -15,6 +15,10 @@ std::string differenceOfLanes(const std::string& document);
 // built from these are what their texts are read as. Otherwise says what differs.
 std::string differenceOfLightDocuments(const std::string& document);
 
+// Returns an empty text if the import gives the same tree and messages from the document that all
+// format updaters have changed as from its text. Otherwise says what differs.
+std::string differenceOfUpdates(const std::string& document);
+
 // Returns the packages among the samples and the expected results that are small, with some that
 // have references, other encodings and many kinds of values.
 std::vector<std::string> documentsForLanes();
@@ -40,7 +44,7 @@ private:
     std::mt19937 m_random;
 };
 
-// Compares the lanes, and light documents, on `count` mutants of the documents in turn. Says on which
+// Compares the lanes, light documents and updates on `count` mutants of the documents in turn. Says on which
 // of them they differ first, and how. Returns an empty text if they agree.
 std::string firstDifferenceOfLanes(unsigned seed, long count);
 

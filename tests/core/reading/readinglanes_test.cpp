@@ -5,6 +5,7 @@
 
 using TestSupport::differenceOfLanes;
 using TestSupport::differenceOfLightDocuments;
+using TestSupport::differenceOfUpdates;
 using TestSupport::documentsForLanes;
 using TestSupport::firstDifferenceOfLanes;
 
@@ -14,7 +15,8 @@ std::string differencesOf(const std::vector<std::string>& documents)
 {
     std::string differences;
     for (const std::string& document : documents)
-        differences += differenceOfLanes(document) + differenceOfLightDocuments(document);
+        differences += differenceOfLanes(document) + differenceOfLightDocuments(document) +
+                       differenceOfUpdates(document);
     return differences;
 }
 
