@@ -148,7 +148,7 @@ PackageEntry& PackageEntryTable::add(Uid uid, const QString& path, const Package
 
 void PackageEntryTable::setPackage(PackageEntry& entry, const Package& package)
 {
-    Q_ASSERT(m_keys.count(&entry) != 0 && !entry.package);
+    Q_ASSERT(m_keys.count(&entry) != 0);
     entry.package.reset(&package);
     m_keys.at(&entry).package = &package;
     m_byPackage.insert_or_assign(&package, &entry);

@@ -18,8 +18,8 @@ namespace Orv::Core::Extensions {
 // Called with a fraction from 0 to 1. May be empty.
 using ProgressFunction = std::function<void(float)>;
 
-// Builds a document out of the bytes of one file format. Objects without state: one serves all
-// files.
+// Builds a document out of the bytes of one file format. One object serves all files, on several
+// threads at a time.
 class IDataImporter
 {
 public:
@@ -42,7 +42,8 @@ public:
                                                      const ProgressFunction& progress) const = 0;
 };
 
-// Reads one version number of a file without importing it.
+// Reads one version number of a file without importing it. One object serves all files, on several
+// threads at a time.
 class IDataVersionReader
 {
 public:
@@ -65,7 +66,8 @@ class IDataFormatVersionReader : public IDataVersionReader
 class IUpdaterVersionReader : public IDataVersionReader
 {};
 
-// One step of the history of a format, which brings older files to its version.
+// One step of the history of a format, which brings older files to its version. One object serves
+// all files, on several threads at a time.
 class IUpdater
 {
 public:

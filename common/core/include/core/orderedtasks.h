@@ -1,4 +1,4 @@
-// Work on several threads whose results come in the order in which it was ordered.
+// Runs work on several threads, with the results in the order in which it was ordered.
 #pragma once
 
 #include <condition_variable>
@@ -12,24 +12,27 @@
 
 namespace Orv::Core {
 
-// Returns on how many cores this process may run, at least 1.
+// Returns the number of cores on which this process may run, at least 1.
 unsigned availableCores();
 
 // Begins tasks in the order in which they were added, as many at a time as there are workers.
-// Belongs to the thread that made it, which adds tasks and waits for them. As long as there is not
-// more than one unfinished task, and with fewer than two workers, no thread is started: finish()
-// runs the task itself.
+// Belongs to the thread that made it, which adds tasks and waits for them.
+//
+// As long as there is no more than one unfinished task, no thread is started: finish() runs the
+// task itself. The same holds with fewer than two workers.
 class OrderedTasks
 {
 public:
     using Task = std::function<void()>;
 
+    // Starts no thread yet.
     explicit OrderedTasks(unsigned workers);
     OrderedTasks(const OrderedTasks&) = delete;
     OrderedTasks& operator=(const OrderedTasks&) = delete;
     // Drops tasks that have not begun, and waits for the others.
     ~OrderedTasks();
 
+    // Adds a task behind the others. A worker begins it when the tasks before it have begun.
     void add(Task task);
     // Returns the number of tasks that have been added and not been finished.
     std::size_t size() const { return m_unfinished.size(); }
@@ -37,8 +40,8 @@ public:
     // task threw; the task counts as finished then, too.
     void finish();
 
-    // Called by a task: waits until all tasks before it have ended, so that what follows happens in
-    // the order of the tasks. Returns at once where no task is running.
+    // Waits until all tasks before the one that calls it have ended. So the code behind the call
+    // runs in the order of the tasks. Returns at once outside of a task.
     static void awaitTurn();
 
 private:

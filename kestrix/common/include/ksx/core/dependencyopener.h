@@ -57,9 +57,9 @@ private:
 // The manager must outlive the opener. An opener belongs to the thread of its manager. It may be
 // used for one opening after another.
 //
-// Worker threads read the files, some of them ahead. Their number makes no difference: packages,
-// reports, failures and uids come in the order in which one thread would read. Readers and updaters
-// that a program has added are called in these threads. Sinks of the diagnostic log are as well.
+// Files are read by worker threads, some files ahead. The result is the same for any number of
+// workers: packages, reports, failures and their order, and the order in which uids are given.
+// Importers, updaters and sinks of the DiagnosticLog are called in these threads.
 //
 //     DependencyOpener opener(manager, {presetsFolder});
 //     Orv::Core::MessageNode report;
@@ -100,8 +100,9 @@ public:
     // Chooses whether dependencies are opened. They are at first. Without them only the files
     // themselves are opened.
     void setFollowsDependencies(bool follows) { m_followsDependencies = follows; }
-    // Chooses how many threads read files. At first there are as many as the process may use cores.
-    // With fewer than two, and for a single file, the thread of the opener reads.
+
+    // Sets the number of threads that read files. At first there are as many as the process may use
+    // cores. With fewer than two, and for a single file, the thread of the opener reads.
     void setWorkers(unsigned workers) { m_workers = workers; }
 
     // Opens the files and attaches them by one undoable command. Old files are brought to the

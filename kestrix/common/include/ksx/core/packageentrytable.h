@@ -66,7 +66,7 @@ public:
     // Adds an entry and returns it. `uid` must not be taken. `package` may be null. An entry that
     // has no package when the list changes next is dropped then.
     PackageEntry& add(Uid uid, const QString& path, const Data::Content::Package* package);
-    // Gives its package to an entry of this table that has none.
+    // Gives an entry of this table its package. The entry is no longer found by its former package.
     void setPackage(PackageEntry& entry, const Data::Content::Package& package);
 
     // Returns the entry of the file that a path leads to. Returns null if there is none. Looks at

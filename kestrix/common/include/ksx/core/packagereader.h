@@ -20,8 +20,10 @@ namespace Ksx::Core {
 //
 // The reader chooses the importer by the ending of the URL: ".obl", ".oblar" or ".oblasm". It reads
 // the versions of the file and runs the updaters that the file needs. It imports the tree and makes
-// file references absolute. It never changes the file. It keeps no state, and calls may follow each
-// other. Main thread.
+// file references absolute. It never changes the file. It keeps no state.
+//
+// Several threads may read at a time as tasks of one OrderedTasks, so that uids are given in the
+// order of the tasks. Any other caller uses the main thread.
 class PackageReader
 {
 public:

@@ -13,25 +13,41 @@ class Package;
 namespace Ksx::Core {
 
 // Saves packages as savePackage() does, and leaves the same files behind whatever the number of
-// workers: packages that go to one file are written in their order. Belongs to one thread, which
-// neither edits nor destroys the packages meanwhile. Whoever hears of the new versions that a
-// package gets hears of them in that thread.
+// workers. Packages that go to one file are written in their order.
+//
+// Belongs to the thread of the documents, which calls all functions. It must neither edit nor
+// destroy the packages until next() has returned their results. Each package gets the newest
+// versions before it is written. Listeners hear of that change in the thread that calls next().
+//
+//     PackageSaver saver(presetsDir);
+//     for (const auto& [package, path] : targets)
+//         saver.add(*package, path);
+//     for (const auto& target : targets)
+//         if (!saver.next().isSaved)
+//             report(target);
 class PackageSaver
 {
 public:
+    // The result for one package.
     struct Result
     {
+        // Whether the file was saved as a whole.
         bool isSaved = false;
-        QString keptCopy; // see savePackage()
+        // The path of a copy of the old bytes, if these could not be put back. Else a null text.
+        QString keptCopy;
     };
 
-    // Nothing is written before the first call of next(), and with fewer than two workers all is
-    // written in that function.
+    // References into `presetsDir` become "obl://" names: see savePackage(). Nothing is written
+    // before the first call of next(). With fewer than two workers, next() writes everything
+    // itself.
     explicit PackageSaver(const QDir& presetsDir, unsigned workers = Orv::Core::availableCores());
 
-    // Adds a package that goes to the file `path`.
+    // Adds a package that goes to the file `path`. The package must live until its result has been
+    // returned.
     void add(const Data::Content::Package& package, const QString& path);
-    // Waits for the first of the packages that were added and not yet returned. There must be one.
+
+    // Waits until the first package without a result is written, and returns its result. There must
+    // be one. Passes on exceptions of the writing.
     Result next();
 
 private:

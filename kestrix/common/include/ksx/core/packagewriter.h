@@ -12,7 +12,7 @@ namespace Ksx::Core {
 
 // Writes a package as XML to the file at `path`. An existing file is replaced as a whole, when all
 // bytes of the new one are on disk. Symbolic links are followed. The package may be attached or
-// not. Main thread.
+// not. Main thread. PackageSaver writes several packages on several threads.
 //
 // Before writing, the newest format and updater versions are written into the package. They stay
 // there also if the saving fails. The versions are 0.0.0.0 if no importer takes the name of the

@@ -16,8 +16,11 @@ using Uid = std::uint32_t;
 constexpr Uid NoUid = 0xFFFFFFFFu;
 
 // Allots uids. A uid is the time in seconds plus a counter, in wrapping 32-bit arithmetic. So uids
-// differ between runs and between uses, without other randomness. Not locked: main thread. Workers
-// that read packages draw uids too, each in the turn of its package.
+// differ between runs and between uses, without other randomness.
+//
+// Not locked: main thread. Packages that are read on several threads draw in turn, one package
+// after the other. For this next() and uuid() wait in a task of OrderedTasks until it is the first
+// one that has not ended.
 class UidSource
 {
 public:
