@@ -1,5 +1,6 @@
 #include "core/orderedtasks.h"
 
+#include <QtGlobal>
 #include <algorithm>
 #include <system_error>
 #include <utility>
@@ -59,6 +60,7 @@ void OrderedTasks::start()
 void OrderedTasks::finish()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
+    Q_ASSERT(!m_unfinished.empty());
     Job& job = m_unfinished.front();
     if (m_threads.empty()) {
         ++m_begun;

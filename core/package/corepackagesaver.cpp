@@ -43,6 +43,7 @@ void PackageSaver::add(const Data::Content::Package& package, const QString& pat
 
 PackageSaver::Result PackageSaver::next()
 {
+    Q_ASSERT(!m_jobs.empty());
     begin();
     m_tasks.finish();
     Result result = std::move(m_jobs.front().result);
