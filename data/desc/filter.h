@@ -47,7 +47,7 @@ struct ParameterList
     std::vector<const Parameter*> fields; // parameters of the filter's own group
 };
 
-struct OutputUsage
+struct FilterOutputUsage
 {
     std::string name;       // such as "diffuse"
     std::string components; // such as "RGBA"
@@ -60,7 +60,7 @@ struct FilterOutput
     std::string name;    // for users
     std::string tooltip; // for users
     unsigned type = 0;   // one ValueType
-    std::vector<OutputUsage> usages = {};
+    std::vector<FilterOutputUsage> usages = {};
 };
 
 // The filters of the table are never changed. A node without a table makes one of its own and fills
