@@ -61,7 +61,7 @@ public:
 
 private:
     static constexpr int Failed = -1;
-    // How many bytes of text a node stands for, more or less. Progress goes by the size of texts.
+    // The size of the text of a node, more or less. Progress goes by the size of texts.
     static constexpr qint64 NodeSize = 24;
 
     enum class Token

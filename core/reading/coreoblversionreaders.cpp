@@ -62,7 +62,7 @@ private:
     int m_begin = 0; // of what has been read last
 };
 
-// Finds only what is within two neighbouring blocks. The windows with the tag are looked at.
+// Finds only a tag with its quotes within two neighbouring blocks. Looks at windows with the tag.
 bool scan(QIODevice& device, const QByteArray& tag, Version& version)
 {
     const QByteArrayMatcher matcher(tag);

@@ -26,7 +26,7 @@ private:
 
     Orv::Data::LightDocument& m_document;
     std::string m_anchor;
-    Orv::Data::LightElement m_parent; // of the last leaf, and what stands there
+    Orv::Data::LightElement m_parent; // of the last leaf, and two elements in it
     Orv::Data::LightElement m_attributes;
     Orv::Data::LightElement m_member;
 };

@@ -1,4 +1,4 @@
-// What is in a document, handed on to whoever makes a document of it.
+// Hands on the parts of a document to whoever makes a document of them.
 #pragma once
 
 #include <QByteArray>

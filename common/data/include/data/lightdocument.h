@@ -79,7 +79,7 @@ public:
     // Null in an empty document.
     LightElement root() const;
 
-    // New elements, which stand nowhere as yet.
+    // New elements, which are nowhere in the document as yet.
     LightElement makeElement(std::string_view name);
     LightElement makeLeaf(std::string_view name, const QString& value);
 
@@ -89,7 +89,7 @@ public:
     using Visit = std::function<void(const LightElement& element, const LightElement& top)>;
     void visitNamed(const std::vector<std::string_view>& names, const Visit& visit) const;
 
-    // For those who read and write documents.
+    // For readers and writers of documents.
     const LightNodes& nodes() const { return *m_nodes; }
 
 private:
