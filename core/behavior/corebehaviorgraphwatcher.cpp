@@ -19,7 +19,6 @@ namespace {
 using namespace Data::Content;
 using Orv::Core::ManipulatorContext;
 using Orv::Data::BaseObject;
-using Orv::Data::ChangeType;
 using Orv::Data::DataMessage;
 
 } // namespace

@@ -26,7 +26,6 @@ namespace FunctionType = Data::Desc::FunctionType;
 namespace ValueType = Data::Desc::ValueType;
 using Data::Desc::FunctionsEnum;
 using Orv::Core::ManipulatorContext;
-using Orv::Data::ChangeType;
 using DescFunction = Data::Desc::Function;
 
 namespace {

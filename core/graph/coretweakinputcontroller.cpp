@@ -16,7 +16,6 @@ namespace Ksx::Core {
 namespace {
 
 using namespace Data::Content;
-using Orv::Core::ManipulatorAttribute;
 using Orv::Core::ManipulatorStruct;
 using Orv::Data::BaseObject;
 using Orv::Data::DataPointerBoxMasterKey;

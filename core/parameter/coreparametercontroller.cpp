@@ -14,8 +14,6 @@ namespace Ksx::Core {
 
 namespace {
 
-using Orv::Data::ChangeType;
-
 using ParametersListener = Orv::Core::ListenerSimple<Stage::Display, ListChanges>;
 
 } // namespace
