@@ -1,5 +1,6 @@
 #include "data/containerlist.h"
 
+#include "data/objectmemory.h"
 #include "data/row.h"
 #include <QtGlobal>
 #include <algorithm>
@@ -8,19 +9,58 @@
 #include <limits>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace Orv::Data {
 
 namespace {
 // Items between a place and the nearer end of its array, from which on a row of blocks costs less.
 constexpr std::size_t Far = 1024;
+
+// Most lists have an item or two, and their blocks come from where the objects come from.
+constexpr std::size_t SmallBlock = 128; // bytes
+
+void* allocateBlock(std::size_t size)
+{
+    if (size <= SmallBlock)
+        return ObjectMemory::take(size);
+    if (void* block = std::malloc(size))
+        return block;
+    throw std::bad_alloc();
+}
+
+void freeBlock(void* block, std::size_t size) noexcept
+{
+    if (size <= SmallBlock)
+        ObjectMemory::giveBack(block, size);
+    else
+        std::free(block);
+}
+
+// Returns a longer block that begins as the former one, which is gone. Null is one of no size.
+void* growBlock(void* former, std::size_t formerSize, std::size_t size)
+{
+    if (formerSize > SmallBlock) {
+        if (void* block = std::realloc(former, size))
+            return block;
+        throw std::bad_alloc();
+    }
+    void* const block = allocateBlock(size);
+    if (former != nullptr) {
+        std::memcpy(block, former, formerSize);
+        ObjectMemory::giveBack(former, formerSize);
+    }
+    return block;
+}
+
 } // namespace
 
 PointerArray::~PointerArray()
 {
     if (m_block != nullptr && m_block->isRow != 0)
         delete &row();
-    std::free(m_block);
+    if (m_block != nullptr)
+        freeBlock(m_block, sizeOf(m_block->capacity));
 }
 
 BaseObject* PointerArray::inRow(std::size_t index) const
@@ -42,13 +82,11 @@ void PointerArray::becomeRow()
     auto made = std::make_unique<Row<BaseObject*>>();
     for (std::size_t i = 0; i < size(); ++i)
         made->pushBack(items()[i]);
-    m_block->begin = 0;
-    m_block->isRow = 1;
-    *reinterpret_cast<Row<BaseObject*>**>(m_block + 1) = made.release();
-    // A block that cannot shrink stays as it is.
-    if (void* block = std::realloc(m_block, sizeof(Block) + sizeof(BaseObject*)))
-        m_block = static_cast<Block*>(block);
-    m_block->capacity = 1;
+    auto* const block = static_cast<Block*>(allocateBlock(sizeOf(1)));
+    *block = {m_block->size, 1, 0, 1};
+    *reinterpret_cast<Row<BaseObject*>**>(block + 1) = made.release();
+    freeBlock(m_block, sizeOf(m_block->capacity));
+    m_block = block;
 }
 
 BaseObject* const* PointerArray::flatten()
@@ -58,7 +96,7 @@ BaseObject* const* PointerArray::flatten()
     if (m_block->isRow != 0) {
         const std::unique_ptr<Row<BaseObject*>> former(&row());
         const std::vector<BaseObject*> pointers = former->takeAll();
-        std::free(std::exchange(m_block, nullptr));
+        freeBlock(std::exchange(m_block, nullptr), sizeOf(1));
         insert(0, pointers.data(), pointers.size());
     }
     return items();
@@ -85,17 +123,11 @@ void PointerArray::reserve(std::size_t capacity)
     const std::size_t limit = std::numeric_limits<std::uint32_t>::max();
     const std::size_t grown =
         std::min(limit, std::max(capacity, old + old / 2 + (old > 0 ? 2 : 0)));
-    void* block = std::realloc(m_block, sizeof(Block) + grown * sizeof(BaseObject*));
-    if (block == nullptr)
-        throw std::bad_alloc();
     const bool isNew = m_block == nullptr;
-    m_block = static_cast<Block*>(block);
+    m_block = static_cast<Block*>(growBlock(m_block, isNew ? 0 : sizeOf(old), sizeOf(grown)));
+    if (isNew)
+        *m_block = {};
     m_block->capacity = static_cast<std::uint32_t>(grown);
-    if (isNew) {
-        m_block->size = 0;
-        m_block->begin = 0;
-        m_block->isRow = 0;
-    }
 }
 
 void PointerArray::insert(std::size_t index, BaseObject* const* pointers, std::size_t count)
@@ -144,10 +176,10 @@ void PointerArray::erase(std::size_t index, std::size_t count)
     }
     m_block->size -= static_cast<std::uint32_t>(count);
     if (m_block->size == 0) {
+        const std::size_t size = sizeOf(m_block->capacity);
         if (m_block->isRow != 0)
             delete &row();
-        std::free(m_block);
-        m_block = nullptr;
+        freeBlock(std::exchange(m_block, nullptr), size);
     }
 }
 

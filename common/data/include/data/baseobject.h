@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/genericiterator.h"
+#include "data/objectmemory.h"
 #include "data/objectmeta.h"
 #include "data/securedobject.h"
 #include <memory>
@@ -42,6 +43,14 @@ public:
         if (hasShadow())
             deleteShadow();
     }
+
+    static void* operator new(std::size_t size) { return ObjectMemory::take(size); }
+    static void* operator new(std::size_t, void* place) { return place; }
+    static void operator delete(void* memory, std::size_t size) noexcept
+    {
+        ObjectMemory::giveBack(memory, size);
+    }
+    static void operator delete(void*, void*) noexcept {}
 
     // The container that holds this object; null at a root and for an object taken out.
     const BaseObject* getParent() const { return m_parent; }

@@ -56,6 +56,11 @@ private:
         std::uint32_t begin; // places in front of the first item
         std::uint32_t isRow;
     };
+    // In bytes, of a block with its places.
+    static std::size_t sizeOf(std::size_t capacity)
+    {
+        return sizeof(Block) + capacity * sizeof(BaseObject*);
+    }
     BaseObject** items() const
     {
         return reinterpret_cast<BaseObject**>(m_block + 1) + m_block->begin;
