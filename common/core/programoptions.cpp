@@ -3,7 +3,6 @@
 #include "core/fileplace.h"
 #include "data/filename.h"
 #include "optionstext.h"
-#include <QtGlobal>
 #include <boost/program_options.hpp>
 #include <algorithm>
 #include <exception>
@@ -121,7 +120,6 @@ bool ProgramOptions::parse(const std::vector<std::string>& arguments, ParsedOpti
 
 int ProgramOptions::run(int argc, const char* const* argv)
 {
-    Q_ASSERT(!m_commands.empty());
     const std::vector<std::string> tokens(argv + std::min(argc, 1), argv + argc);
     po::parsed_options parsedOptions(nullptr);
     po::variables_map variables;
