@@ -30,7 +30,7 @@ OrderedTasks::~OrderedTasks()
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_isClosing = true;
     }
-    m_changed.notify_all();
+    m_isThereWork.notify_all();
     for (std::thread& thread : m_threads)
         thread.join();
 }
@@ -43,15 +43,15 @@ void OrderedTasks::add(Task task)
     }
     if (m_threads.empty() && m_unfinished.size() > 1 && m_workers > 1)
         start();
-    m_changed.notify_all();
+    m_isThereWork.notify_one();
 }
 
-// Fewer threads do the same work later, and none leave it to finish().
+// One worker is the owner's thread. Fewer threads do the same work later.
 void OrderedTasks::start()
 {
-    m_threads.reserve(m_workers);
+    m_threads.reserve(m_workers - 1);
     try {
-        while (m_threads.size() < m_workers)
+        while (m_threads.size() < m_workers - 1)
             m_threads.emplace_back(&OrderedTasks::work, this);
     } catch (const std::system_error&) {
     }
@@ -62,13 +62,12 @@ void OrderedTasks::finish()
     std::unique_lock<std::mutex> lock(m_mutex);
     Q_ASSERT(!m_unfinished.empty());
     Job& job = m_unfinished.front();
-    if (m_threads.empty()) {
-        ++m_begun;
-        lock.unlock();
-        run(job);
-        lock.lock();
+    while (!job.hasEnded) {
+        if (m_begun < m_unfinished.size())
+            runNext(lock);
+        else
+            waitForEnds(lock);
     }
-    m_changed.wait(lock, [&job] { return job.hasEnded; });
     const std::exception_ptr failure = std::exchange(job.failure, nullptr);
     m_unfinished.pop_front();
     --m_begun;
@@ -81,19 +80,19 @@ void OrderedTasks::work()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
-        m_changed.wait(lock, [this] { return m_isClosing || m_begun < m_unfinished.size(); });
+        m_isThereWork.wait(lock, [this] { return m_isClosing || m_begun < m_unfinished.size(); });
         if (m_isClosing)
             return;
-        Job& job = m_unfinished[m_begun];
-        ++m_begun;
-        lock.unlock();
-        run(job);
-        lock.lock();
+        runNext(lock);
     }
 }
 
-void OrderedTasks::run(Job& job)
+// Runs the first task that has not begun. There must be one.
+void OrderedTasks::runNext(std::unique_lock<std::mutex>& lock)
 {
+    Job& job = m_unfinished[m_begun];
+    ++m_begun;
+    lock.unlock();
     const Job* const outer = std::exchange(s_current, &job);
     std::exception_ptr failure;
     try {
@@ -103,10 +102,19 @@ void OrderedTasks::run(Job& job)
         failure = std::current_exception();
     }
     s_current = outer;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    lock.lock();
     job.failure = failure;
     job.hasEnded = true;
-    m_changed.notify_all();
+    if (m_waiting > 0)
+        m_hasTaskEnded.notify_all();
+}
+
+// Waits until a task ends.
+void OrderedTasks::waitForEnds(std::unique_lock<std::mutex>& lock)
+{
+    ++m_waiting;
+    m_hasTaskEnded.wait(lock);
+    --m_waiting;
 }
 
 void OrderedTasks::awaitTurn()
@@ -118,11 +126,12 @@ void OrderedTasks::awaitTurn()
 void OrderedTasks::waitForTurn(const Job& job)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this, &job] {
-        const auto first = std::find_if(m_unfinished.begin(), m_unfinished.end(),
-                                        [](const Job& other) { return !other.hasEnded; });
-        return &*first == &job;
-    });
+    const auto firstAtWork = [this] {
+        return &*std::find_if(m_unfinished.begin(), m_unfinished.end(),
+                              [](const Job& other) { return !other.hasEnded; });
+    };
+    while (firstAtWork() != &job)
+        waitForEnds(lock);
 }
 
 } // namespace Orv::Core

@@ -16,7 +16,8 @@ namespace Orv::Core {
 unsigned availableCores();
 
 // Begins tasks in the order in which they were added, as many at a time as there are workers.
-// Belongs to the thread that made it, which adds tasks and waits for them.
+// Belongs to the thread that made it, which adds tasks and waits for them. While that thread waits in
+// finish(), it is one of the workers.
 //
 // As long as there is no more than one unfinished task, no thread is started: finish() runs the
 // task itself. The same holds with fewer than two workers.
@@ -55,7 +56,8 @@ private:
 
     void start();
     void work();
-    void run(Job& job);
+    void runNext(std::unique_lock<std::mutex>& lock);
+    void waitForEnds(std::unique_lock<std::mutex>& lock);
     void waitForTurn(const Job& job);
 
     static thread_local const Job* s_current; // of this thread; null if it runs none
@@ -63,7 +65,9 @@ private:
     const std::size_t m_workers;
     std::vector<std::thread> m_threads;
     std::mutex m_mutex; // guards all below
-    std::condition_variable m_changed;
+    std::condition_variable m_isThereWork;
+    std::condition_variable m_hasTaskEnded;
+    std::size_t m_waiting = 0;    // threads, for the end of a task
     std::deque<Job> m_unfinished; // a job does not move while others come and go at the ends
     std::size_t m_begun = 0;      // of the unfinished ones
     bool m_isClosing = false;
