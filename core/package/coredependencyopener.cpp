@@ -10,7 +10,6 @@
 #include <QSet>
 #include <QUrl>
 #include <boost/functional/hash.hpp>
-#include <algorithm>
 #include <deque>
 #include <iterator>
 #include <memory>
@@ -53,12 +52,11 @@ void makeCanonical(QString& filename)
         filename = canonical;
 }
 
-// Finds the package of an entry among those that are open, and the name of its file in any case.
+// Finds the package of an entry among those that are open. The name of its file is canonical.
 bool findPackage(PackagesListManager::DependencyEntry& entry, const LoadedEntries& loaded)
 {
     if (entry.package)
         return true;
-    makeCanonical(entry.filename);
     const auto* const other = loaded.findByFile(entry.filename);
     if (other != nullptr)
         entry.package = other->package;
@@ -179,7 +177,10 @@ bool DependencyOpener::visit(Opening& opening) const
     readAhead(opening);
     Entry entry = std::move(opening.pending.front());
     opening.pending.pop_front();
-    opening.aheadCount -= std::min<std::size_t>(opening.aheadCount, 1);
+    if (opening.aheadCount > 0) // readAhead() has made the name canonical
+        --opening.aheadCount;
+    else if (!entry.package)
+        makeCanonical(entry.filename);
     const bool isDependency = opening.visitedCount++ >= opening.fileCount;
     if (!findPackage(entry, opening.loaded)) {
         std::unique_ptr<Package> package;
@@ -202,6 +203,8 @@ bool DependencyOpener::visit(Opening& opening) const
 bool DependencyOpener::openEntry(Entry& entry, const LoadedEntries& loaded,
                                  MessageNode* report) const
 {
+    if (!entry.package)
+        makeCanonical(entry.filename);
     if (findPackage(entry, loaded))
         return true;
     auto package = read(entry.filename, report);

@@ -13,7 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t JobsPerWorker = 2; // so that each has its next one while another waits
+constexpr unsigned ThreadsPerWorker =
+    2; // a thread that writes waits for the disk for half its time
+constexpr std::size_t JobsPerWorker = 8; // so that a long one does not keep the others waiting
 
 // Returns true for what may be the file of other paths as well: a file of several names, a device or
 // a pipe, and a place that cannot be found.
@@ -33,7 +35,8 @@ bool isSharedPlace(const QString& place)
 } // namespace
 
 PackageSaver::PackageSaver(const QDir& presetsDir, unsigned workers)
-    : m_presetsDir(presetsDir), m_workers(workers), m_tasks(workers)
+    : m_presetsDir(presetsDir), m_workers(workers),
+      m_tasks(workers > 1 ? ThreadsPerWorker * workers : workers)
 {}
 
 void PackageSaver::add(const Data::Content::Package& package, const QString& path)
@@ -65,7 +68,7 @@ void PackageSaver::begin()
         stampPackage(job.package, job.path);
         m_tasks.add([this, &job] {
             job.result.isSaved =
-                writePackage(job.package, job.path, m_presetsDir, &job.result.keptCopy);
+                writePackage(job.package, job.place, m_presetsDir, &job.result.keptCopy);
         });
     }
 }

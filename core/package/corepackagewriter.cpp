@@ -120,10 +120,9 @@ void stampPackage(const Package& package, const QString& path)
     });
 }
 
-bool writePackage(const Package& package, const QString& path, const QDir& presetsDir,
+bool writePackage(const Package& package, const QString& file, const QDir& presetsDir,
                   QString* keptCopy)
 {
-    const QString file = Orv::Core::realPath(path);
     Orv::Core::FileSaver saver(file);
     const bool isSaved = saver.open(QIODevice::WriteOnly) &&
                          writeDocument(saver, package, file, presetsDir) && saver.commit();
@@ -136,7 +135,7 @@ bool savePackage(const Package& package, const QString& path, const QDir& preset
                  QString* keptCopy)
 {
     stampPackage(package, path);
-    return writePackage(package, path, presetsDir, keptCopy);
+    return writePackage(package, Orv::Core::realPath(path), presetsDir, keptCopy);
 }
 
 } // namespace Ksx::Core

@@ -13,8 +13,9 @@ namespace Ksx::Core {
 // Writes the newest versions into the package: 0.0.0.0 if no importer takes a file of that name.
 void stampPackage(const Data::Content::Package& package, const QString& path);
 
-// Writes a stamped package as savePackage() does. Only reads the package.
-bool writePackage(const Data::Content::Package& package, const QString& path,
+// Writes a stamped package as savePackage() does, to a file as Orv::Core::realPath() returns it. Only
+// reads the package.
+bool writePackage(const Data::Content::Package& package, const QString& file,
                   const QDir& presetsDir, QString* keptCopy);
 
 } // namespace Ksx::Core
