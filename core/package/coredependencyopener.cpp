@@ -108,9 +108,10 @@ struct DependencyOpener::Opening
     // A package depends on the same files whoever asks, unless it is known by another file name.
     QSet<QPair<const Package*, QString>> followed = {};
 
-    std::size_t aheadCount = 0;          // of the pending entries that readAhead() has looked at
-    QSet<QString> expected = {};         // all files that were or are read ahead
-    std::deque<ReadAhead> readings = {}; // a reading does not move while others come and go
+    std::size_t aheadCount = 0; // of the pending entries that readAhead() has looked at
+    std::list<Entry>::iterator lastAhead = {}; // of these, if there is one
+    QSet<QString> expected = {};               // all files that were or are read ahead
+    std::deque<ReadAhead> readings = {};       // a reading does not move while others come and go
     // One for each reading, and destroyed before them.
     Orv::Core::OrderedTasks tasks{workers};
 };
@@ -152,9 +153,10 @@ bool DependencyOpener::open(const QStringList& paths, MessageNode* report)
 void DependencyOpener::readAhead(Opening& opening) const
 {
     const std::size_t most = m_workers < 2 ? 0 : ReadingsPerWorker * m_workers;
-    auto next = std::next(opening.pending.begin(), static_cast<std::ptrdiff_t>(opening.aheadCount));
+    auto next = opening.aheadCount == 0 ? opening.pending.begin() : std::next(opening.lastAhead);
     for (; opening.readings.size() < most && next != opening.pending.end(); ++next) {
         ++opening.aheadCount;
+        opening.lastAhead = next;
         if (next->package)
             continue;
         makeCanonical(next->filename);
