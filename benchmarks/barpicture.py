@@ -9,8 +9,8 @@ import html
 import json
 import sys
 
-WIDTH, ROW, TOP = 900, 30, 44   # of the picture, a figure, the head
-NAMES, SCALE = 430, 300         # width of the names, length that stands for a bar
+WIDTH, ROW, TOP = 1090, 30, 44  # of the picture, a figure, the head
+NAMES, SCALE = 560, 300         # width of the names, length that is a bar
 LONGEST = 1.35                  # bars beyond are cut here
 
 STYLE = """
