@@ -3,8 +3,8 @@
 
 #include "data/containerlist.h"
 #include "data/row.h"
-#include "ksx/core/connectioncontroller.h"
 #include "editing/listmirror.h"
+#include "ksx/core/connectioncontroller.h"
 #include <memory>
 
 namespace Ksx::Core {
