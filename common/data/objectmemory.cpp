@@ -140,13 +140,22 @@ void announceLeaving()
 void announceLeaving() {}
 #endif
 
+// There is something free.
+void* takeFree(Supply& supply)
+{
+    Free* const taken = supply.first;
+    supply.first = taken->next;
+    return taken;
+}
+
+// For a supply in which nothing is free.
 void* takeFromBlock(Supply& supply, std::size_t index)
 {
     const std::size_t size = index * Step;
     if (supply.restSize < size) {
         announceLeaving();
         if (stock().inherit(index, supply) && supply.first != nullptr)
-            return nullptr;
+            return takeFree(supply);
         if (supply.restSize < size) {
             supply.rest = static_cast<char*>(stock().block());
             supply.restSize = BlockSize;
@@ -166,12 +175,7 @@ void* ObjectMemory::take(std::size_t size)
         return ::operator new(size);
     const std::size_t index = (size + Step - 1) / Step;
     Supply& supply = supplies[index];
-    if (supply.first == nullptr)
-        if (void* const taken = takeFromBlock(supply, index))
-            return taken;
-    Free* const taken = supply.first;
-    supply.first = taken->next;
-    return taken;
+    return supply.first != nullptr ? takeFree(supply) : takeFromBlock(supply, index);
 }
 
 void ObjectMemory::giveBack(void* memory, std::size_t size) noexcept

@@ -357,9 +357,9 @@ std::string firstDifferenceOfLanes(unsigned seed, long count)
     for (long i = 0; i < count; ++i) {
         const std::string mutant =
             mutator.mutant(documents[static_cast<std::size_t>(i) % documents.size()]);
-        const std::string difference = differenceOfLanes(mutant) +
-                                       differenceOfLightDocuments(mutant) +
-                                       differenceOfUpdates(mutant);
+        std::string difference = differenceOfLanes(mutant);
+        difference += differenceOfLightDocuments(mutant);
+        difference += differenceOfUpdates(mutant);
         if (!difference.empty())
             return "mutant " + std::to_string(i) + ": " + difference + "\nof\n" + mutant;
     }

@@ -44,6 +44,8 @@ public:
             deleteShadow();
     }
 
+    // Only the form of delete that says the size is of use, and the other one would be preferred.
+    // NOLINTNEXTLINE(misc-new-delete-overloads)
     static void* operator new(std::size_t size) { return ObjectMemory::take(size); }
     static void* operator new(std::size_t, void* place) { return place; }
     static void operator delete(void* memory, std::size_t size) noexcept
