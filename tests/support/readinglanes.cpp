@@ -223,6 +223,11 @@ const std::vector<std::string> Insertions = {"<!-- c -->",
                                              "&amp;",
                                              "\n  "};
 
+std::string reportOf(long number, const std::string& difference, const std::string& mutant)
+{
+    return "mutant " + std::to_string(number) + ": " + difference + "\nof\n" + mutant;
+}
+
 } // namespace
 
 std::string differenceOfLanes(const std::string& document)
@@ -361,7 +366,7 @@ std::string firstDifferenceOfLanes(unsigned seed, long count)
         difference += differenceOfLightDocuments(mutant);
         difference += differenceOfUpdates(mutant);
         if (!difference.empty())
-            return "mutant " + std::to_string(i) + ": " + difference + "\nof\n" + mutant;
+            return reportOf(i, difference, mutant);
     }
     return {};
 }
