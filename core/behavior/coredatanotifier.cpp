@@ -30,26 +30,18 @@ const T* as(const BaseObject* object)
     return isOfClass ? static_cast<const T*>(object) : nullptr;
 }
 
-// The classes of the objects that the walk below meets, wherever they stand in a package.
+// The classes of the objects that the walk below meets, wherever they stand in a package, beside the
+// implementations of nodes.
 const Orv::Data::ObjectMeta* const VisitedTypes[] = {
-    &Package::MetaTag::record,
-    &Group::MetaTag::record,
-    &Graph::MetaTag::record,
-    &Function::MetaTag::record,
-    &Resource::MetaTag::record,
-    &CompFilter::MetaTag::record,
-    &CompInstance::MetaTag::record,
-    &CompInputBridge::MetaTag::record,
-    &CompOutputBridge::MetaTag::record,
-    &CompExternal::MetaTag::record,
-    &CompExternalLink::MetaTag::record,
-    &ParamNode::MetaTag::record,
+    &Package::MetaTag::record,  &Group::MetaTag::record,    &Graph::MetaTag::record,
+    &Function::MetaTag::record, &Resource::MetaTag::record, &ParamNode::MetaTag::record,
 };
 
 bool isVisited(const Orv::Data::ObjectMeta* type)
 {
-    return std::find(std::begin(VisitedTypes), std::end(VisitedTypes), type) !=
-           std::end(VisitedTypes);
+    return kindOf(*type) != NodeKind::None ||
+           std::find(std::begin(VisitedTypes), std::end(VisitedTypes), type) !=
+               std::end(VisitedTypes);
 }
 
 } // namespace

@@ -32,15 +32,18 @@ constexpr ResourceParameter ResourceParameters[] = {
 
 } // namespace
 
+NodeKind kindOf(const Orv::Data::ObjectMeta& implementation)
+{
+    std::size_t kind = std::size(Declarations) - 1;
+    while (kind != 0 && Declarations[kind] != &implementation)
+        --kind;
+    return static_cast<NodeKind>(kind);
+}
+
 NodeKind kindOf(const CompNode& node)
 {
     const Orv::Data::BaseObject* const implementation = node.compImplementation().get();
-    if (implementation == nullptr)
-        return NodeKind::None;
-    std::size_t kind = std::size(Declarations) - 1;
-    while (kind != 0 && Declarations[kind] != &implementation->getMeta())
-        --kind;
-    return static_cast<NodeKind>(kind);
+    return implementation == nullptr ? NodeKind::None : kindOf(implementation->getMeta());
 }
 
 const DynamicValue* computedValueOf(const ParamValue& value)

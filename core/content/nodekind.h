@@ -26,6 +26,8 @@ enum class NodeKind
     ExternalLink,
 };
 
+// Returns the kind of nodes whose implementation has that class. Returns None for other classes.
+NodeKind kindOf(const Orv::Data::ObjectMeta& implementation);
 // Returns the kind of a node by the class of its implementation.
 NodeKind kindOf(const Data::Content::CompNode& node);
 
