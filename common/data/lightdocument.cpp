@@ -36,7 +36,10 @@ std::string_view LightElement::name() const
 
 void LightElement::rename(std::string_view name)
 {
-    (*m_nodes)[m_node].setName(m_nodes->names().idOf(name));
+    LightNode& node = (*m_nodes)[m_node];
+    m_nodes->setChanged(node.name);
+    node.setName(m_nodes->names().idOf(name));
+    m_nodes->setChanged(node.name);
 }
 
 QString LightElement::value() const
@@ -91,6 +94,7 @@ void LightElement::insertBehind(const LightElement& anchor, const LightElement& 
 void LightElement::takeElements(const LightElement& source, const LightElement& exception)
 {
     LightNodes& nodes = *m_nodes;
+    nodes.setMoved();
     LightNodes::Node last = lastOf(nodes, m_node);
     LightNodes::Node left = 0; // the last node that stays in the source
     LightNodes::Node next = 0;
@@ -109,8 +113,13 @@ void LightElement::takeElements(const LightElement& source, const LightElement& 
 
 void LightElement::remove()
 {
-    if (!isNull())
-        (*m_nodes)[m_node].isRemoved = 1;
+    if (isNull())
+        return;
+    LightNode& node = (*m_nodes)[m_node];
+    node.isRemoved = 1;
+    m_nodes->setChanged(node.name);
+    if (m_nodes->first(m_node) != 0)
+        m_nodes->setMoved();
 }
 
 LightDocument::LightDocument() : LightDocument(std::make_unique<LightNodes>()) {}
@@ -130,7 +139,9 @@ LightElement LightDocument::root() const
 
 LightElement LightDocument::makeElement(std::string_view name)
 {
-    return {*m_nodes, m_nodes->addElement(name)};
+    const LightNodes::Node node = m_nodes->addElement(name);
+    m_nodes->setChanged((*m_nodes)[node].name);
+    return {*m_nodes, node};
 }
 
 LightElement LightDocument::makeLeaf(std::string_view name, const QString& value)
@@ -138,6 +149,11 @@ LightElement LightDocument::makeLeaf(std::string_view name, const QString& value
     LightElement leaf = makeElement(name);
     leaf.setValue(value);
     return leaf;
+}
+
+bool LightDocument::areAsRead(std::string_view name) const
+{
+    return m_nodes->areAsRead(m_nodes->names().find(name));
 }
 
 void LightDocument::visitNamed(const std::vector<std::string_view>& names, const Visit& visit) const

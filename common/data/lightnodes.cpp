@@ -133,4 +133,11 @@ const std::vector<LightNodes::Attribute>* LightNodes::attributesOf(Node element)
     return found == m_attributes.end() ? nullptr : &found->second;
 }
 
+void LightNodes::setChanged(std::uint32_t name)
+{
+    if (name >= m_isChanged.size())
+        m_isChanged.resize(name + 1);
+    m_isChanged[name] = true;
+}
+
 } // namespace Orv::Data

@@ -163,6 +163,16 @@ public:
     // Says that a text or the like is in the root.
     void setNotPlain() { m_isPlain = false; }
 
+    // Returns true if the elements of that name are those that were read, in their places.
+    bool areAsRead(std::uint32_t name) const
+    {
+        return !m_haveMoved && (name >= m_isChanged.size() || !m_isChanged[name]);
+    }
+    // Says that elements of that name have come or gone.
+    void setChanged(std::uint32_t name);
+    // Says that elements of any name may have gone or be elsewhere.
+    void setMoved() { m_haveMoved = true; }
+
 private:
     static constexpr Node MaximumNode = 0x7FFFFFFF;
     static constexpr Node BlockSize = Node{1} << 16;
@@ -178,6 +188,8 @@ private:
     char16_t* m_room = nullptr; // in the last block of texts
     qsizetype m_roomSize = 0;
     std::unordered_map<Node, std::vector<Attribute>> m_attributes;
+    std::vector<bool> m_isChanged; // by the number of the name, as far as one is changed
+    bool m_haveMoved = false;
     bool m_isPlain = true;
 };
 

@@ -63,6 +63,11 @@ ElementIndex::ElementIndex(const LightDocument& document)
     });
 }
 
+bool ElementIndex::knows(const LightDocument& document, std::string_view name) const
+{
+    return m_entries.count(name) != 0 && document.areAsRead(name);
+}
+
 LightElements ElementIndex::below(std::string_view topName, std::string_view name) const
 {
     LightElements found;
@@ -92,7 +97,7 @@ LightElements elementsAt(const LightDocument& document, std::string_view path,
 
     LightElements found{root};
     const bool isIndexed = index != nullptr && parts.size() >= part + 3 && parts[part] != "*" &&
-                           parts[part + 1] == "*" && index->knows(parts[part + 2]);
+                           parts[part + 1] == "*" && index->knows(document, parts[part + 2]);
     if (isIndexed) {
         found = index->below(parts[part], parts[part + 2]);
         part += 3;

@@ -12,8 +12,8 @@ namespace Ksx::Core {
 using Orv::Data::LightElements;
 
 // Where the elements of certain names are, noted when their document has been read: the steps of an
-// update search the same large document many times. A step that makes, renames or moves elements of
-// these names ends the use of the index.
+// update search the same large document many times. A name is known as long as no step makes, renames,
+// removes or moves elements of it.
 class ElementIndex
 {
 public:
@@ -21,7 +21,8 @@ public:
     // Of the names that the steps search at any depth.
     explicit ElementIndex(const Orv::Data::LightDocument& document);
 
-    bool knows(std::string_view name) const { return m_entries.count(name) != 0; }
+    // `document` is the one that the index was made of.
+    bool knows(const Orv::Data::LightDocument& document, std::string_view name) const;
     // The elements of a known name below the children of the document element that are named
     // `topName`, in document order.
     LightElements below(std::string_view topName, std::string_view name) const;

@@ -116,8 +116,67 @@ TEST(ElementIndex, LeadsToTheSameElements)
 
 TEST(ElementIndex, KnowsTheNamesThatStepsSearch)
 {
-    const ElementIndex index(documentOf("<package/>"));
-    EXPECT_TRUE(index.knows("paraminput"));
-    EXPECT_FALSE(index.knows("package"));
+    const LightDocument document = documentOf("<package/>");
+    const ElementIndex index(document);
+    EXPECT_TRUE(index.knows(document, "paraminput"));
+    EXPECT_FALSE(index.knows(document, "package"));
     EXPECT_TRUE(index.below("content", "paraminput").empty());
 }
+
+TEST(ElementIndex, KnowsANameWhileElementsOfOtherNamesComeAndGo)
+{
+    LightDocument document = documentOf("<p><c><graph v='1'><desc v='2'/></graph></c></p>");
+    const ElementIndex index(document);
+    LightElement graph = document.root().firstChild().firstChild();
+    graph.firstChild().remove();
+    graph.append(document.makeElement("attributes"));
+    EXPECT_TRUE(index.knows(document, "graph"));
+}
+
+namespace {
+
+struct Change
+{
+    const char* name;
+    void (*make)(LightDocument& document, LightElement content, LightElement graph);
+};
+
+std::ostream& operator<<(std::ostream& stream, const Change& change)
+{
+    return stream << change.name;
+}
+
+class IndexOfChangedDocument : public testing::TestWithParam<Change>
+{};
+
+} // namespace
+
+TEST_P(IndexOfChangedDocument, IsNotUsed)
+{
+    LightDocument document =
+        documentOf("<p><c><x v='0'/><graph v='1'><desc><graph v='2'/></desc></graph>"
+                   "<graph v='3'/><other/></c></p>");
+    const ElementIndex index(document);
+    const LightElement content = document.root().firstChild();
+    GetParam().make(document, content, content.firstChild("graph"));
+    EXPECT_FALSE(index.knows(document, "graph"));
+    EXPECT_EQ(valuesOf(Ksx::Core::elementsAt(document, "/p/c/*/graph", &index)),
+              valuesOf(Ksx::Core::elementsAt(document, "/p/c/*/graph")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Changes, IndexOfChangedDocument,
+    testing::Values(
+        Change{"renamedAway",
+               [](LightDocument&, LightElement, LightElement graph) { graph.rename("chart"); }},
+        Change{"renamedInto", [](LightDocument&, LightElement content,
+                                 LightElement) { content.firstChild("x").rename("graph"); }},
+        Change{"made", [](LightDocument& document, LightElement content,
+                          LightElement) { content.append(document.makeLeaf("graph", "9")); }},
+        Change{"removed", [](LightDocument&, LightElement, LightElement graph) { graph.remove(); }},
+        Change{"removedWithTheOneAbove", [](LightDocument&, LightElement,
+                                            LightElement graph) { graph.firstChild().remove(); }},
+        Change{"moved", [](LightDocument&, LightElement content, LightElement) {
+                   LightElement other = content.firstChild("other");
+                   other.takeElements(content, other);
+               }}));

@@ -83,6 +83,10 @@ public:
     LightElement makeElement(std::string_view name);
     LightElement makeLeaf(std::string_view name, const QString& value);
 
+    // Returns true if the elements of that name are those that were read, each in its place. May
+    // return false for that as well, once elements have been moved or removed.
+    bool areAsRead(std::string_view name) const;
+
     // Calls `visit` for each element of these names, in document order, with the child of the root
     // that it is below. Children of the root and the root are left out. For a document as it has
     // been read: new elements come last and removed ones as well.
