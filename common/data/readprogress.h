@@ -1,4 +1,4 @@
-// How far a document has been read, told about twenty times.
+// Reports about twenty times how far a document has been read.
 #pragma once
 
 #include "data/xmldatareader.h"

@@ -1,4 +1,4 @@
-// A node that stands for an input of its graph.
+// A node that represents an input of its graph.
 #pragma once
 
 #include "data/content/parameter.h"

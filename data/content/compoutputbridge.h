@@ -1,4 +1,4 @@
-// A node that stands for an output of its graph.
+// A node that represents an output of its graph.
 #pragma once
 
 #include "data/content/types.h"

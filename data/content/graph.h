@@ -1,4 +1,4 @@
-// A graph of image nodes with inputs, outputs and what is rendered.
+// A graph of image nodes with inputs, outputs and the outputs to render.
 #pragma once
 
 #include "data/content/attributes.h"

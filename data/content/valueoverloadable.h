@@ -47,7 +47,7 @@ struct StructType
         Orv::Data::MetaBinder<Orv::Data::Attribute<Text>, configurationsMeta_> configurations;
     };
 
-    // One override. The text of `configurations` is carried as it stands.
+    // One override. The text of `configurations` is kept as it is.
     class ValueOverload final
         : public Orv::Data::MetaBinder<
               Orv::Data::ContainerStruct<ValueOverloadMembers, ContainerStructBase>,

@@ -46,7 +46,7 @@ constexpr unsigned String = ValueType::Text;
 constexpr unsigned AnyValue = ValueType::Bool | AnyNumber | ValueType::Text | ValueType::String;
 constexpr unsigned AnyOrNone = AnyValue | List; // a flow input: any value, or a node without one
 
-// True if a value of that one type may be fed to what takes `types`; NoOutput may only be fed to a
+// Returns true if a value of that one type may go to an input of `types`; NoOutput may only go to a
 // flow input.
 bool includes(unsigned types, unsigned type);
 } // namespace FunctionType
@@ -97,7 +97,7 @@ struct Function
     const FunctionInput* input(const std::string& name) const;
 
     // `fed` holds the type that each input gets, by its index: 0 where nothing is connected or where
-    // it ends before. It tells nothing of inputs that take lists.
+    // it ends before. It says nothing of inputs that take lists.
 
     // The types that one input takes beside the others. A generic input takes just the type that
     // another one gets, and any of `genericTypes` as long as none gets one of them.
@@ -110,7 +110,7 @@ struct Function
 
 // Of the nine getters of variables of one type (which the getter of a path is not).
 bool isTypedGetter(unsigned kind);
-// The constant that can stand for a typed getter, and the other way round.
+// The constant that can replace a typed getter, and the other way round.
 unsigned constantOfGetter(unsigned getterKind);
 unsigned getterOfConstant(unsigned constantKind);
 

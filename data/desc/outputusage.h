@@ -30,7 +30,7 @@ public:
     // In the order in which they are offered: the built-in ones first. Those that begin with "$"
     // are markers for the consumers and no usages.
     const std::vector<std::string>& usages() const { return m_entries; }
-    // Appends the word, also one that is there already, and tells entryAdded.
+    // Appends the word, also one that is there already, and emits entryAdded.
     void addEntry(const std::string& usage);
 
     // The groups of channels in which a usage may be taken.

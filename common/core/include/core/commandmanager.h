@@ -1,4 +1,4 @@
-// Runs commands, logs them and tells the world.
+// Runs commands, logs them and signals that they ran.
 #pragma once
 
 #include "core/icommandmanager.h"
@@ -13,7 +13,7 @@ namespace Orv::Core {
 
 class CommandQueue;
 
-// What the manager is doing, as told by activityChanged.
+// The activity of the manager, as activityChanged reports it.
 struct Activity
 {
     static constexpr std::uint32_t None = 0;
@@ -58,7 +58,7 @@ public:
     virtual std::uint32_t currentActivity() const;
 
     std::uint32_t mode() const { return m_mode; }
-    // Writes what happens to "commands.log" in the current directory. Off at first.
+    // Writes each command to "commands.log" in the current directory. Off at first.
     void setLogging(bool isOn) { m_logging = isOn; }
 
     bool event(QEvent* event) override;

@@ -1,4 +1,4 @@
-// The signals of the command manager; apart, since their header is dear.
+// The signals of the command manager, in a header of their own: it takes a second to compile.
 #pragma once
 
 #include <boost/signals2/signal.hpp>

@@ -21,9 +21,9 @@ public:
     ManipulatorContext& operator=(const ManipulatorContext&) = delete;
     ~ManipulatorContext() override;
 
-    // Has the edit been refused? Its end reverses what it did and delivers nothing.
+    // Returns true if the edit has been refused. Its end reverses it and delivers nothing.
     bool isRollback() const { return m_rollback; }
-    // An undo or a redo: what is settled once comes back, and listeners must not edit on top of it.
+    // Returns true for an undo or a redo: listeners must not edit on top of it.
     bool isReplay() const { return m_isReplay; }
     // Returns the number of changes that the history has to reverse so far.
     std::size_t historySize() const;

@@ -27,9 +27,9 @@ public:
     void clear();
     void pushBack(std::unique_ptr<Data::BaseObject> item);
     void erase(std::size_t index, std::size_t count);
-    // Erases an item. Does nothing, and returns false, for null and for what is none of the items.
+    // Erases an item. Does nothing, and returns false, for null and for an object of another list.
     bool erase(const Data::BaseObject* item);
-    // The item at `index` comes to stand at `index + offset`. Nothing at all when `offset` is 0.
+    // Moves the item at `index` to `index + offset`. Does nothing if `offset` is 0.
     void move(std::size_t index, std::ptrdiff_t offset);
     // Moves the item at `order[i]` to the place i, for each i. Nothing at all when it is there. Also
     // throws if the order does not name each place once.

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// Declared here, since the library's own header is dear; sources that read options include it.
+// Declared here, since the library's own header compiles slowly; sources that read options use it.
 namespace boost::program_options {
 class options_description;
 class positional_options_description;

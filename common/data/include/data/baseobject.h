@@ -22,7 +22,7 @@ enum class ObjectKind
     Union,
 };
 
-// The link by which a shadow hangs on its object. It always stands first among the object's boxes.
+// The link by which a shadow hangs on its object. It is always the first of the object's boxes.
 struct ShadowLink : BoxLink
 {
     ShadowObject* shadow = nullptr;
@@ -69,7 +69,7 @@ public:
     virtual std::unique_ptr<GenericIterator<BaseObject>> createIterator() = 0;
     virtual std::unique_ptr<GenericIteratorConst<BaseObject>> createConstIterator() const = 0;
 
-    // The declaration under which this very object stands in its structure or list.
+    // Returns the declaration of this very object in its structure or list.
     virtual const ObjectMeta& getMeta() const = 0;
     // Does the value differ from the declared default?
     virtual bool isModified() const = 0;
@@ -99,7 +99,7 @@ private:
 
 // The last object on the parent chain, `object` itself when it has no parent.
 const BaseObject& rootOf(const BaseObject& object);
-// Does the object stand in the live document set?
+// Returns true if the object is in the live document set.
 bool isAttached(const BaseObject& object);
 
 } // namespace Orv::Data

@@ -1,4 +1,4 @@
-// A stream reader that no document makes take more than its size can tell.
+// A stream reader whose time and memory are bounded by the size of the document.
 #pragma once
 
 #include "data/xmlsource.h"

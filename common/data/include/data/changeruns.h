@@ -13,7 +13,7 @@ enum class RunKind : std::uint8_t
     Erased = 1,    // in the old list only
     Inserted = 2,  // in the new list only
     Changed = 3,   // in both, and changed
-    MovedAway = 4, // in the old list here; its items stand at the partner in the new list
+    MovedAway = 4, // in the old list here; its items are at the partner in the new list
     MovedHere = 5, // in the new list here; its items stood at the partner in the old list
 };
 
@@ -41,13 +41,13 @@ public:
     const std::vector<ChangeRun>& runs() const;
     void clear();
 
-    // `count` new items now stand before what was at `index`.
+    // Records `count` new items before the one that was at `index`.
     void insertRun(std::size_t index, std::size_t count);
     // The `count` items from `index` on are gone. An item inserted by this script leaves no trace.
     void eraseRun(std::size_t index, std::size_t count);
-    // The item at `index` now stands at `index + offset`.
+    // Records that the item at `index` is now at `index + offset`.
     void moveRun(std::size_t index, std::ptrdiff_t offset);
-    // The `count` items from `index` on have changed. Inserted and moved runs stay what they are.
+    // The `count` items from `index` on have changed. Inserted and moved runs stay as they are.
     void changeRun(std::size_t index, std::size_t count);
 
     // Makes this script lead from its old list to the current list of `second`, whose old list is

@@ -8,7 +8,7 @@
 
 namespace Orv::Data {
 
-// A new object of the first of `Types` whose element name is `elementName`; null if none has it.
+// Returns a new object of the first of `Types` with that element name; null if none has it.
 template <class... Types>
 std::unique_ptr<BaseObject> createFirstMatch(std::string_view elementName)
 {

@@ -17,7 +17,7 @@ public:
     std::unique_ptr<GenericIterator<BaseObject>> createIterator() override;
     std::unique_ptr<GenericIteratorConst<BaseObject>> createConstIterator() const override;
 
-    // The children by position, in the order of writing; what all iterators rest on.
+    // The children by position, in the order of writing. All iterators use it.
     virtual std::size_t childCount() const = 0;
     // `index` is below childCount().
     virtual const BaseObject* childAt(std::size_t index) const = 0;

@@ -19,7 +19,7 @@ class Row;
 
 // A growing array of pointers behind one word: most lists of a document are empty or short. What is
 // inserted or erased moves the shorter side alone. An array that is edited far from both of its ends
-// becomes a row of blocks, and stays one. Owns its storage, not what the pointers lead to. Throws
+// becomes a row of blocks, and stays one. Owns its storage, not the objects. Throws
 // std::length_error beyond 2^32 - 1.
 class PointerArray
 {
@@ -101,7 +101,7 @@ public:
     void clear();
     void pushBack(std::unique_ptr<BaseObject> child);
 
-    // A new child of the class whose element name is `elementName`, without parent; null if the
+    // Returns a new child of the class with that element name, without parent; null if the
     // list has no such class.
     virtual std::unique_ptr<BaseObject> createChild(std::string_view elementName) const = 0;
 

@@ -1,4 +1,4 @@
-// What a listener is told: everything that happened to its object since the last time.
+// The news of a listener: everything that happened to its object since the last time.
 #pragma once
 
 #include "data/changeruns.h"
@@ -24,7 +24,7 @@ struct DataMessage
     DataPointerBox<BaseObject> object;              // where the listener is attached
     DataPointerBox<ManipulatorContextBase> context; // the context of the change: a listener may
                                                     // edit further through it
-    std::uint32_t type = 0;                         // ChangeType bits; Removed stands alone
+    std::uint32_t type = 0;                         // ChangeType bits; Removed comes alone
     ChangeRuns runs;                                // of a list or union, else empty
     // The items of a list that came, went or were moved, and all children in which something
     // changed: each once at least, so that an index can follow without a look at the others.

@@ -1,4 +1,4 @@
-// The floats in what users and descriptions write.
+// The floats in the texts of users and descriptions.
 #pragma once
 
 #include <QString>

@@ -55,10 +55,10 @@ protected:
     void dispatch();
     // Cuts the shadows of a subtree off, so that they are deleted at the end of the context.
     void takeOut(BaseObject& object);
-    // Drops what is pending and deletes the shadows that have lost their object. Notices of the
+    // Drops all pending notices and deletes the shadows that have lost their object. Notices of the
     // enclosing context that were set aside are pending again.
     void finish();
-    // Hands what is pending over to the enclosing context, which delivers it.
+    // Hands all pending notices over to the enclosing context, which delivers them.
     void join();
 
     // The open context of this thread, and the one within which this one was made; or null.
@@ -85,7 +85,7 @@ private:
     // object and its shadow may die before the end.
     std::vector<DataPointerBox<ShadowObject>> m_touched;
     std::vector<DataPointerBox<BaseObject>> m_inserted;
-    // By shadow, whose box tells whether it is still the same.
+    // By shadow; its box is empty if the shadow has gone.
     std::unordered_map<const ShadowObject*, std::unique_ptr<PendingState>> m_aside;
     ManipulatorContextBase* m_enclosing;     // the one that was open when this one was made
     std::set<const ListenerBase*> m_skipSet; // have been served at once in this pass

@@ -1,4 +1,4 @@
-// Gives a kind of object the declaration under which it stands.
+// Gives a kind of object its declaration.
 #pragma once
 
 #include "data/objectmeta.h"

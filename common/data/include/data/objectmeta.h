@@ -6,7 +6,7 @@
 
 namespace Orv::Data {
 
-// Whether an element must stand in a file, and what else its declaration says; combined with "|".
+// Whether an element must be in a file, and the other facts of its declaration; joined with "|".
 enum Need : unsigned
 {
     Required = 0,

@@ -66,8 +66,8 @@ private:
     friend class Data::BaseObject;
     void clearBoxes();
 
-    // Head of the list of boxes. The lowest bit tells that the first link is a ShadowLink: so an
-    // object finds its shadow without a word of its own for it. Such a link always stands first,
+    // Head of the list of boxes. The lowest bit is set if the first link is a ShadowLink: so an
+    // object finds its shadow without a word of its own for it. Such a link is always the first,
     // and whatever is linked later goes behind it.
     BoxLink* m_firstBox = nullptr;
 };

@@ -1,4 +1,4 @@
-// The listeners of one document object, and what they have not been told yet.
+// The listeners of one document object, and the news that they have not heard yet.
 #pragma once
 
 #include "data/baseobject.h"
@@ -26,7 +26,7 @@ struct ListenerEntry
     std::shared_ptr<DataMessage> ownMessage;
 };
 
-// What the listeners of one shadow have not been told yet, kept apart from the shadow.
+// The news that the listeners of one shadow have not heard yet, kept apart from the shadow.
 struct PendingState
 {
     DataPointerBox<ShadowObject> shadow;
@@ -51,7 +51,7 @@ public:
     const BaseObject* owner() const { return static_cast<BaseObject*>(m_owner.target()); }
     const std::vector<ListenerEntry>& listeners() const { return m_listeners; }
     bool hasPending() const { return m_pending != nullptr; }
-    // Returns all that has not been told yet; null if there is nothing.
+    // Returns all that the listeners have not heard yet; null if there is nothing.
     const DataMessage* pending() const { return m_pending.get(); }
 
     // Behind all listeners of equal or lower number of priority. Entries of listeners that have

@@ -23,7 +23,7 @@ enum class XmlReadStatus : int
 
 // One element per object: an attribute has its text in `v`, a structure its members as children in
 // any order, a list its items, a union at most one child. Members that nobody claims are skipped,
-// and a member that stands twice is read once. An unknown item of a list or union ends it early:
+// and a member that comes twice is read once. An unknown item of a list or union ends it early:
 // what follows is read one level too high, and files depend on that.
 // Elements may nest MaximumDepth deep; no depth costs stack. Serves one read, of a document into a
 // tree that nobody listens to.
@@ -38,7 +38,7 @@ public:
     // Fills `root`, whose element name the document's root must have. Answers 0 (Success) or the
     // first failure, an XmlReadStatus or an error of the stream reader, with the text in
     // errorString(); the tree is then incomplete. A value text that its type refuses throws
-    // ExceptionBadValue. Progress is told about twenty times for a document over 1 MiB.
+    // ExceptionBadValue. Reports progress about twenty times for a document over 1 MiB.
     int read(BaseObject& root, const ProgressFunction& progress);
 
 private:

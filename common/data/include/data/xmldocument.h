@@ -10,7 +10,7 @@
 
 namespace Orv::Data {
 
-// Makes the object that stands for the root element of a document.
+// Makes the object that the root element of a document becomes.
 using MakeRoot = std::function<std::unique_ptr<BaseObject>()>;
 
 // Which reader is used. The results are the same.

@@ -24,7 +24,7 @@ enum class XmlSourceFault
 class XmlSource final : public QIODevice
 {
 public:
-    // `device` is open for reading, stands at the begin of the document and outlives the source.
+    // `device` is open for reading, is at the begin of the document and outlives the source.
     // `parameterEntitySize` is how long the reader lets a parameter entity become.
     XmlSource(QIODevice& device, int parameterEntitySize);
     ~XmlSource() override;

@@ -34,7 +34,7 @@ private:
 };
 
 // Turns a prefix such as "obl://" into a directory. Only the first directory of the list is ever
-// used, and the result stands whether or not a file is there.
+// used, and the result is the same whether or not a file is there.
 class XmlValueConverterURLPrefixReplacement final : public IXmlValueConverter
 {
 public:
