@@ -3,7 +3,6 @@
 #include "core/programoptions.h"
 #include "data/desc/descriptiontables.h"
 #include "data/filename.h"
-#include "imageformats/imagepluginregistration.h"
 #include "lastresort.h"
 #include "programcommand/filterspecialization.h"
 #include "programcommand/inputeditor.h"
@@ -11,7 +10,6 @@
 #include "services.h"
 #include "standardstreams.h"
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -21,15 +19,6 @@ namespace {
 
 constexpr unsigned LineLength = 80;
 constexpr unsigned MinDescriptionLength = 70;
-
-// Plug-ins are searched in a directory of the program's own, and nowhere else.
-void setLibraryPaths()
-{
-    QDir directory(QCoreApplication::applicationDirPath());
-    const bool hasPlugins = directory.cd(QStringLiteral("plugins"));
-    // Given at once: Qt 6 takes no lack of memory into account where single paths are removed.
-    QCoreApplication::setLibraryPaths(hasPlugins ? QStringList(directory.path()) : QStringList());
-}
 
 // Documents are millions of small blocks, and the C library would join its bins of freed small
 // blocks whenever a larger one is asked for: a twelfth of the time of updating a large old file.
@@ -47,9 +36,8 @@ int run(int argc, char** argv)
     qputenv("QT_NO_GLIB", "1");
     Orv::installFileNameCodec();
     Services services;
+    // Asks for no plug-in of Qt, and so its paths are left alone: kestrix-decode reads pictures.
     const QCoreApplication application(argc, argv);
-    setLibraryPaths();
-    Orv::ImageFormats::registerImagePlugin();
     const QFileInfo program(Orv::fromBytes(argv[0]));
     Orv::Core::ProgramOptions options(program.baseName(), LineLength, MinDescriptionLength);
     options.addCommand(std::make_unique<ProgramCommand::Update>(&services));
