@@ -1,7 +1,6 @@
 #include "imageformats/imagepluginregistration.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include "core/moduleplace.h"
 #include <QPluginLoader>
 #include <algorithm>
 #include <string_view>
@@ -17,8 +16,8 @@ namespace {
 // the loader goes.
 QObject* loadedInstance()
 {
-    const QDir directory(QCoreApplication::applicationDirPath());
-    return QPluginLoader(directory.filePath(QStringLiteral("ksx_imageformats"))).instance();
+    const QString path = Core::modulePlace(QStringLiteral("libksx_imageformats.so"));
+    return QPluginLoader(path).instance();
 }
 
 // The name counts without its namespace.

@@ -2,6 +2,7 @@
 
 #include "console.h"
 #include "core/fileplace.h"
+#include "core/moduleplace.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
@@ -191,6 +192,9 @@ bool GraphSpecializer::fitToImage(CompFilterNodeController& bitmap,
     if (!size.isValid()) {
         printError(QStringLiteral("Error! Image cannot be correctly loaded: ") +
                    resource.filePath());
+        if (image.state() == ImageState::NoDecoder)
+            printError(QStringLiteral("Error! Program is missing: ") +
+                       Orv::Core::modulePlace(QStringLiteral("kestrix-decode")));
         return false;
     }
     Orv::Data::Int2 exponents;

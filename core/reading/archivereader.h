@@ -39,8 +39,8 @@ struct ArchiveVisitor
 // Visits the regular files in the order of the archive, each unpacked at most once. `device` is
 // open for reading and can seek. On failure `detail` tells more of it; the visitor may have been
 // given files by then. The library that reads archives is loaded at the first call: it is dear to
-// load, and most runs of the tool meet no archive. `library` is its path without the ending; empty
-// for the one beside the executable.
+// load, and most runs of the tool meet no archive. `library` is its path; empty for the one that
+// modulePlace() finds.
 ArchiveResult readArchive(QIODevice& device, const ArchiveVisitor& visitor, QString& detail,
                           const QString& library = {});
 

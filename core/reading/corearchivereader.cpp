@@ -1,6 +1,6 @@
 #include "reading/archivereader.h"
 
-#include <QCoreApplication>
+#include "core/moduleplace.h"
 #include <QLibrary>
 
 namespace Ksx::Core {
@@ -24,9 +24,8 @@ ReadFunction loadReader(const QString& path, QString& detail)
 ArchiveResult readArchive(QIODevice& device, const ArchiveVisitor& visitor, QString& detail,
                           const QString& library)
 {
-    const QString path = library.isEmpty() ? QCoreApplication::applicationDirPath() +
-                                                 QStringLiteral("/libksx_archives")
-                                           : library;
+    const QString path =
+        library.isEmpty() ? Orv::Core::modulePlace(QStringLiteral("libksx_archives.so")) : library;
     const ReadFunction read = loadReader(path, detail);
     return read == nullptr ? ArchiveResult::NoReader
                            : read(device, visitor, MaximumUnpackedSize, detail);

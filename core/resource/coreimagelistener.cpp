@@ -1,10 +1,11 @@
 #include "ksx/core/imagelistener.h"
 
+#include "core/fileplace.h"
+#include "core/moduleplace.h"
 #include "data/content/resource.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/resourcelistener.h"
 #include "resource/picturedecoder.h"
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QLibrary>
@@ -22,7 +23,7 @@ using WrapFunction = void (*)(const uchar*, const QSize&, bool, const std::share
 WrapFunction wrapper()
 {
     static const auto wrap = reinterpret_cast<WrapFunction>(
-        QLibrary(QCoreApplication::applicationDirPath() + QStringLiteral("/libksx_imageformats"))
+        QLibrary(Orv::Core::modulePlace(QStringLiteral("libksx_imageformats.so")))
             .resolve("ksxWrapImage"));
     return wrap;
 }
@@ -90,9 +91,13 @@ void ImageListener::decode()
     if (file == nullptr)
         return;
     m_picture = PictureDecoder().decode(*file, QFileInfo(m_path).suffix());
-    m_state = m_picture != nullptr ? ImageState::Decoded : ImageState::Undecodable;
-    if (m_picture != nullptr)
+    if (m_picture != nullptr) {
+        m_state = ImageState::Decoded;
         m_size = m_picture->size();
+    } else {
+        const bool hasDecoder = Orv::Core::exists(PictureDecoder::program());
+        m_state = hasDecoder ? ImageState::Undecodable : ImageState::NoDecoder;
+    }
 }
 
 } // namespace Ksx::Core

@@ -1,9 +1,9 @@
 #include "resource/picturedecoder.h"
 
 #include "core/descriptor.h"
+#include "core/moduleplace.h"
 #include "data/filename.h"
 #include "resource/pictureanswer.h"
-#include <QCoreApplication>
 #include <QFile>
 #include <array>
 #include <cerrno>
@@ -219,7 +219,7 @@ DecodedPicture::~DecodedPicture()
 
 QString PictureDecoder::program()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/kestrix-decode");
+    return Orv::Core::modulePlace(QStringLiteral("kestrix-decode"));
 }
 
 PictureDecoder::PictureDecoder(QString program, std::chrono::milliseconds patience)

@@ -39,7 +39,7 @@ private:
 class PictureDecoder
 {
 public:
-    // Returns the path of the program: beside the executable of this process.
+    // Returns the path of the program, as modulePlace() finds it.
     static QString program();
 
     explicit PictureDecoder(QString program = PictureDecoder::program(),

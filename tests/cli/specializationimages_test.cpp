@@ -690,7 +690,8 @@ TEST_F(ConnectedImages, NeedTheDecoder)
     const ToolRun run =
         Tool(directory.path()).at(at("kestrix")).run(argumentsFor({"in@path@a.png"}));
 
-    expectRefused(run, "Error! Image cannot be correctly loaded: " + at("a.png"));
+    expectRefused(run, "Error! Image cannot be correctly loaded: " + at("a.png") +
+                           "\nError! Program is missing: " + at("kestrix-decode"));
 }
 
 // Copies of tool and decoder, with plug-ins around them that say when they are loaded.

@@ -20,11 +20,13 @@ class DecodedPicture;
 // The result of decoding a picture.
 enum class ImageState
 {
-    // There is no file, or it cannot be read.
     Decoded,
-    // The file is no picture, a damaged one, or one that is too large.
+    // There is no file, or it cannot be read.
     Unreachable,
-    Undecodable
+    // The file is no picture, a damaged one, or one that is too large.
+    Undecodable,
+    // The program that decodes, "kestrix-decode", is missing.
+    NoDecoder
 };
 
 // Decodes the linked file of a resource when it is first asked for, and remembers the picture. A
@@ -56,7 +58,7 @@ public:
     ImageState state();
 
     // Returns the picture, of QImage::Format_ARGB32. Returns null unless the state is Decoded.
-    // Returns null also if the library of the image plug-in is not beside the executable. Decodes
+    // Returns null also if the library of the image plug-in is missing: see modulePlace(). Decodes
     // again after release().
     //
     // The picture may be kept and outlives the listener. To look into it, a program links QtGui,
