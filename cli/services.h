@@ -2,17 +2,12 @@
 #pragma once
 
 #include "core/ilibraryservices.h"
-#include "ksx/core/ilibraryservices.h"
+#include "ksx/core/libraryservices.h"
 #include <QObject>
-#include <memory>
-
-namespace Ksx::Core {
-class DependenciesDictionary;
-class DependenciesDictionaryUpdater;
-} // namespace Ksx::Core
 
 // Made once, first of all in main(), and reachable as Orv::libraryServices() from its constructor
-// on. Commands are given it at construction.
+// on. Commands are given it at construction. The packages stay for the life of the process: taking
+// large documents apart at its end would be the dearest part of many runs.
 class Services : public QObject,
                  public Orv::Core::ILibraryServices,
                  public Ksx::Core::ILibraryServices
@@ -35,14 +30,5 @@ public:
     Extensions& extensions() override;
 
 private:
-    std::shared_ptr<void> m_spareHandle;
-    std::shared_ptr<Orv::Core::CommandManager> m_commandManager;
-    std::unique_ptr<std::shared_ptr<Orv::Core::CommandManager>> m_commandManagerHandle;
-    std::unique_ptr<Ksx::Core::DataNotifier> m_behaviors;
-    std::unique_ptr<Ksx::Core::DependenciesDictionary> m_dependenciesDictionary;
-    std::unique_ptr<Ksx::Core::DependenciesDictionaryUpdater> m_dictionaryUpdater;
-    // Stays for the life of the process: taking large documents apart at its end would be the
-    // dearest part of many runs.
-    Ksx::Core::PackagesListManager* m_packagesListManager;
-    Extensions m_extensions;
+    Ksx::Core::ServiceParts m_parts;
 };

@@ -45,6 +45,26 @@ void moveMessages(MessageNode& from, MessageNode& to)
         to.attach(*from.children().front());
 }
 
+QString firstErrorIn(const MessageNode& node)
+{
+    if (node.level() == Orv::Core::MessageLevel::Error)
+        return node.text();
+    for (const auto& child : node.children())
+        if (child->hasError())
+            return firstErrorIn(*child);
+    return {};
+}
+
+// Returns the first error among the messages that have come below a report, which may be null.
+QString firstErrorSince(const MessageNode* report, std::size_t formerCount)
+{
+    QString error;
+    for (std::size_t i = formerCount; report != nullptr && i < report->children().size(); ++i)
+        if (error.isEmpty())
+            error = firstErrorIn(*report->children()[i]);
+    return error;
+}
+
 void makeCanonical(QString& filename)
 {
     const QString canonical = Orv::Core::canonicalPath(filename);
@@ -185,11 +205,14 @@ bool DependencyOpener::visit(Opening& opening) const
         makeCanonical(entry.filename);
     const bool isDependency = opening.visitedCount++ >= opening.fileCount;
     if (!findPackage(entry, opening.loaded)) {
+        const std::size_t messageCount =
+            opening.report == nullptr ? 0 : opening.report->children().size();
         std::unique_ptr<Package> package;
         if (!opening.takeRead(entry.filename, package))
             package = read(entry.filename, opening.report);
         if (package == nullptr) {
-            opening.failures.push_back({entry.filename, isDependency});
+            opening.failures.push_back(
+                {entry.filename, isDependency, firstErrorSince(opening.report, messageCount)});
             return false;
         }
         entry.package = m_manager.keep(std::move(package));

@@ -89,7 +89,9 @@ public:
         // The path as it was given. Canonical if the file exists.
         QString filename;
         // True for a file that another package needs. False for one that was asked for.
-        bool isDependency;
+        bool isDependency = false;
+        // The first error below the report. Empty without a report. See failureReason().
+        QString error = {};
     };
 
     // "obl://" references lead into the first of `presetsPaths`. They lead into the current
