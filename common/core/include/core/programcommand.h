@@ -36,6 +36,8 @@ public:
 
     // Returns the word that the user types.
     const QString& name() const { return m_name; }
+    // Returns the options in their groups.
+    const OptionsDescription& options() const { return *m_options; }
 
     // Writes the options to standard output, without a line end behind them.
     virtual void printHelp();
