@@ -1,0 +1,125 @@
+#!/usr/bin/env python3
+"""Installs a build into a folder, moves it, and uses tool and library from there."""
+
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD, SOURCES = map(pathlib.Path, sys.argv[1:3])
+CMAKE = sys.argv[3]
+
+
+def run(*command, **options):
+    return subprocess.run([str(word) for word in command], text=True, capture_output=True,
+                          check=False, **options)
+
+
+def run_well(*command, **options):
+    result = run(*command, **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{command}: {result.returncode}\n{result.stdout}\n{result.stderr}")
+    return result
+
+
+def values_of(package):
+    """The identifiers and values of a package, one behind the other."""
+    return "".join(re.findall(r'<(?:identifier|value) v="[^"]*"/>', package.read_text()))
+
+
+class Installation(unittest.TestCase):
+    """One installed tree, which has been moved since."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory(prefix="kestrix-install-")
+        root = pathlib.Path(cls.folder.name)
+        run_well(CMAKE, "--install", BUILD, "--prefix", root / "first")
+        cls.tree = root / "moved tree"
+        (root / "first").rename(cls.tree)
+        cls.work = root / "work"
+        shutil.copytree(SOURCES / "examples", cls.work)
+        cls.tool = cls.tree / "bin/kestrix"
+        cls.modules = next(cls.tree.rglob("libksx_archives.so")).parent
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def update(self, name):
+        return run(self.tool, "update", self.work / name, cwd=self.work)
+
+    def test_the_tool_finds_the_reader_of_archives(self):
+        result = self.update("assemblies/metal_filters.oblar")
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def connect_image(self):
+        picture = self.work / "effects/steel_plate.png"
+        return run(self.tool, "specialization", self.work / "effects/surface_rust.obl",
+                   "--presets-path", self.work / "presets", "--output-path", self.work,
+                   "--output-name", "plate", "--connect-input", "wear_mask",
+                   "--connect-image", f"surface@path@{picture}")
+
+    def test_the_tool_finds_the_decoder_of_pictures(self):
+        result = self.connect_image()
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_the_tool_names_a_missing_reader_of_archives(self):
+        with moved_away(self.modules / "libksx_archives.so"):
+            result = self.update("assemblies/metal_filters.oblar")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("libksx_archives.so", result.stderr)
+
+    def test_the_tool_names_a_missing_decoder_of_pictures(self):
+        with moved_away(self.modules / "kestrix-decode"):
+            result = self.connect_image()
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("kestrix-decode", result.stderr)
+
+    def test_a_program_builds_and_runs_against_the_library(self):
+        build = self.work / "doubled"
+        run_well(CMAKE, "-S", SOURCES / "examples/library", "-B", build,
+                 f"-DCMAKE_PREFIX_PATH={self.tree}", "-DCMAKE_BUILD_TYPE=Release")
+        run_well(CMAKE, "--build", build)
+        result = run_well(build / "doubled", self.work / "fabrics/woven_fabric.obl",
+                          self.work / "doubled.obl")
+        self.assertIn("woven_fabric.thread_width = 0.85\n", result.stdout)
+        self.assertIn("11 doubled\nthe last one is as it was\n", result.stdout)
+        # Doubled, and brought to the maximum of the input.
+        self.assertIn('<identifier v="thread_width"/><value v="256"/><value v="1"/>',
+                      values_of(self.work / "doubled.obl"))
+        archive = run_well(build / "doubled", self.work / "assemblies/metal_filters.oblar",
+                           self.work / "filters.obl")
+        self.assertIn("patina.strength = 0.5\n", archive.stdout)
+        missing = run(build / "doubled", "none.obl", self.work / "none_new.obl", cwd=self.work)
+        self.assertEqual(missing.returncode, 1)
+        self.assertEqual(missing.stderr, "none.obl: there is no such file\n")
+
+    @unittest.skipUnless(shutil.which("pkg-config"), "pkg-config is not installed")
+    def test_pkg_config_leads_to_the_moved_tree(self):
+        config = next(self.tree.rglob("kestrix.pc")).parent
+        result = run_well("pkg-config", "--cflags", "--libs", "kestrix",
+                          env={"PATH": "/usr/bin:/bin", "PKG_CONFIG_PATH": str(config)})
+        self.assertIn("-lksx -lorv", result.stdout)
+        self.assertIn("kestrix", result.stdout)
+
+
+class moved_away:
+    """A file that is elsewhere for a while."""
+
+    def __init__(self, path):
+        self.path = path
+        self.elsewhere = path.with_suffix(".away")
+
+    def __enter__(self):
+        self.path.rename(self.elsewhere)
+
+    def __exit__(self, *_):
+        self.elsewhere.rename(self.path)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
