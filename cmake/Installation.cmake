@@ -63,7 +63,16 @@ install(TARGETS ksx_archives ksx_imageformats kestrix-decode
     RUNTIME DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime
     LIBRARY DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime)
 
-install(FILES "${PROJECT_SOURCE_DIR}/docs/man/kestrix.1"
+find_program(GZIP gzip REQUIRED)
+mark_as_advanced(GZIP)
+add_custom_command(
+    OUTPUT "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
+    COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/man"
+    COMMAND "${GZIP}" -9nc "${PROJECT_SOURCE_DIR}/docs/man/kestrix.1" > "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
+    DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/kestrix.1"
+    VERBATIM)
+add_custom_target(kestrix_man ALL DEPENDS "${PROJECT_BINARY_DIR}/man/kestrix.1.gz")
+install(FILES "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
 set(completion_dir "${PROJECT_BINARY_DIR}/completion")
 install(FILES "${completion_dir}/kestrix.bash" RENAME kestrix
