@@ -1,14 +1,23 @@
 // A library to be loaded before all others, which makes calls of the system fail.
 //
-// FAULTS names the calls that fail, with commas between them: "fsync:1:EIO" for the first fsync,
+// FAULTS names the calls that fail, with commas between them: "sync:1:EIO" for the first fsync,
 // "alloc:70" for the seventieth allocation, "read:3+:EIO" for the third read and every later one.
-// Without an error it is EIO, and ENOMEM for an allocation. A word stands for several calls:
+// Without an error it is EIO, and ENOMEM for an allocation. In place of an error there may be:
+//
+//   KILL    the process is killed before the call
+//   KILLED  the process is killed when the call has been made
+//   SHORT   read, pread and write are asked for half of the bytes; other calls are made as ever
+//
+// A word stands for several calls, and "any" for those of all words but alloc:
 //
 //   alloc   malloc, calloc, realloc and the aligned ones     open    open, openat
-//   sync    fsync, fdatasync, syncfs                         read    read
+//   sync    fsync, fdatasync, syncfs                         read    read, pread
 //   rename  rename, renameat, renameat2                      write   write, writev
 //   mode    chmod, fchmod          owner   chown, fchown     close   close
-//   link    link, linkat           trunc   ftruncate
+//   link    link, linkat           trunc   ftruncate         remove  unlink, unlinkat, rmdir
+//   stat    stat, lstat, fstat, fstatat, statx               access  access, faccessat
+//   place   getcwd, readlink, realpath                       seek    lseek
+//   extra   llistxattr, lgetxattr, fsetxattr, fremovexattr   flush   fflush
 //
 // FAULT_COUNTS names a file to which the number of calls of each word is written at the end.
 // The calls that the C library makes inside of itself are its own: neither counted nor failed. So are
@@ -16,6 +25,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -25,6 +35,8 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/xattr.h>
+#include <type_traits>
 #include <unistd.h>
 
 namespace {
@@ -42,11 +54,28 @@ enum Call
     Mode,
     Owner,
     Truncate,
+    Remove,
+    Stat,
+    Access,
+    Place,
+    Seek,
+    Extra,
+    Flush,
+    Any,
     CallCount,
 };
 
 constexpr std::array<std::string_view, CallCount> Words = {
-    "alloc", "open", "read", "write", "sync", "close", "rename", "link", "mode", "owner", "trunc"};
+    "alloc", "open",   "read", "write",  "sync",  "close", "rename", "link",  "mode", "owner",
+    "trunc", "remove", "stat", "access", "place", "seek",  "extra",  "flush", "any"};
+
+// Numbers that no error has.
+enum Deed
+{
+    Kill = -1,
+    KillAfterwards = -2,
+    Shorten = -3,
+};
 
 struct ErrorName
 {
@@ -56,14 +85,20 @@ struct ErrorName
 constexpr ErrorName Errors[] = {{"EIO", EIO},       {"ENOSPC", ENOSPC}, {"EDQUOT", EDQUOT},
                                 {"ENOMEM", ENOMEM}, {"EINTR", EINTR},   {"EACCES", EACCES},
                                 {"EPERM", EPERM},   {"EINVAL", EINVAL}, {"EROFS", EROFS},
-                                {"EMFILE", EMFILE}, {"EXDEV", EXDEV},   {"ENOENT", ENOENT}};
+                                {"EMFILE", EMFILE}, {"EXDEV", EXDEV},   {"ENOENT", ENOENT},
+                                {"KILL", Kill},     {"SHORT", Shorten}, {"KILLED", KillAfterwards}};
 
 // Nothing here may allocate: the allocator calls it.
 struct Plan
 {
     unsigned long first = 0; // the number of the call that fails; 0 for none
     bool isLasting = false;  // all later calls fail as well
-    int error = EIO;
+    int error = EIO;         // or a deed
+
+    bool isAt(unsigned long number) const
+    {
+        return first != 0 && (isLasting ? number >= first : number == first);
+    }
 };
 
 std::array<Plan, CallCount> plans;
@@ -106,17 +141,71 @@ void readPlans()
         planOne(takeUntil(rest, ','));
 }
 
-// Counts the call. Returns true, with errno set, if it is to fail.
-bool fails(Call call)
+// Counts the call. Returns the error or the deed that is planned for it, or 0.
+int countCall(Call call)
 {
     if (!hasStarted)
-        return false;
+        return 0;
     const unsigned long number = ++counts[call];
-    const Plan& plan = plans[call];
-    if (plan.first == 0 || (plan.isLasting ? number < plan.first : number != plan.first))
-        return false;
-    errno = plan.error;
-    return true;
+    const unsigned long numberOfAny = call == Alloc ? 0 : ++counts[Any];
+    if (plans[Any].isAt(numberOfAny))
+        return plans[Any].error;
+    return plans[call].isAt(number) ? plans[call].error : 0;
+}
+
+[[noreturn]] void die()
+{
+    for (;;)
+        kill(getpid(), SIGKILL);
+}
+
+// A call that the program makes. It is counted when this is made.
+class Attempt
+{
+public:
+    explicit Attempt(Call call) : m_fault(countCall(call))
+    {
+        if (m_fault == Kill)
+            die();
+    }
+    // Returns true, with errno set, for a call that is to fail.
+    bool fails() const
+    {
+        if (m_fault > 0)
+            errno = m_fault;
+        return m_fault > 0;
+    }
+    // Returns how many bytes to ask for: at least one, so that it does not look like an end.
+    std::size_t shortened(std::size_t size) const
+    {
+        return m_fault == Shorten ? (size + 1) / 2 : size;
+    }
+    // Returns the result of the call, if the process lives on.
+    template <class Result>
+    Result ended(Result result) const
+    {
+        if (m_fault == KillAfterwards)
+            die();
+        return result;
+    }
+
+private:
+    int m_fault;
+};
+
+bool fails(Call call)
+{
+    return Attempt(call).fails();
+}
+
+// Returns the result of a call that has failed.
+template <class Result>
+Result failure()
+{
+    if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+    else
+        return -1;
 }
 
 // The function that the name has without this library. Calls from before it is found are those of
@@ -181,15 +270,25 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size)
     return *block == nullptr ? ENOMEM : 0;
 }
 
-#define ORV_FAULT(call, result, name, parameters, arguments)                                       \
+#define ORV_FAULT_OF_SIZE(call, result, name, parameters, arguments, asked)                        \
     result name parameters                                                                         \
     {                                                                                              \
         static result(*found) parameters = nullptr;                                                \
-        return fails(call) ? -1 : next(found, #name) arguments;                                    \
+        const Attempt attempt(call);                                                               \
+        asked;                                                                                     \
+        return attempt.fails() ? failure<result>() : attempt.ended(next(found, #name) arguments);  \
     }
+#define ORV_FAULT(call, result, name, parameters, arguments)                                       \
+    ORV_FAULT_OF_SIZE(call, result, name, parameters, arguments, )
 
-ORV_FAULT(Read, ssize_t, read, (int file, void* data, std::size_t size), (file, data, size))
-ORV_FAULT(Write, ssize_t, write, (int file, const void* data, std::size_t size), (file, data, size))
+ORV_FAULT_OF_SIZE(Read, ssize_t, read, (int file, void* data, std::size_t size), (file, data, size),
+                  size = attempt.shortened(size))
+ORV_FAULT_OF_SIZE(Read, ssize_t, pread, (int file, void* data, std::size_t size, off_t place),
+                  (file, data, size, place), size = attempt.shortened(size))
+ORV_FAULT_OF_SIZE(Read, ssize_t, pread64, (int file, void* data, std::size_t size, off64_t place),
+                  (file, data, size, place), size = attempt.shortened(size))
+ORV_FAULT_OF_SIZE(Write, ssize_t, write, (int file, const void* data, std::size_t size),
+                  (file, data, size), size = attempt.shortened(size))
 ORV_FAULT(Write, ssize_t, writev, (int file, const iovec* parts, int count), (file, parts, count))
 ORV_FAULT(Sync, int, fsync, (int file), (file))
 ORV_FAULT(Sync, int, fdatasync, (int file), (file))
@@ -210,8 +309,46 @@ ORV_FAULT(Owner, int, chown, (const char* path, uid_t user, gid_t group) noexcep
 ORV_FAULT(Owner, int, fchown, (int file, uid_t user, gid_t group) noexcept, (file, user, group))
 ORV_FAULT(Truncate, int, ftruncate, (int file, off_t size) noexcept, (file, size))
 ORV_FAULT(Truncate, int, ftruncate64, (int file, off64_t size) noexcept, (file, size))
+ORV_FAULT(Remove, int, unlink, (const char* path) noexcept, (path))
+ORV_FAULT(Remove, int, unlinkat, (int folder, const char* path, int flags) noexcept,
+          (folder, path, flags))
+ORV_FAULT(Remove, int, rmdir, (const char* path) noexcept, (path))
+ORV_FAULT(Stat, int, stat, (const char* path, struct stat* status) noexcept, (path, status))
+ORV_FAULT(Stat, int, stat64, (const char* path, struct stat64* status) noexcept, (path, status))
+ORV_FAULT(Stat, int, lstat, (const char* path, struct stat* status) noexcept, (path, status))
+ORV_FAULT(Stat, int, lstat64, (const char* path, struct stat64* status) noexcept, (path, status))
+ORV_FAULT(Stat, int, fstat, (int file, struct stat* status) noexcept, (file, status))
+ORV_FAULT(Stat, int, fstat64, (int file, struct stat64* status) noexcept, (file, status))
+ORV_FAULT(Stat, int, fstatat, (int a, const char* path, struct stat* status, int flags) noexcept,
+          (a, path, status, flags))
+ORV_FAULT(Stat, int, fstatat64,
+          (int a, const char* path, struct stat64* status, int flags) noexcept,
+          (a, path, status, flags))
+ORV_FAULT(Stat, int, statx,
+          (int a, const char* path, int flags, unsigned mask, struct statx* status) noexcept,
+          (a, path, flags, mask, status))
+ORV_FAULT(Access, int, access, (const char* path, int mode) noexcept, (path, mode))
+ORV_FAULT(Access, int, faccessat, (int a, const char* path, int mode, int flags) noexcept,
+          (a, path, mode, flags))
+ORV_FAULT(Place, char*, getcwd, (char* path, std::size_t size) noexcept, (path, size))
+ORV_FAULT(Place, ssize_t, readlink, (const char* path, char* text, std::size_t size) noexcept,
+          (path, text, size))
+ORV_FAULT(Place, char*, realpath, (const char* path, char* result) noexcept, (path, result))
+ORV_FAULT(Seek, off_t, lseek, (int file, off_t place, int from) noexcept, (file, place, from))
+ORV_FAULT(Seek, off64_t, lseek64, (int file, off64_t place, int from) noexcept, (file, place, from))
+ORV_FAULT(Extra, ssize_t, llistxattr, (const char* path, char* list, std::size_t size) noexcept,
+          (path, list, size))
+ORV_FAULT(Extra, ssize_t, lgetxattr,
+          (const char* path, const char* name, void* value, std::size_t size) noexcept,
+          (path, name, value, size))
+ORV_FAULT(Extra, int, fsetxattr,
+          (int file, const char* name, const void* value, std::size_t size, int flags) noexcept,
+          (file, name, value, size, flags))
+ORV_FAULT(Extra, int, fremovexattr, (int file, const char* name) noexcept, (file, name))
+ORV_FAULT(Flush, int, fflush, (FILE * file), (file))
 
 #undef ORV_FAULT
+#undef ORV_FAULT_OF_SIZE
 
 int __libc_start_main(int (*main)(int, char**, char**), int argc, char** argv, void (*init)(),
                       void (*fini)(), void (*end)(), void* stack)
@@ -226,13 +363,9 @@ int __libc_start_main(int (*main)(int, char**, char**), int argc, char** argv, v
 int close(int file)
 {
     static int (*found)(int) = nullptr;
-    const bool isFailing = fails(Close);
-    const int error = errno;
-    const int result = next(found, "close")(file);
-    if (!isFailing)
-        return result;
-    errno = error;
-    return -1;
+    const Attempt attempt(Close);
+    const int result = attempt.ended(next(found, "close")(file));
+    return attempt.fails() ? -1 : result;
 }
 
 #define ORV_FAULT_OPEN(name, parameters, arguments)                                                \
@@ -243,7 +376,8 @@ int close(int file)
         const mode_t mode = (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(list, mode_t) : 0;     \
         va_end(list);                                                                              \
         static int(*found) parameters = nullptr;                                                   \
-        return fails(Open) ? -1 : next(found, #name) arguments;                                    \
+        const Attempt attempt(Open);                                                               \
+        return attempt.fails() ? -1 : attempt.ended(next(found, #name) arguments);                 \
     }
 
 ORV_FAULT_OPEN(open, (const char* path, int flags, ...), (path, flags, mode))
