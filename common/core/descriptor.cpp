@@ -14,16 +14,6 @@ namespace {
 constexpr std::size_t CopyBlock = std::size_t{64} * 1024;
 constexpr int MaximumAttempts = 100; // to find a name that is not taken
 
-// Calls again what a signal has broken off.
-template <class Call>
-auto uninterrupted(const Call& call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
 std::string freshName()
 {
     std::array<char, 32> name{};

@@ -1,5 +1,6 @@
 #include "core/regularfile.h"
 
+#include "core/descriptor.h"
 #include "data/filename.h"
 #include <QFileInfo>
 #include <algorithm>
@@ -21,12 +22,11 @@ int openRegular(const QString& path)
     const std::string name = toBytes(path);
     if (name.find('\0') != std::string::npos)
         return -1;
-    const int descriptor = ::open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    Descriptor file = openAt(AT_FDCWD, name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     struct stat status = {};
-    if (descriptor < 0 || (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)))
-        return descriptor;
-    ::close(descriptor);
-    return -1;
+    const bool isRegular =
+        file.isOpen() && fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
+    return isRegular ? file.release() : -1;
 }
 
 #endif

@@ -1,6 +1,7 @@
 #include "ksx/core/resourcelistener.h"
 
 #include "content/nodekind.h"
+#include "core/descriptor.h"
 #include "core/regularfile.h"
 #include "data/content/compfilter.h"
 #include "data/content/graph.h"
@@ -143,7 +144,8 @@ std::unique_ptr<RegularFile> openLinkedFile(const QString& path)
     // Some files can be opened and not be read, such as those on a damaged disk. Files that the
     // kernel makes up announce no size, and some of them have no end.
     char first = 0;
-    const auto count = pread(file->handle(), &first, 1, 0);
+    const auto count =
+        Orv::Core::uninterrupted([&] { return pread(file->handle(), &first, 1, 0); });
     return count == (file->size() == 0 ? 0 : 1) ? std::move(file) : nullptr;
 }
 

@@ -245,6 +245,14 @@ INSTANTIATE_TEST_SUITE_P(Places, FaultyReading,
                                          FaultCase{"Once", "read:5:EIO"}),
                          caseName<FaultCase>);
 
+TEST_F(FaultyTool, AFileIsOpenedAgainWhereASignalBreaksThatOff)
+{
+    const ToolRun run = update("open:1:EINTR");
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("out/a_updated.obl"), aPackage().text());
+}
+
 // Memory. In each run one allocation fails.
 
 struct MemoryCase

@@ -86,13 +86,18 @@ class ForkServer:
                    out.read_bytes(), err.read_bytes())
 
 
-def run_process(build, arguments, directory, environment=None, limits=(), executable="kestrix"):
-    """Starts the tool as a user does. `limits` are pairs of a resource and an amount."""
+def run_process(build, arguments, directory, environment=None, limits=(), executable="kestrix",
+                before_start=None):
+    """Starts the tool as a user does. `limits` are pairs of a resource and an amount.
+
+    `before_start` is called in the process that becomes the tool."""
     def prepare():
         resource.setrlimit(resource.RLIMIT_CPU, (CPU_LIMIT + 5, CPU_LIMIT + 5))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         for which, amount in limits:
             resource.setrlimit(which, (amount, amount))
+        if before_start is not None:
+            before_start()
 
     with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
         process = subprocess.Popen(

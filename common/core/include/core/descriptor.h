@@ -2,10 +2,21 @@
 #pragma once
 
 #include <QtGlobal>
+#include <cerrno>
 #include <string>
 #include <utility>
 
 namespace Orv::Core {
+
+// Returns the result of a call of the system. Calls again what a signal has broken off.
+template <class Call>
+auto uninterrupted(const Call& call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
 
 // Owns the descriptor. On failure errno has the reason.
 class Descriptor
@@ -24,6 +35,8 @@ public:
 
     bool isOpen() const { return m_number >= 0; }
     int number() const { return m_number; }
+    // Hands the descriptor over to the caller.
+    int release() { return std::exchange(m_number, -1); }
 
     // Writes all of the bytes.
     bool write(const char* data, qint64 size) const;
