@@ -41,6 +41,11 @@ QString targetOf(const QFileInfo& input, const po::variables_map& variables)
     return targetFile(variables, input.absolutePath(), name);
 }
 
+void printNotLoaded()
+{
+    printError(QStringLiteral("Error! Input file cannot be correctly loaded"));
+}
+
 } // namespace
 
 FilterSpecialization::FilterSpecialization(Services* services)
@@ -100,14 +105,24 @@ int FilterSpecialization::execute(const ParsedOptions&, const VariablesMap& vari
     if (!loadInput(input, presets.paths))
         return 1;
     auto& manager = *m_services->packagesListManager();
-    if (Ksx::Core::collectGraphs(*manager.packageForPath(input)).empty()) {
+    const PackageBox loaded = manager.packageForPath(input);
+    if (!loaded) { // a link on the way to it has gone since
+        printNotLoaded();
+        return 1;
+    }
+    if (Ksx::Core::collectGraphs(*loaded).empty()) {
         printError(QStringLiteral("Error! No graph found into the input file"));
         return 1;
     }
     const QString target = targetOf(QFileInfo(Orv::Core::absolutePath(input)), variables);
-    const PackageBox output = outputPackage(input, target, variables, presets.paths);
+    const PackageBox output = outputPackage(*loaded, target, variables, presets.paths);
     // A target that is the input itself is open once more now, and that one is what counts.
-    const auto filter = Ksx::Core::collectGraphs(*manager.packageForPath(input)).front();
+    const PackageBox source = manager.packageForPath(input);
+    if (!source) {
+        printNotLoaded();
+        return 1;
+    }
+    const auto filter = Ksx::Core::collectGraphs(*source).front();
     const auto package = Ksx::Core::PackageListener::of(*output).controller();
     if (!specialize(*package, filter, variables))
         return 1;
@@ -122,7 +137,7 @@ bool FilterSpecialization::loadInput(const QString& input, const QStringList& pr
 {
     auto& manager = *m_services->packagesListManager();
     if (loadPackages(manager, QStringList(input), presetsPaths, true) != 0) {
-        printError(QStringLiteral("Error! Input file cannot be correctly loaded"));
+        printNotLoaded();
         return false;
     }
     if (loadPackages(manager, QStringList(input), presetsPaths, true) != 0) {
@@ -134,20 +149,20 @@ bool FilterSpecialization::loadInput(const QString& input, const QStringList& pr
 
 // The package at the target, if it is to be merged with and can be opened, else a new one.
 FilterSpecialization::PackageBox
-FilterSpecialization::outputPackage(const QString& input, const QString& target,
-                                    const VariablesMap& variables,
+FilterSpecialization::outputPackage(const Ksx::Data::Content::Package& source,
+                                    const QString& target, const VariablesMap& variables,
                                     const QStringList& presetsPaths) const
 {
     auto& manager = *m_services->packagesListManager();
-    if (variables[OutputMerge].as<bool>() && Orv::Core::exists(target)) {
-        if (loadPackages(manager, QStringList(target), presetsPaths, true) == 0)
-            return manager.packageForPath(target);
+    if (variables[OutputMerge].as<bool>() && Orv::Core::mayExist(target)) {
+        const bool isLoaded = loadPackages(manager, QStringList(target), presetsPaths, true) == 0;
+        if (PackageBox found = manager.packageForPath(target); isLoaded && found)
+            return found;
         printError(QStringLiteral("Warning! Output file not found and cannot be merged"));
     }
-    const PackageBox source = manager.packageForPath(input);
     Ksx::Core::PackagesListManager::DependencyEntry entry;
     entry.package = manager.keep(Ksx::Core::PackagesListManager::newPackage(
-        Ksx::Core::PackageListener::of(*source).controller()->identifier()));
+        Ksx::Core::PackageListener::of(source).controller()->identifier()));
     manager.finishLoading({entry});
     return entry.package;
 }

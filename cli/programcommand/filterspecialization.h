@@ -21,7 +21,7 @@ private:
     using PackageBox = Ksx::Core::PackagesListManager::PackageBox;
 
     bool loadInput(const QString& input, const QStringList& presetsPaths) const;
-    PackageBox outputPackage(const QString& input, const QString& target,
+    PackageBox outputPackage(const Ksx::Data::Content::Package& source, const QString& target,
                              const VariablesMap& variables, const QStringList& presetsPaths) const;
     bool specialize(Ksx::Core::PackageController& package, const GraphSpecializer::GraphBox& filter,
                     const VariablesMap& variables) const;

@@ -225,11 +225,12 @@ int InputEditor::execute(const ParsedOptions&, const VariablesMap& variables)
     const Presets presets = announcePresets(variables);
     auto& manager = *m_services->packagesListManager();
     const QString input = optionText(variables, Input);
-    if (loadPackages(manager, QStringList(input), presets.paths, true) != 0) {
+    const bool isLoaded = loadPackages(manager, QStringList(input), presets.paths, true) == 0;
+    const auto package = manager.packageForPath(input);
+    if (!isLoaded || !package) { // without the latter a link on the way to it has gone since
         printError(QStringLiteral("input file cannot be correctly loaded"));
         return 1;
     }
-    const auto package = manager.packageForPath(input);
     const auto graphs = Ksx::Core::collectGraphs(*package);
     if (graphs.empty()) {
         printError(QStringLiteral("No Graph found into the input file"));

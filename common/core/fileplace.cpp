@@ -7,6 +7,7 @@
 #include <climits>
 #include <filesystem>
 #include <new>
+#include <stdexcept>
 #include <system_error>
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
@@ -58,6 +59,12 @@ bool exists(const QString& path)
     return fs::exists(toBytes(path), error);
 }
 
+bool mayExist(const QString& path)
+{
+    std::error_code error;
+    return fs::status(toBytes(path), error).type() != fs::file_type::not_found;
+}
+
 QDateTime modificationTime(const QString& path)
 {
 #ifdef Q_OS_UNIX
@@ -75,6 +82,8 @@ QString currentFolder()
     std::error_code error;
     const fs::path folder = fs::current_path(error);
     refuseLackOfMemory(error);
+    if (error) // a path behind nothing would begin at the root of the file system
+        throw std::runtime_error("Current folder not found");
     return fromBytes(folder.native());
 }
 

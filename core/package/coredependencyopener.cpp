@@ -72,6 +72,13 @@ void makeCanonical(QString& filename)
         filename = canonical;
 }
 
+// A file may be read although its links could not be followed, for the moment.
+void makeAbsolute(QString& filename)
+{
+    if (QDir::isRelativePath(filename))
+        filename = Orv::Core::absolutePath(filename);
+}
+
 // Finds the package of an entry among those that are open. The name of its file is canonical.
 bool findPackage(PackagesListManager::DependencyEntry& entry, const LoadedEntries& loaded)
 {
@@ -215,6 +222,7 @@ bool DependencyOpener::visit(Opening& opening) const
                 {entry.filename, isDependency, firstErrorSince(opening.report, messageCount)});
             return false;
         }
+        makeAbsolute(entry.filename);
         entry.package = m_manager.keep(std::move(package));
     }
     const QPair<const Package*, QString> place(entry.package.get(), entry.filename);
@@ -235,6 +243,7 @@ bool DependencyOpener::openEntry(Entry& entry, const LoadedEntries& loaded,
     auto package = read(entry.filename, report);
     if (package == nullptr)
         return false;
+    makeAbsolute(entry.filename);
     entry.package = m_manager.keep(std::move(package));
     return true;
 }

@@ -253,26 +253,23 @@ TEST_F(FaultyTool, AFileIsOpenedAgainWhereASignalBreaksThatOff)
     EXPECT_EQ(directory.read("out/a_updated.obl"), aPackage().text());
 }
 
-// Memory. In each run one allocation fails.
+// Commands of which one call fails, in one run after the other.
 
-struct MemoryCase
+struct CommandCase
 {
     const char* name;
     Arguments arguments;
 };
 
-std::ostream& operator<<(std::ostream& stream, const MemoryCase& c)
+std::ostream& operator<<(std::ostream& stream, const CommandCase& c)
 {
     return stream << c.name;
 }
 
-class FaultyMemory : public FaultyTool, public testing::WithParamInterface<MemoryCase>
+class FaultyCommand : public FaultyTool, public testing::WithParamInterface<CommandCase>
 {
 protected:
-    // As many runs are made for each command, over all of its allocations.
-    static constexpr unsigned long Runs = 500;
-
-    FaultyMemory()
+    FaultyCommand()
     {
         const std::string instance = aGraphWithInstance("i", "pkg://g?dependency=5");
         directory.write("in/a.obl", aPackage()
@@ -280,7 +277,12 @@ protected:
                                         .dependingOn("b.obl", 6)
                                         .containing(instance + aResource("r", "x.png"))
                                         .text());
+    }
+    // A dependency of the input, and a package to merge with.
+    void writeOthers() const
+    {
         directory.write("in/b.obl", aPackage().text());
+        directory.write("in/c.obl", aPackage().named("former").text());
     }
     // All that a run printed and wrote, without what comes from the clock.
     std::string resultOf(const ToolRun& run) const
@@ -293,38 +295,66 @@ protected:
         static const std::regex fromTheClock("\\{[-0-9a-f]{36}\\}|[0-9]{9,10}");
         return std::regex_replace(result.str(), fromTheClock, "clock");
     }
-    std::string resultWith(const std::string& faults)
+    ToolRun runWith(const std::string& faults)
     {
         for (const char* name :
              {"a_updated.obl", "b_updated.obl", "a_edited.obl", "a_specialized.obl"})
             std::filesystem::remove(directory.path(name));
-        return resultOf(tool(faults).run(GetParam().arguments));
+        std::filesystem::remove_all(directory.path("out"));
+        directory.makeDirectory("out");
+        writeOthers();
+        return tool(faults).run(GetParam().arguments);
     }
-    unsigned long allocationCount() const
+    unsigned long countOf(const std::string& wanted) const
     {
+        writeOthers();
         tool("")
             .withEnvironment("FAULT_COUNTS", directory.path("counts"))
             .run(GetParam().arguments);
         std::istringstream counts(directory.read("counts"));
         std::string word;
         unsigned long count = 0;
-        counts >> word >> count;
+        while (counts >> word >> count && word != wanted) {
+        }
         return count;
     }
-    // The first run that neither did all nor ended with the one line; empty if there is none.
-    std::string firstBadRun()
+    // The first run that neither did all nor ended as `isRefusal` says; empty if there is none.
+    // Each call fails, or every `step`th. `ending` completes the plan behind its number.
+    std::string firstBadRun(const std::string& word, unsigned long step, const std::string& ending,
+                            bool (*isRefusal)(const ToolRun&))
     {
-        const unsigned long count = allocationCount();
-        const std::string whole = resultWith("");
-        for (unsigned long i = 1; i <= count; i += std::max(1ul, count / Runs)) {
-            const std::string result = resultWith("alloc:" + std::to_string(i));
-            const bool hasFailed =
-                result.find("exit 1, signal 0, out \"") == 0 &&
-                result.find("err \"Error! Out of memory\n\"\n") != std::string::npos;
-            if (result != whole && !hasFailed)
-                return "allocation " + std::to_string(i) + ": " + result;
+        const unsigned long count = countOf(word);
+        const std::string whole = resultOf(runWith(""));
+        for (unsigned long i = 1; i <= count; i += step) {
+            const std::string plan = word + ':' + std::to_string(i) + ending;
+            const ToolRun run = runWith(plan);
+            const std::string result = resultOf(run);
+            if (result != whole && !isRefusal(run))
+                return plan + ": " + result;
         }
         return {};
+    }
+};
+
+bool failsWithALine(const ToolRun& run)
+{
+    return run.exitCode == 1 && !run.err.empty();
+}
+
+// Memory.
+
+class FaultyMemory : public FaultyCommand
+{
+protected:
+    // As many runs are made for each command, over all of its allocations.
+    static constexpr unsigned long Runs = 500;
+
+    std::string firstBadRun()
+    {
+        const unsigned long step = std::max(1ul, countOf("alloc") / Runs);
+        return FaultyCommand::firstBadRun("alloc", step, "", [](const ToolRun& run) {
+            return run.exitCode == 1 && run.err == "Error! Out of memory\n";
+        });
     }
 };
 
@@ -335,12 +365,77 @@ TEST_P(FaultyMemory, EndsWithOneLineOrAllThatWasWanted)
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, FaultyMemory,
-    testing::Values(MemoryCase{"Update", {"update", "in/a.obl"}},
-                    MemoryCase{"Editor", {"graph-parameters-editor", "in/a.obl"}},
-                    MemoryCase{"Specialization",
-                               {"specialization", "in/a.obl", "--output-graph-name",
-                                "a_name_with_more_than_fifteen_letters"}},
-                    MemoryCase{"Help", {"--help=specialization"}}),
-    caseName<MemoryCase>);
+    testing::Values(CommandCase{"Update", {"update", "in/a.obl"}},
+                    CommandCase{"Editor", {"graph-parameters-editor", "in/a.obl"}},
+                    CommandCase{"Specialization",
+                                {"specialization", "in/a.obl", "--output-graph-name",
+                                 "a_name_with_more_than_fifteen_letters"}},
+                    CommandCase{"Help", {"--help=specialization"}}),
+    caseName<CommandCase>);
+
+// Places that cannot be found for a moment.
+
+class FaultyPlace : public FaultyCommand
+{};
+
+TEST_P(FaultyPlace, MakesNoOtherResult)
+{
+    EXPECT_EQ(firstBadRun("place", 1, ":EIO", &failsWithALine), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, FaultyPlace,
+    testing::Values(
+        CommandCase{"Update", {"update", "in/a.obl", "--output-path", "out"}},
+        CommandCase{"Editor", {"graph-parameters-editor", "in/a.obl", "--output-path", "out"}},
+        CommandCase{"Specialization", {"specialization", "in/a.obl", "--output-path", "out"}}),
+    caseName<CommandCase>);
+
+// Folders and links that go away while the tool runs, so that no path can be found any more. The
+// input is given by a link.
+
+class FaultyPlaces : public FaultyCommand
+{
+protected:
+    FaultyPlaces() { std::filesystem::create_symlink("a.obl", directory.path("in/link.obl")); }
+};
+
+TEST_P(FaultyPlaces, EndWithALineThatNamesNoFileElsewhere)
+{
+    const std::string bad = firstBadRun("place", 1, "+:ENOENT", [](const ToolRun& run) {
+        return failsWithALine(run) && run.err.find("Cannot saved: /out/") == std::string::npos;
+    });
+
+    EXPECT_EQ(bad, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, FaultyPlaces,
+    testing::Values(
+        CommandCase{"Update", {"update", "in/link.obl", "--output-path", "out"}},
+        CommandCase{"Editor", {"graph-parameters-editor", "in/link.obl", "--output-path", "out"}},
+        CommandCase{"Specialization", {"specialization", "in/link.obl", "--output-path", "out"}}),
+    caseName<CommandCase>);
+
+// A target that is to be merged with.
+
+class FaultyMerge : public FaultyCommand
+{};
+
+TEST_P(FaultyMerge, OverwritesNoFileWithoutAWord)
+{
+    const std::string bad = firstBadRun("stat", 1, ":EIO", [](const ToolRun& run) {
+        return failsWithALine(run) || run.err.find("Warning! Output file") != std::string::npos;
+    });
+
+    EXPECT_EQ(bad, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, FaultyMerge,
+                         testing::Values(CommandCase{"IntoAPackage",
+                                                     {"specialization", "in/a.obl", "--output-path",
+                                                      "in", "--output-name", "c",
+                                                      "--output-merge"}}),
+                         caseName<CommandCase>);
 
 } // namespace

@@ -153,4 +153,14 @@ TEST_F(FilePlace, OfMissingFilesIsNeverTheSame)
     EXPECT_FALSE(isSameFile(at("a"), at("a")));
 }
 
+TEST_F(FilePlace, ThatTheSystemDoesNotSpeakOfMayExist)
+{
+    const QString tooLong = at(std::string(5000, 'a'));
+
+    EXPECT_FALSE(Orv::Core::exists(tooLong));
+    EXPECT_TRUE(Orv::Core::mayExist(tooLong));
+    EXPECT_FALSE(Orv::Core::mayExist(at("none")));
+    EXPECT_TRUE(Orv::Core::mayExist(at("")));
+}
+
 } // namespace

@@ -10,10 +10,15 @@ namespace Orv::Core {
 // Returns true for whatever has this path: a file, a folder, or a link to one of them.
 bool exists(const QString& path);
 
+// The same, but returns true as well where the system does not say: whoever takes a file for missing
+// may overwrite it.
+bool mayExist(const QString& path);
+
 // Returns when the file was last written. Returns an invalid time for a missing one.
 QDateTime modificationTime(const QString& path);
 
-// Returns the process's folder, in which relative paths begin.
+// Returns the process's folder, in which relative paths begin. Throws std::runtime_error where it
+// cannot be found: it may be deleted at any time.
 QString currentFolder();
 
 // Returns the path from the root on, without "." and "..", as its text says it: the file need not
