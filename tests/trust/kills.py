@@ -21,7 +21,7 @@ def further_run_broken(context, stage, folder):
     if run.code != 0:
         return f"a further run fails: {run}"
     for name, content in scenes.results(stage, folder).items():
-        if content not in (stage.last[name], stage.again[name]):
+        if content not in stage.last[name] | stage.again[name]:
             return f"a further run does not write {name}"
     return None
 
@@ -31,7 +31,7 @@ def check(context, stage, how, folder, run, number):
     if run.signal not in (0, number):
         found = f"is ended by signal {run.signal}"
     else:
-        found = scenes.broken_by_kill(stage, folder) or further_run_broken(context, stage, folder)
+        found = scenes.broken_by_kill(stage, folder, run) or further_run_broken(context, stage, folder)
     if found is None:
         return None
     kept = context.keep(f"{stage}-{how}", folder)
@@ -75,17 +75,16 @@ def moments(context, stages):
         yield stage, random.uniform(0.0005, times[str(stage)])
 
 
-def run_scenes(context, wanted):
-    stages = scenes.watched(context, scenes.stages_of(wanted))
-    in_place = scenes.watched(context, [scenes.stage_in_place(context, wanted[0])])
-    calls = [call for stage in stages + in_place for call in calls_of(stage)]
+def run_stages(context, stages):
+    stages = scenes.watched(context, stages)
+    calls = [call for stage in stages for call in calls_of(stage)]
     step = max(1, round(1 / context.share))
     outcome = context.outcome_of(lambda case: check_call(context, case), calls[::step])
     timed = context.outcome_of(lambda case: check_moment(context, case), moments(context, stages))
-    outcome.runs += timed.runs
-    outcome.failures += timed.failures
+    outcome.add(timed)
     return outcome
 
 
 def run(context):
-    return run_scenes(context, scenes.all_scenes())
+    in_place = scenes.stage_in_place(context, scenes.update_of_one())
+    return run_stages(context, [*scenes.stages_of(scenes.all_scenes()), in_place])

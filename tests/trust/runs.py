@@ -86,11 +86,45 @@ class ForkServer:
                    out.read_bytes(), err.read_bytes())
 
 
+class FileSink:
+    def __init__(self):
+        self.target = tempfile.TemporaryFile()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.target.close()
+
+    def text(self):
+        self.target.seek(0)
+        return self.target.read()
+
+
+class PipeSink:
+    def __init__(self):
+        reading, writing = os.pipe()
+        self.source = open(reading, "rb")
+        self.target = open(writing, "wb")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.target.close()
+        self.source.close()
+
+    def text(self):
+        self.target.close()
+        return self.source.read()
+
+
 def run_process(build, arguments, directory, environment=None, limits=(), executable="kestrix",
-                before_start=None):
+                before_start=None, in_pipes=False):
     """Starts the tool as a user does. `limits` are pairs of a resource and an amount.
 
-    `before_start` is called in the process that becomes the tool."""
+    `before_start` is called in the process that becomes the tool. What a run prints goes to files, or
+    to pipes, which take 64 KiB and have no limit of size."""
     def prepare():
         resource.setrlimit(resource.RLIMIT_CPU, (CPU_LIMIT + 5, CPU_LIMIT + 5))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -99,17 +133,16 @@ def run_process(build, arguments, directory, environment=None, limits=(), execut
         if before_start is not None:
             before_start()
 
-    with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+    sink = PipeSink if in_pipes else FileSink
+    with sink() as out, sink() as err:
         process = subprocess.Popen(
-            [build / executable, *arguments], cwd=directory, stdin=subprocess.DEVNULL, stdout=out,
-            stderr=err, env={**os.environ, **SANITIZER_ENVIRONMENT, **(environment or {})},
+            [build / executable, *arguments], cwd=directory, stdin=subprocess.DEVNULL, stdout=out.target,
+            stderr=err.target, env={**os.environ, **SANITIZER_ENVIRONMENT, **(environment or {})},
             preexec_fn=prepare)
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
-        out.seek(0)
-        err.seek(0)
         return Run(list(arguments), max(process.returncode, -1), max(-process.returncode, 0),
-                   usage.ru_utime + usage.ru_stime, usage.ru_maxrss, out.read(), err.read())
+                   usage.ru_utime + usage.ru_stime, usage.ru_maxrss, out.text(), err.text())
 
 
 class Workplace(threading.local):

@@ -33,6 +33,12 @@ MOST_FAILURES = 20  # are printed of one part
 class Outcome:
     runs: int
     failures: list  # texts: what was broken, and how to see it again
+    notes: list = dataclasses.field(default_factory=list)  # texts that are printed as well
+
+    def add(self, other):
+        self.runs += other.runs
+        self.failures += other.failures
+        self.notes += other.notes
 
 
 @dataclasses.dataclass
@@ -105,7 +111,7 @@ def run_part(name, arguments, seeds, root):
     shutil.rmtree(folder)
     print(f"{module.TITLE:60} {outcome.runs:7} runs {len(outcome.failures):4} failures "
           f"{time.monotonic() - start:6.0f} s", flush=True)
-    for text in outcome.failures[:MOST_FAILURES]:
+    for text in outcome.notes + outcome.failures[:MOST_FAILURES]:
         print(f"  {text}", flush=True)
     return outcome
 

@@ -1,0 +1,102 @@
+"""Refuses the tool memory: each allocation by itself, and all beyond a limit of address space."""
+
+import resource
+
+import scenes
+
+TITLE = "memory that is refused: each allocation, address space"
+ALLOCATIONS = 6000
+STEPS = 40
+MIB = 1 << 20
+ENOUGH = 1024 * MIB
+
+
+def archive():
+    """The library that reads archives may end the process where it gets no memory."""
+    content = (scenes.PROJECT / "examples/assemblies/metal_filters.oblar").read_bytes()
+    return scenes.Scene("update of an archive", {"in/metal.oblar": content},
+                        ["update", "in/metal.oblar", "--output-path", "out"],
+                        ["out/metal_updated.obl"], may_crash=True)
+
+
+def check(context, stage, how, folder, run, ended):
+    """`ended` gets the runs that a signal ended although that is a known limit."""
+    if run.signal != 0 and stage.scene.may_crash:
+        ended.append(how)
+        found = scenes.broken_by_kill(stage, folder, run)
+    else:
+        found = scenes.broken_promise(stage, folder, run)
+    if found is None:
+        return None
+    kept = context.keep(f"{stage}-{how}", folder)
+    return f"{stage}, {how}: {found}; see {kept}\n{run}"
+
+
+def check_allocation(context, case, ended):
+    stage, number = case
+    folder = context.workplace.empty_folder()
+    scenes.prepare(stage, folder)
+    run = scenes.run_stage(context, stage, folder, f"alloc:{number}")
+    return check(context, stage, f"FAULTS=alloc:{number}", folder, run, ended)
+
+
+def run_within(context, stage, folder, amount, workers=1, arguments=None):
+    scenes.prepare(stage, folder)
+    return scenes.run_stage(context, stage, folder, workers=workers, arguments=arguments,
+                            limits=[(resource.RLIMIT_AS, amount)])
+
+
+def least_for(context, stage, workers, arguments=None):
+    """The least address space in MiB with which a run succeeds."""
+    low, high = 0, ENOUGH // MIB
+    while high - low > 1:
+        middle = (low + high) // 2
+        run = run_within(context, stage, context.workplace.empty_folder(), middle * MIB, workers,
+                         arguments)
+        low, high = (low, middle) if run.code == 0 else (middle, high)
+    return high
+
+
+def limits_for(context, stage, workers):
+    """From where the tool can be loaded and print its help to where it can do all."""
+    least = least_for(context, stage, workers, ["--help"]) * MIB
+    enough = least_for(context, stage, workers) * MIB + MIB
+    count = context.number(STEPS)
+    for step in range(count):
+        yield stage, workers, round(least + (enough - least) * step / max(1, count - 1))
+
+
+def check_limit(context, case, ended):
+    stage, workers, amount = case
+    folder = context.workplace.empty_folder()
+    run = run_within(context, stage, folder, amount, workers)
+    return check(context, stage, f"{amount} bytes of address space, {workers} workers", folder, run,
+                 ended)
+
+
+def allocations(context, stages):
+    """A share of the allocations of each stage, evenly spread over all of them."""
+    each = context.number(ALLOCATIONS) // len(stages)
+    for stage in stages:
+        step = max(1, -(-stage.counts["alloc"] // max(1, each)))
+        for number in range(1, stage.counts["alloc"] + 1, step):
+            yield stage, number
+
+
+def run_stages(context, stages):
+    stages = scenes.watched(context, stages)
+    ended = []
+    outcome = context.outcome_of(lambda case: check_allocation(context, case, ended),
+                                 allocations(context, stages))
+    limits = [case for stage in stages for workers in (1, 2)
+              for case in limits_for(context, stage, workers)]
+    limited = context.outcome_of(lambda case: check_limit(context, case, ended), limits)
+    outcome.add(limited)
+    if ended:
+        outcome.notes.append(f"{len(ended)} runs ended by a signal in a library, no file was harmed")
+    return outcome
+
+
+def run(context):
+    wanted = [*scenes.all_scenes(), archive()]
+    return run_stages(context, [scenes.stage_with_former(scene) for scene in wanted])
