@@ -38,16 +38,23 @@ def plans(stage, word):
             yield stage, word, f"{word}:{number}{lasting}:{error}"
 
 
-def check(context, case):
+def check(context, case, workers=1):
     stage, word, plan = case
     folder = context.workplace.empty_folder()
     scenes.prepare(stage, folder)
-    run = scenes.run_stage(context, stage, folder, plan)
+    run = scenes.run_stage(context, stage, folder, plan, workers)
     found = scenes.broken_promise(stage, folder, run, may_leave=word == "remove")
     if found is None:
         return None
     kept = context.keep(f"{stage}-{plan}", folder)
-    return f"{stage}, FAULTS={','.join(filter(None, [stage.plan, plan]))}: {found}; see {kept}\n{run}"
+    plans_of_run = ",".join(filter(None, [stage.plan, plan]))
+    return f"{stage}, FAULTS={plans_of_run}: {found}; see {kept}\n{run}"
+
+
+def several(cases):
+    """Those in which the tool has work for two threads, and in which no certain call must fail."""
+    return [case for case in cases
+            if len(case[0].scene.targets) > 1 and not case[0].is_in_place]
 
 
 def share_of(context, cases, number):
@@ -61,7 +68,10 @@ def run_stages(context, stages):
     moving = [case for stage in stages for word in MOVING for case in plans(stage, word)]
     asking = [case for stage in stages for word in ASKING for case in plans(stage, word)]
     cases = share_of(context, moving, len(moving)) + share_of(context, asking, RUNS // 5)
-    return context.outcome_of(lambda case: check(context, case), cases)
+    outcome = context.outcome_of(lambda case: check(context, case), cases)
+    outcome.add(context.outcome_of(lambda case: check(context, case, workers=2),
+                                   share_of(context, several(moving), RUNS // 5)))
+    return outcome
 
 
 def run(context):

@@ -8,7 +8,7 @@
 //   KILLED  the process is killed when the call has been made
 //   SHORT   read, pread and write are asked for half of the bytes; other calls are made as ever
 //
-// A word stands for several calls, and "any" for those of all words but alloc:
+// A word may be named twice. It stands for several calls, and "any" for all of them but alloc:
 //
 //   alloc   malloc, calloc, realloc and the aligned ones     open    open, openat
 //   sync    fsync, fdatasync, syncfs                         read    read, pread
@@ -101,7 +101,9 @@ struct Plan
     }
 };
 
-std::array<Plan, CallCount> plans;
+// Of each word, in the order in which FAULTS names them.
+constexpr std::size_t MostPlans = 2;
+std::array<std::array<Plan, MostPlans>, CallCount> plans;
 std::array<std::atomic<unsigned long>, CallCount> counts;
 bool hasStarted = false; // libraries are set up, and the program's own objects are next
 
@@ -120,7 +122,7 @@ void planOne(std::string_view text)
     for (std::size_t call = 0; call < CallCount; ++call) {
         if (Words[call] != word)
             continue;
-        Plan& plan = plans[call];
+        Plan& plan = plans[call][plans[call].front().first == 0 ? 0 : 1];
         plan.isLasting = !number.empty() && number.back() == '+';
         for (const char digit : number)
             if (digit >= '0' && digit <= '9')
@@ -141,6 +143,14 @@ void readPlans()
         planOne(takeUntil(rest, ','));
 }
 
+int plannedFor(Call call, unsigned long number)
+{
+    for (const Plan& plan : plans[call])
+        if (plan.isAt(number))
+            return plan.error;
+    return 0;
+}
+
 // Counts the call. Returns the error or the deed that is planned for it, or 0.
 int countCall(Call call)
 {
@@ -148,9 +158,8 @@ int countCall(Call call)
         return 0;
     const unsigned long number = ++counts[call];
     const unsigned long numberOfAny = call == Alloc ? 0 : ++counts[Any];
-    if (plans[Any].isAt(numberOfAny))
-        return plans[Any].error;
-    return plans[call].isAt(number) ? plans[call].error : 0;
+    const int fault = plannedFor(Any, numberOfAny);
+    return fault != 0 ? fault : plannedFor(call, number);
 }
 
 [[noreturn]] void die()
