@@ -5,6 +5,8 @@
 //   careless  takes no notice of failures
 //   silent    says nothing about them
 //   litter    leaves the file of the other name behind
+//   late      syncs the file when that has got its name
+//   forgetful does not sync the folder
 //   greedy    writes to its input
 //   fragile   ends by a signal where it gets no memory
 #include <csignal>
@@ -31,6 +33,12 @@ bool readAll(const char* path, char* data, std::size_t& size)
     return file >= 0 && close(file) == 0 && count == 0;
 }
 
+bool sync(const std::string& path)
+{
+    const int file = open(path.c_str(), O_RDONLY);
+    return file >= 0 && fsync(file) == 0 && close(file) == 0;
+}
+
 bool writeAll(const char* path, const char* data, std::size_t size)
 {
     const int file = open(path, O_WRONLY | O_CREAT | O_TRUNC, 0644);
@@ -40,7 +48,7 @@ bool writeAll(const char* path, const char* data, std::size_t size)
         count = write(file, data + done, size - done < BlockSize ? size - done : BlockSize);
         done += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
-    return file >= 0 && fsync(file) == 0 && close(file) == 0 && done == size;
+    return file >= 0 && close(file) == 0 && done == size;
 }
 
 bool copy(const std::string& mode, const char* input, const std::string& target)
@@ -56,8 +64,10 @@ bool copy(const std::string& mode, const char* input, const std::string& target)
     if (mode == "inplace")
         return writeAll(target.c_str(), data, size);
     const std::string other = target + ".new";
-    if ((writeAll(other.c_str(), data, size) || mode == "careless") &&
-        rename(other.c_str(), target.c_str()) == 0)
+    const bool isWritten = writeAll(other.c_str(), data, size) && (mode == "late" || sync(other));
+    if ((isWritten || mode == "careless") && rename(other.c_str(), target.c_str()) == 0 &&
+        (mode != "late" || sync(target)) &&
+        (mode == "forgetful" || sync(target.substr(0, target.rfind('/')))))
         return true;
     if (mode != "litter")
         unlink(other.c_str());

@@ -83,6 +83,13 @@ def check_disk(context, case):
         return check(context, stage, f"{free} free pages of {PAGE} bytes", folder, run)
 
 
+def disks_for(context, stages):
+    """Each stage with numbers of free pages from none to more than its targets need."""
+    for case in range(0, DISK_RUNS, max(1, round(1 / context.share))):
+        turn = case // len(stages)
+        yield stages[case % len(stages)], turn * MOST_FREE * len(stages) // DISK_RUNS
+
+
 def fill(path, free):
     status = os.statvfs(path.parent)
     path.write_bytes(b"f" * max(0, status.f_bfree - free) * PAGE)
@@ -98,11 +105,11 @@ def run_stages(context, stages):
     stages = scenes.watched(context, stages)
     sizes = [(stage, size) for stage in stages for size in sizes_for(context, stage)]
     outcome = context.outcome_of(lambda case: check_size(context, case), sizes)
-    if can_mount(context):
-        disks = [(stages[case % len(stages)], case // len(stages) * MOST_FREE * len(stages) // DISK_RUNS)
-                 for case in range(0, DISK_RUNS, max(1, round(1 / context.share)))]
-        full = context.outcome_of(lambda case: check_disk(context, case), disks)
-        outcome.add(full)
+    if not can_mount(context):
+        outcome.notes.append("the system mounts no small disk for this user")
+    else:
+        outcome.add(context.outcome_of(lambda case: check_disk(context, case),
+                                       disks_for(context, stages)))
     return outcome
 
 

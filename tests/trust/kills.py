@@ -31,7 +31,8 @@ def check(context, stage, how, folder, run, number):
     if run.signal not in (0, number):
         found = f"is ended by signal {run.signal}"
     else:
-        found = scenes.broken_by_kill(stage, folder, run) or further_run_broken(context, stage, folder)
+        found = (scenes.broken_by_kill(stage, folder, run)
+                 or further_run_broken(context, stage, folder))
     if found is None:
         return None
     kept = context.keep(f"{stage}-{how}", folder)
@@ -75,13 +76,45 @@ def moments(context, stages):
         yield stage, random.uniform(0.0005, times[str(stage)])
 
 
+def killed_at_sync(context, stage, number, deed):
+    folder = context.workplace.empty_folder()
+    scenes.prepare(stage, folder)
+    scenes.run_stage(context, stage, folder, f"sync:{number}:{deed}")
+    return folder
+
+
+def check_power(context, stage):
+    """A cut of the power loses all that is not synced: the new bytes, and the new name.
+
+    So the new file is whole before the first sync, and gets its name behind that. The last sync is
+    that of the folder, and the name is there before."""
+    name = stage.scene.targets[0]
+    folder = killed_at_sync(context, stage, 1, "KILL")
+    waiting = [scenes.result(path) for path in scenes.leftovers(stage, folder).values()]
+    if scenes.result(folder / name) in stage.last[name]:
+        return f"{stage}: {name} has its new bytes before they are synced"
+    if not stage.last[name].intersection(waiting):
+        return f"{stage}: not all bytes of {name} are written before they are synced"
+    folder = killed_at_sync(context, stage, stage.counts["sync"], "KILLED")
+    if scenes.result(folder / name) not in stage.last[name]:
+        return f"{stage}: {name} gets its new bytes behind the last sync"
+    return None
+
+
+def can_lose_power(stage):
+    """What is written into a target itself, or to several, has no such order."""
+    return len(stage.scene.targets) == 1 and not stage.is_in_place
+
+
 def run_stages(context, stages):
     stages = scenes.watched(context, stages)
     calls = [call for stage in stages for call in calls_of(stage)]
     step = max(1, round(1 / context.share))
     outcome = context.outcome_of(lambda case: check_call(context, case), calls[::step])
-    timed = context.outcome_of(lambda case: check_moment(context, case), moments(context, stages))
-    outcome.add(timed)
+    outcome.add(context.outcome_of(lambda case: check_moment(context, case),
+                                   moments(context, stages)))
+    outcome.add(context.outcome_of(lambda stage: check_power(context, stage),
+                                   filter(can_lose_power, stages)))
     return outcome
 
 

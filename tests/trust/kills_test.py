@@ -15,6 +15,12 @@ class Kills(PartTest):
     def test_show_a_tool_that_writes_into_its_target(self):
         self.assert_found(self.outcome(kills, "inplace"), "neither the former nor the new ones")
 
+    def test_show_a_tool_that_syncs_too_late(self):
+        self.assert_found(self.outcome(kills, "late"), "before they are synced")
+
+    def test_show_a_tool_that_syncs_no_folder(self):
+        self.assert_found(self.outcome(kills, "forgetful"), "behind the last sync")
+
     def test_show_a_tool_that_writes_to_its_input(self):
         self.assert_found(self.outcome(kills, "greedy"), "input in/a.obl")
 

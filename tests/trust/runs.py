@@ -123,8 +123,8 @@ def run_process(build, arguments, directory, environment=None, limits=(), execut
                 before_start=None, in_pipes=False):
     """Starts the tool as a user does. `limits` are pairs of a resource and an amount.
 
-    `before_start` is called in the process that becomes the tool. What a run prints goes to files, or
-    to pipes, which take 64 KiB and have no limit of size."""
+    `before_start` is called in the process that becomes the tool. What a run prints goes to files,
+    or to pipes, which take 64 KiB and have no limit of size."""
     def prepare():
         resource.setrlimit(resource.RLIMIT_CPU, (CPU_LIMIT + 5, CPU_LIMIT + 5))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
@@ -136,8 +136,8 @@ def run_process(build, arguments, directory, environment=None, limits=(), execut
     sink = PipeSink if in_pipes else FileSink
     with sink() as out, sink() as err:
         process = subprocess.Popen(
-            [build / executable, *arguments], cwd=directory, stdin=subprocess.DEVNULL, stdout=out.target,
-            stderr=err.target, env={**os.environ, **SANITIZER_ENVIRONMENT, **(environment or {})},
+            [build / executable, *arguments], cwd=directory, stdin=subprocess.DEVNULL,
+            stdout=out.target, stderr=err.target, env={**os.environ, **SANITIZER_ENVIRONMENT, **(environment or {})},
             preexec_fn=prepare)
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)

@@ -37,7 +37,6 @@ class Scene:
     before_last: tuple = ()
     otherwise: tuple = ()
     said: bytes = b""
-    may_crash: bool = False  # by a library that does without memory badly
 
 
 @dataclasses.dataclass
@@ -45,8 +44,8 @@ class Stage:
     """`plan` are faults of each run, which lead the tool another way.
 
     The rest is made by watch(): the numbers of the calls of a run that is left alone; for each
-    target the contents that it may have in the end, behind a further run, and meanwhile. All of them
-    are as canonical() has them."""
+    target the contents that it may have in the end, behind a further run, and meanwhile. All of
+    them are as canonical() has them."""
 
     scene: Scene
     name: str
@@ -210,7 +209,9 @@ def results(stage, folder):
 
 
 def equals(content):
-    """All that may stand for the content: a picture that cannot be asked has no time or checksum."""
+    """All that may stand for the content.
+
+    The time or the checksum of a picture is left out where the system does not give it."""
     if content is None:
         return set()
     without_time = re.sub(rb'(<lastModif v=")[^"]*', rb"\1", content)
@@ -336,7 +337,8 @@ def broken_promise(stage, folder, run, may_leave=False):
     named = [os.path.relpath(os.fsdecode(copy), folder) for copy in kept_copies(run)]
     copies = [left[name].read_bytes() for name in named if name in left]
     broken = (target_broken(stage, folder, name, run, copies) for name in stage.scene.targets)
-    found = runs.broken_bound(run) or inputs_changed(stage, folder) or next(filter(None, broken), None)
+    found = (runs.broken_bound(run) or inputs_changed(stage, folder)
+             or next(filter(None, broken), None))
     if found is not None:
         return found
     unnamed = sorted(set(left) - set(named))

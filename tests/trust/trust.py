@@ -33,7 +33,7 @@ MOST_FAILURES = 20  # are printed of one part
 class Outcome:
     runs: int
     failures: list  # texts: what was broken, and how to see it again
-    notes: list = dataclasses.field(default_factory=list)  # texts that are printed as well
+    notes: list = dataclasses.field(default_factory=list)  # texts: what was seen and is no failure
 
     def add(self, other):
         self.runs += other.runs
