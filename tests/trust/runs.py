@@ -13,6 +13,7 @@ import threading
 CPU_LIMIT = 10  # seconds, for any input
 MEMORY_LIMIT = 1 << 20  # KiB of resident memory, for any input of at most 1 MB
 SANITIZER_EXIT = 99  # no exit code of the tool's own
+SILENT = "fails without a line that says why"
 
 SANITIZER_ENVIRONMENT = {
     # The open documents live until the process ends, which is no leak.
@@ -56,7 +57,7 @@ def broken_bound(run, named=None, bounds_memory=True):
     if bounds_memory and run.peak > MEMORY_LIMIT:
         return "takes more than its memory"
     if run.code == 1 and not (run.out + run.err).strip():
-        return "fails without a line that says why"
+        return SILENT
     if run.code == 1 and named is not None and named not in run.out + run.err:
         return "fails without a line that names the file"
     return None
