@@ -289,6 +289,7 @@ struct PackagesListManager::Rewrites
     {
         std::vector<std::pair<Orv::Data::DataPointerBox<Dependency>, Uid>> elements;
         std::unordered_map<Uid, Uid> uids; // of data paths; the first pair of an old uid holds
+        Uid own = NoUid;                   // by which the package names itself, if it does
     };
     std::map<const Package*, OfOwner> owners;
 
@@ -303,6 +304,8 @@ struct PackagesListManager::Rewrites
         owner.uids.emplace(oldUid, newUid);
         if (oldUid != newUid)
             owner.elements.emplace_back(entry.element, newUid);
+        if (entry.element && entry.element->filename().get() == Himself)
+            owner.own = newUid;
     }
     void apply() const
     {
@@ -312,9 +315,18 @@ struct PackagesListManager::Rewrites
             for (const auto& [element, uid] : rewrite.elements)
                 if (element)
                     const_cast<Dependency&>(*element).uid().assign(uid);
+            if (rewrite.own != NoUid)
+                nameItself(*package, rewrite.own);
             visitTexts(const_cast<Package&>(*package),
                        [&uids = rewrite.uids](TextAttribute& text) { rewriteText(text, uids); });
         }
+    }
+    // Sets the uid of all elements "?himself". Of equal elements only the first is an entry.
+    static void nameItself(const Package& package, Uid uid)
+    {
+        for (const Dependency& dependency : package.dependencies())
+            if (dependency.filename().get() == Himself)
+                const_cast<Dependency&>(dependency).uid().assign(uid);
     }
     static void rewriteText(TextAttribute& text, const std::unordered_map<Uid, Uid>& uids)
     {

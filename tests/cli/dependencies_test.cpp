@@ -556,6 +556,27 @@ TEST_F(LoadedPackages, OfTwoElementsWithOneUidTheSecondIsMoved)
                   .text());
 }
 
+TEST_F(LoadedPackages, AllElementsByWhichAPackageNamesItselfGetOneUid)
+{
+    directory.write("a.obl", aPackage()
+                                 .dependingOnItself(5)
+                                 .dependingOnItself(6)
+                                 .dependingOnItself(6)
+                                 .containing(aGroupSaying("g", "pkg://g?dependency=6"))
+                                 .text());
+
+    const ToolRun run = update({"a.obl"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("a_updated.obl"),
+              aPackage()
+                  .dependingOnItself(5)
+                  .dependingOnItself(5)
+                  .dependingOnItself(5)
+                  .containing(aGroupSaying("g", "pkg://g?dependency=5"))
+                  .text());
+}
+
 TEST_F(LoadedPackages, APackageLosesADependencyOnAnotherSpellingOfItsOwnPath)
 {
     directory.write("a.obl", aPackage().dependingOn(".//a.obl", 7).text());
