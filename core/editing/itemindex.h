@@ -32,9 +32,7 @@ public:
             return;
         for (const Orv::Data::TouchedChild& touched : message.touched)
             follow(touched, *list);
-        // One that was made in an edit which was refused afterwards knows what is not there.
-        if (m_records.size() != list->size())
-            refill(*list);
+        settle(*list);
     }
 
     // Returns true if an index of the list can be right: in a live document, of whose changes
@@ -46,6 +44,30 @@ public:
     }
 
 protected:
+    // Looks at an item that a change has touched.
+    void follow(const Orv::Data::TouchedChild& touched, const List& list)
+    {
+        const auto* const item = static_cast<const Item*>(touched.object.get());
+        const bool isThere = item != nullptr && item->getParent() == &list;
+        const auto known = m_records.find(touched.address);
+        if (known == m_records.end()) {
+            if (isThere)
+                add(*item);
+        } else if (!isThere) {
+            drop(known);
+        } else if (Record present = Follower::read(*item); !(present == known->value)) {
+            self().leave(item, known->value);
+            known->value = std::move(present);
+            self().enter(*item, known->value);
+        }
+    }
+    // Ends a row of items that were followed.
+    void settle(const List& list)
+    {
+        // One that was made in an edit which was refused afterwards knows what is not there.
+        if (m_records.size() != list.size())
+            refill(list);
+    }
     void refill(const List& list)
     {
         while (!m_records.empty())
@@ -67,22 +89,6 @@ private:
     {
         self().leave(static_cast<const Item*>(place->key()), place->value);
         m_records.erase(place);
-    }
-    void follow(const Orv::Data::TouchedChild& touched, const List& list)
-    {
-        const auto* const item = static_cast<const Item*>(touched.object.get());
-        const bool isThere = item != nullptr && item->getParent() == &list;
-        const auto known = m_records.find(touched.address);
-        if (known == m_records.end()) {
-            if (isThere)
-                add(*item);
-        } else if (!isThere) {
-            drop(known);
-        } else if (Record present = Follower::read(*item); !(present == known->value)) {
-            self().leave(item, known->value);
-            known->value = std::move(present);
-            self().enter(*item, known->value);
-        }
     }
 
     Records m_records;

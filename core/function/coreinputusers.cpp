@@ -57,15 +57,26 @@ void visitValuesOf(const CompNode& node, const Visit& visit)
         node, [&](const ParameterPlace& place) { visitValues(place.parameters, visit); });
 }
 
-// Which nodes of a graph have functions that read an input, kept in step with the nodes.
+// Which nodes of a graph have functions that read an input. A node has thousands of functions, and
+// each of a row of edits may change one of them: changed nodes are read when somebody asks.
 class ReaderIndex final : public ItemIndex<ReaderIndex, CompNode, std::set<std::string>>
 {
 public:
     explicit ReaderIndex(const List& list) { refill(list); }
 
-    // Returns them in the order of the list.
-    std::vector<const CompNode*> readersOf(const std::string& input, const List& list) const
+    void deliver(const Orv::Data::DataMessage& message) override
     {
+        for (const Orv::Data::TouchedChild& touched : message.touched)
+            m_touched.insert_or_assign(touched.address, touched);
+        const auto* list = static_cast<const List*>(message.object.get());
+        if (list != nullptr && m_touched.size() > list->size()) // some have died
+            catchUp(*list);
+    }
+
+    // Returns them in the order of the list.
+    std::vector<const CompNode*> readersOf(const std::string& input, const List& list)
+    {
+        catchUp(list);
         const auto found = m_readers.find(input);
         if (found == m_readers.end())
             return {};
@@ -108,7 +119,17 @@ public:
     }
 
 private:
+    // Reads the nodes that have changed.
+    void catchUp(const List& list)
+    {
+        for (const auto& [address, touched] : std::exchange(m_touched, {}))
+            follow(touched, list);
+        settle(list);
+    }
+
     std::unordered_map<std::string, std::unordered_set<const CompNode*>> m_readers;
+    // The last change of each node since the index was asked.
+    std::unordered_map<const Orv::Data::BaseObject*, Orv::Data::TouchedChild> m_touched;
 };
 
 class UserCollector
@@ -120,7 +141,7 @@ public:
     {
         const auto visitValue = [this](const DynamicValue& value) { visit(value); };
         visitValues(graph.baseParameters(), visitValue);
-        if (const ReaderIndex* index = ReaderIndex::of(graph.compNodes())) {
+        if (ReaderIndex* index = ReaderIndex::of(graph.compNodes())) {
             for (const CompNode* node : index->readersOf(m_identifier, graph.compNodes()))
                 visitValuesOf(*node, visitValue);
             return;
