@@ -7,6 +7,7 @@
 #include "ksx/core/nodecontroller.h"
 #include "ksx/core/outputconnectorcontroller.h"
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -31,11 +32,18 @@ ConnectionController* ConnexionsListener::find(const ConnectorController& input,
                                                const ConnectorController& output) const
 {
     const bool isInputShorter = input.connections().size() <= output.connections().size();
-    std::size_t first = m_connections.size();
-    for (const ConnectionController* connection : (isInputShorter ? input : output).connections())
-        if (connection->input() == &input && connection->output() == &output)
-            first = std::min(first, m_connections.indexOf(connection));
-    return first == m_connections.size() ? nullptr : m_connections[first].get();
+    const ConnectorController& shorter = isInputShorter ? input : output;
+    const ConnectorController::Connections& connections = shorter.connections();
+    const auto isBetween = [&](const ConnectionController* connection) {
+        return connection->input() == &input && connection->output() == &output;
+    };
+    const auto any = std::find_if(connections.begin(), connections.end(), isBetween);
+    if (any == connections.end())
+        return nullptr;
+    if (std::none_of(std::next(any), connections.end(), isBetween))
+        return *any;
+    shorter.targets(); // puts the connections into the order of the document
+    return *std::find_if(connections.begin(), connections.end(), isBetween);
 }
 
 // Connections that leave let go of their ends before others take them. Who hears of it may edit the
