@@ -3,6 +3,7 @@
 #include "data/content/graph.h"
 #include "data/content/group.h"
 #include "data/content/package.h"
+#include "editing/keyindex.h"
 #include <cstddef>
 #include <vector>
 
@@ -10,6 +11,19 @@ namespace Ksx::Core {
 
 using namespace Data::Content;
 using ContentList = Orv::Data::ContainerList<ContentObjectBase>;
+
+namespace {
+
+struct ContentKey
+{
+    using Type = std::string;
+    static const Orv::Data::Attribute<Type>& of(const ContentObjectBase& item)
+    {
+        return dynamic_cast<const ContentInterface&>(item).identifierAttribute();
+    }
+};
+
+} // namespace
 
 const ContentList* contentOf(const Orv::Data::BaseObject& object)
 {
@@ -26,14 +40,8 @@ const ContentObjectBase* findContent(const Orv::Data::BaseObject& owner,
                                      const std::string& identifier)
 {
     const ContentList* content = contentOf(owner);
-    if (content == nullptr)
-        return nullptr;
-    for (const ContentObjectBase& item : *content) {
-        const auto* named = dynamic_cast<const ContentInterface*>(&item);
-        if (named != nullptr && named->identifierAttribute().get() == identifier)
-            return &item;
-    }
-    return nullptr;
+    return content == nullptr ? nullptr
+                              : KeyIndex<ContentObjectBase, ContentKey>::find(*content, identifier);
 }
 
 void visitContent(const Package& package,
