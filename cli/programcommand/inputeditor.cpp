@@ -9,9 +9,7 @@
 #include "data/floattext.h"
 #include "data/latin1.h"
 #include "ksx/core/collectgraphs.h"
-#include "ksx/core/compgraphcontroller.h"
 #include "ksx/core/entryinputcontroller.h"
-#include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/inputscontroller.h"
 #include "ksx/core/inputusers.h"
 #include "ksx/core/packageslistmanager.h"
@@ -236,7 +234,10 @@ int InputEditor::execute(const ParsedOptions&, const VariablesMap& variables)
         printError(QStringLiteral("No Graph found into the input file"));
         return 1;
     }
-    if (!applyEdits(*Ksx::Core::graphController(graphs.front())->inputsController(), variables))
+    // The controller of the graph has one for each node as well: gigabytes for thousands of instances
+    // of a graph with thousands of images.
+    Ksx::Core::InputsController inputs(*graphs.front());
+    if (!applyEdits(inputs, variables))
         return 1;
     return save(*package, variables, presets.directory) ? 0 : 1;
 }

@@ -3,6 +3,7 @@
 #include "support/functiontext.h"
 #include "support/packagechecker.h"
 #include "support/packagetext.h"
+#include "support/peakbound.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
@@ -31,6 +32,22 @@ PackageText aGraphPackage(const std::string& inputs, const std::string& paramete
     graph.inputs = inputs;
     graph.parameters = parameters;
     return aPackage().containing(graph.text());
+}
+
+// A graph with an input "x" and that many instances of another graph, which has as many images.
+PackageText instancesOfAGraphOfImages(unsigned many)
+{
+    GraphText graph;
+    graph.inputs = anInput("x", 20, 256);
+    GraphText shown;
+    shown.identifier = "h";
+    for (unsigned i = 0; i < many; ++i) {
+        graph.nodes +=
+            aNode(100 + i, "<compInstance><path><value v=\"pkg://h?dependency=9\"/></path>"
+                           "<parameters/><outputBridgings/></compInstance>");
+        shown.inputs += anInput("m" + std::to_string(i), 100 + i, 1);
+    }
+    return aPackage().dependingOnItself(9).containing(graph.text() + shown.text());
 }
 
 class InputEditorCommand : public testing::Test
@@ -742,6 +759,14 @@ TEST_F(InputEditorCommand, WhatAnInstanceOfTheGraphInItselfSetsTheInputToGoesWit
              {"--switch-to-constant", "x"});
     EXPECT_EQ(run.exitCode, 0) << run;
     EXPECT_EQ(withOwnUidHidden(written()), withOwnUidHidden(package({}, {}).text()));
+}
+
+TEST_F(InputEditorCommand, ItsMemoryFollowsTheFileAndNotInstancesTimesImages)
+{
+    const ToolRun run = edit(instancesOfAGraphOfImages(1500), {"--set-default-value", "x@1"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_LT(run.peakKilobytes, peakBound(50L * 1024));
 }
 
 TEST_F(InputEditorCommand, AnEmptyFunctionGraphStays)

@@ -21,8 +21,9 @@ class TweakInputController;
 // of the list of the document, and follows that list.
 //
 // Get it from CompGraphController::inputsController(). The controller of the graph shares it with
-// its users. A user may keep it longer than the graph lives. It is empty then and refuses edits.
-// Main thread.
+// its users. Who edits nothing but inputs may make one of his own: no node gets a controller then.
+//
+// A user may keep it longer than the graph lives. It is empty then and refuses edits. Main thread.
 class InputsController : public Orv::SecuredObject
 {
 public:
@@ -37,7 +38,7 @@ public:
         Uid uid = NoUid;
     };
 
-    // For CompGraphController. `graph` is part of a document.
+    // `graph` is part of a document.
     explicit InputsController(const Data::Content::Graph& graph);
     InputsController(const InputsController&) = delete;
     InputsController& operator=(const InputsController&) = delete;
