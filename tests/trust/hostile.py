@@ -193,6 +193,19 @@ GRAPHS = [
 ]
 
 FUNCTIONS = [
+    Shape("readers of an input in one function", (SET, FREEZE), lambda n: with_function(
+        many(lambda k: getter(10 + k), n), 10)),
+    Shape("readers of an input of one uid", (FREEZE,), lambda n: with_function(
+        many(getter(10), n), 10)),
+    Shape("functions fed by one reader", (FREEZE,), lambda n: with_function(
+        getter(10) + many(lambda k: adder(11 + k, 10, 10), n), 10)),
+    Shape("one connection of functions again and again", (FREEZE,), lambda n: with_function(
+        getter(10) + adder(11, *[10] * n), 11)),
+    Shape("sequences of functions", (FREEZE,), lambda n: with_function(getter(10) + many(
+        lambda k: s.function_node(11 + k, "sequence", 256, s.connection("seqin", 10 + k)
+                                  + s.connection("seqlast", 10)), n), 10 + n)),
+    Shape("readers of an input in sets of an FX-map", (FREEZE,), lambda n: base(nodes=blend(
+        extra=fx_map(many(fx_data(5, computed(getter(3), 3)), n), fx_node(0, 5))))),
     Shape("functions in a chain", EDITS, lambda n: with_function(
         getter(10) + many(lambda k: adder(11 + k, 10 + k), n), 10 + n)),
     Shape("functions in a cycle", EDITS, lambda n: with_function(
@@ -230,6 +243,17 @@ CONTENTS = [
     Shape("instances of one graph", EDITS, lambda n: base(
         nodes=many(lambda k: instance(100 + k, "pkg://h?dependency=9"), n), dependencies=HIMSELF,
         behind=s.graph("h", 90, s.graph_input("x", 1), None, s.graph_output("y", 2)))),
+    Shape("instances of the graph that they are in", (SET, FREEZE), lambda n: base(
+        nodes=many(lambda k: instance(100 + k, "pkg://g?dependency=9"), n), dependencies=HIMSELF)),
+    Shape("instances of the last graph", (SET, FREEZE), lambda n: base(
+        nodes=many(lambda k: instance(100 + k, f"pkg://g{n - 1}?dependency=9"), n),
+        dependencies=HIMSELF, behind=many(lambda k: s.graph(f"g{k}", 100 + k), n))),
+    Shape("instances of a missing graph", (SET, FREEZE), lambda n: base(
+        nodes=many(lambda k: instance(100 + k, "pkg://x?dependency=9"), n),
+        dependencies=HIMSELF, behind=many(lambda k: s.group(f"g{k}", 100 + k), n))),
+    Shape("instances of a graph of images", (SET, FREEZE), lambda n: base(
+        nodes=many(lambda k: instance(100 + k, "pkg://h?dependency=9"), n), dependencies=HIMSELF,
+        behind=s.graph("h", 90, many(lambda k: s.graph_input(f"x{k}", 10 + k, 1), n)))),
     Shape("instances of each other's graphs", EDITS, lambda n: base(
         nodes=instance(9, "pkg://g0?dependency=9"), dependencies=HIMSELF,
         behind=many(lambda k: s.graph(f"g{k}", 100 + k, s.graph_input("x", 1), None,
@@ -260,7 +284,7 @@ DEPENDENCIES = [
         dependencies=many(lambda k: s.dependency("?himself", 10 + k), n))),
     Shape("ways to itself of one uid", (UPDATE,), lambda n: base(
         dependencies=many(s.dependency("?himself", 10), n))),
-    Shape("ways to itself, each with a path", (UPDATE, SPECIALIZE), lambda n: base(
+    Shape("ways to itself, each with a path", ALL, lambda n: base(
         dependencies=many(lambda k: s.dependency("?himself", 10 + k), n),
         nodes=many(lambda k: instance(10 ** 5 + k, f"pkg://g?dependency={10 + k}"), n))),
     Shape("its own name", (UPDATE, SPECIALIZE), lambda n: base(
