@@ -9,11 +9,12 @@ import typing
 
 import structure as s
 
-UPDATE = ("update", "{0}")
-SET = ("graph-parameters-editor", "{0}", "--set-default-value", "i@1")
-FREEZE = ("graph-parameters-editor", "{0}", "--switch-to-constant", "i@1")
-SPECIALIZE = ("specialization", "{0}")
-MERGE = ("specialization", "{0}", "--connect-input", "m", "--output-merge", "--output-name", "t")
+INPUT = "{input}"  # the name of the first file of a shape
+UPDATE = ("update", INPUT)
+SET = ("graph-parameters-editor", INPUT, "--set-default-value", "i@1")
+FREEZE = ("graph-parameters-editor", INPUT, "--switch-to-constant", "i@1")
+SPECIALIZE = ("specialization", INPUT)
+MERGE = ("specialization", INPUT, "--connect-input", "m", "--output-merge", "--output-name", "t")
 EDITS = (FREEZE, SPECIALIZE)
 ALL = (UPDATE, SET, FREEZE, SPECIALIZE)
 
@@ -28,7 +29,7 @@ E = "&"  # begins an entity
 class Shape:
     name: str
     commands: tuple
-    make: typing.Callable  # of a number of parts: the files by name, the first of which is the input
+    make: typing.Callable  # of a number of parts: the files by name, that of the input first
 
 
 def base(inputs="", outputs="", nodes="", roots="", dependencies="", behind="", **graph):
@@ -131,7 +132,8 @@ INTERFACES = [
         many(lambda k: s.graph_input("m", 10 + k, 1), n))),
     Shape("images with nodes", ALL, lambda n: base(
         many(lambda k: s.graph_input(f"m{k}", 10 + k, 1), n),
-        nodes=many(lambda k: s.comp_node(10 ** 6 + k, s.input_bridge(10 + k), [2 * 10 ** 6 + k]), n))),
+        nodes=many(lambda k: s.comp_node(10 ** 6 + k, s.input_bridge(10 + k),
+                                         [2 * 10 ** 6 + k]), n))),
     Shape("outputs", ALL, lambda n: base(
         outputs=many(lambda k: s.graph_output(f"o{k}", 10 + k), n))),
     Shape("outputs of one name", EDITS, lambda n: base(
@@ -436,7 +438,8 @@ DESCRIPTIONS = [
     Shape("described channels", (UPDATE,), lambda n: one_described(
         outputs=described_output(2, "o", '<channel components="R" names="x"/>' * n))),
     Shape("described entries of a drop-down list", (UPDATE,), lambda n: one_described(
-        described_input(1, "i", s.node("guicombobox", '<guicomboboxitem value="1" text="b"/>' * n)))),
+        described_input(1, "i", s.node(
+            "guicombobox", '<guicomboboxitem value="1" text="b"/>' * n)))),
     Shape("described labels", (UPDATE,), lambda n: one_described(many(described_input(
         1, "i", "<guislider " + many(lambda k: f'label{k}="x" ', MOST_ATTRIBUTES) + "/>"),
                                                                       n // 1000 + 1))),
@@ -510,9 +513,12 @@ COMMAND_LINES = {
     "one input again and again": line("update", *["a.obl"] * THOUSANDS),
     "missing inputs": line("update", *(f"b{k}.obl" for k in range(THOUSANDS))),
     "commands": line(*["update"] * THOUSANDS),
-    "one default again and again": line(EDITOR, "a.obl", *["--set-default-value", "i@1"] * THOUSANDS),
-    "one constant again and again": line(EDITOR, "a.obl", *["--switch-to-constant", "i"] * THOUSANDS),
-    "one image again and again": line("specialization", "a.obl", *["--connect-input", "m"] * THOUSANDS),
+    "one default again and again": line(
+        EDITOR, "a.obl", *["--set-default-value", "i@1"] * THOUSANDS),
+    "one constant again and again": line(
+        EDITOR, "a.obl", *["--switch-to-constant", "i"] * THOUSANDS),
+    "one image again and again": line(
+        "specialization", "a.obl", *["--connect-input", "m"] * THOUSANDS),
     "long option": line("update", "a.obl", "--" + "x" * LONG),
     "long command": line("x" * LONG),
     "long help": line("--help=" + "x" * LONG),

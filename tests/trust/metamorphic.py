@@ -90,8 +90,8 @@ def library():
     many = {f"many/p{k}.obl": s.package(s.graph("g", 1), s.dependency(
         f"p{(k + 1) % 12}.obl", 50 + (k + 1) % 12) + s.dependency("?himself", 50 + k)).encode()
             for k in range(12)}
-    return {"a.obl": samples.everything(), "b.obl": samples.companion(), "p.png": PICTURE.read_bytes(),
-            "c.oblasm": s.assembly(), "c.xml": one_description(),
+    return {"a.obl": samples.everything(), "b.obl": samples.companion(),
+            "p.png": PICTURE.read_bytes(), "c.oblasm": s.assembly(), "c.xml": one_description(),
             "d.oblar": s.stored_archive(s.archived_assemblies([one_description()] * 2)),
             "old.obl": old_package(), **many}
 
@@ -147,8 +147,8 @@ def place(context):
 
 
 def outputs(folder):
-    """The same of what a run has written. A new package has a random fileUID, and a new resource the
-    time of its file as the clocks of its zone show it."""
+    """The same of what a run has written. A new package has a random fileUID, and a new resource
+    the time of its file as the clocks of its zone show it."""
     return {name: CHANGING.sub(b"", content) for name, content in contents(folder / "out").items()}
 
 
@@ -194,8 +194,8 @@ def check_folder(context, scenario, expected):
     for way in ("presets/..", "/"):
         folder = place(context)
         known = folder if way == "/" else pathlib.Path("..", folder.name)
-        words = [str(known / word) if is_file_name(word) else word.replace("@path@", f"@path@{known}/")
-                 for word in SCENARIOS[scenario]]
+        words = [str(known / word) if is_file_name(word) else
+                 word.replace("@path@", f"@path@{known}/") for word in SCENARIOS[scenario]]
         run = start(context, [*words, "--presets-path", str(known / "presets"), "--output-path",
                               str(known / "out")], folder / way, fixed(context))
         if (broken := compared(context, scenario, folder, run, expected)) is not None:
@@ -207,13 +207,14 @@ def without_powers(context, arguments, folder):
     """A run that has to do what the modes of files say, as all but those of root have."""
     if os.geteuid() != 0:
         return start(context, arguments, folder, fixed(context))
-    powers = ["--bounding-set", OVERRIDES, "--inh-caps", OVERRIDES, str(context.release / "kestrix")]
-    return runs.run_process(pathlib.Path("/usr/bin"), [*powers, *arguments], folder, fixed(context),
-                            executable="setpriv")
+    tool = str(context.release / "kestrix")
+    powers = ["--bounding-set", OVERRIDES, "--inh-caps", OVERRIDES]
+    return runs.run_process(pathlib.Path("/usr/bin"), [*powers, tool, *arguments], folder,
+                            fixed(context), executable="setpriv")
 
 
 def check_read_only(context, scenario, expected):
-    """Inputs that cannot be written, in a folder that takes no new file. Root gives its powers up."""
+    """Inputs that cannot be written, in folders that take no new file."""
     folder = place(context)
     closed = [folder, folder / "many", folder / "presets"]
     for name in library():
@@ -235,7 +236,8 @@ def check_order(context, number):
     names = [f"many/p{k}.obl" for k in range(12)] + ["a.obl", "b.obl"]
     context.random(context.seeds[-1], f"order-{number}").shuffle(names)
     folder = place(context)
-    run = start(context, ["update", *names, *PRESETS, "--output-path", "out"], folder, fixed(context))
+    arguments = ["update", *names, *PRESETS, "--output-path", "out"]
+    run = start(context, arguments, folder, fixed(context))
     if run.code != 0:
         return f"update of all in another order fails\n  {run}"
     return outputs(folder)

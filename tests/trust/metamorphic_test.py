@@ -48,7 +48,8 @@ class Metamorphic(unittest.TestCase):
         self.assertIn("changes ['b.obl']", self.failures(writes_into_another_input))
 
     def test_a_second_update_that_changes_the_file_is_reported(self):
-        self.assertIn("changes what the one before has written", self.failures(writes_more_each_time))
+        self.assertIn("changes what the one before has written",
+                      self.failures(writes_more_each_time))
 
     def test_outputs_that_depend_on_the_order_are_reported(self):
         self.assertIn("the order of inputs changes", self.failures(writes_after_its_first_input))

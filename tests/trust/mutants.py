@@ -1,7 +1,7 @@
 """Mutants of packages, assemblies and archives: of their elements, not of their bytes.
 
-A mutant is a sample of which some elements were dropped, doubled, moved, swapped, or given values of
-other places. All commands run on mutants, in the build with sanitizers."""
+A mutant is a sample of which some elements were dropped, doubled, moved, swapped, or given values
+of other places. All commands run on mutants, in the build with sanitizers."""
 
 import functools
 import pathlib
@@ -14,7 +14,7 @@ import structure as s
 TITLE = "structure-aware mutants under the sanitizers"
 FULL = 20_000
 COMMANDS = ["update"] * 5 + ["graph-parameters-editor", "specialization"] * 2
-# How `update` names the file that it cannot load. The name of a dependency may be any text, or empty.
+# How `update` names the file that it cannot load. The name of a dependency may be any text.
 NAMED = re.compile(rb"^(Cannot load: .*/[ab]\.obl|Cannot load dependency: |Error! )", re.MULTILINE)
 # A default that is no value of the input's type ends the command without a line.
 DEFAULT = "--set-default-value"
@@ -23,11 +23,13 @@ NUMBERS = ["0", "1", "2", "4", "16", "256", "2307", "-1", "+7", "30", "31", "40"
 DECIMALS = ["0", "-0", "1e38", "3.4028235e38", "1e-46", "0.1", "nan", "inf", "-1", "1 2", "1 2 3",
             "1 2 3 4", "1,2,3,4"]
 PATHS = ["pkg://", "pkg:///", "pkg://?", "pkg://planks?dependency=30", "pkg://wood?dependency=31",
-         "pkg://planks?dependency=", "pkg://planks?dependency=4294967295", "pkg://planks?dependency=30"
-         "&typeParam=CompNodeType&compNodeUidParam=22", "pkg://parts//leaf/?dependency=30"]
+         "pkg://planks?dependency=", "pkg://planks?dependency=4294967295",
+         "pkg://planks?dependency=30&typeParam=CompNodeType&compNodeUidParam=22",
+         "pkg://parts//leaf/?dependency=30"]
 WORDS = ["", " ", "?himself", "?x", ".", "..", "/", "//", "a.obl", "./a.obl", "b.obl", "c/../b.obl",
-         "obl://b.obl", "obl://", "ksx://b.kestrix", "http://host", *PATHS, "%1", "%25", "%n", "x" * 300,
-         "\u00e9", "\u20ac", "\U0001F600", "\t", "\n", "\x7f", "\x85", "\ufffd", "&amp;", "<", "size",
+         "obl://b.obl", "obl://", "ksx://b.kestrix", "http://host", *PATHS, "%1", "%25", "%n",
+         "x" * 300, "\u00e9", "\u20ac", "\U0001F600", "\t", "\n", "\x7f", "\x85",
+         "\ufffd", "&amp;", "<", "size",
          "{inputName}", "instance", "get_float1", "inputNodeOutput", "fxmaps", "bitmap", "blend",
          "datacontent", "source", "color"]
 STRANGE = ["0x10", "4294967296", "99999999999999999999", "1.1.0.7049", "1.1.0.7050", "0.0.0.0",
@@ -217,9 +219,9 @@ def change_attributes(random, elements, _):
 
 
 # By how often they are chosen.
-CHANGES = ([set_other] * 6 + [set_extreme] * 6 + [set_alike] * 4 + [drop] * 3 + [double] * 4 + [cross] * 4
-           + [replace] * 4 + [move] * 2 + [swap] * 4 + [reorder] * 3 + [empty] * 2 + [nest] * 2
-           + [drop_anything, double_anything, rename, change_attributes])
+CHANGES = ([set_other] * 6 + [set_extreme] * 6 + [set_alike] * 4 + [drop] * 3 + [double] * 4
+           + [cross] * 4 + [replace] * 4 + [move] * 2 + [swap] * 4 + [reorder] * 3
+           + [empty] * 2 + [nest] * 2 + [drop_anything, double_anything, rename, change_attributes])
 
 
 def changed(random, root):
@@ -315,7 +317,7 @@ def of_child(element, name):
 
 
 def inputs_in(root):
-    """The inputs of the first graph of a document: pairs of a name and a type, of 1 to 4 for images."""
+    """The inputs of the first graph of a document: pairs of a name and a type."""
     graphs = [one for one in root.walk() if one.name == "graph"][:1]
     found = []
     for one in (one for graph in graphs for one in graph.walk()):

@@ -70,7 +70,8 @@ def everything():
         + s.comp_node(24, s.instance(
             "pkg://wood?dependency=31", s.parameter("size", s.constant("Float1", "0.25")),
             s.bridging(25, "color")), [25], s.connection("in", 20, 21))
-        + s.comp_node(26, s.instance("pkg://parts/leaf?dependency=30", "", s.bridging(27, "o")), [27])
+        + s.comp_node(26, s.instance("pkg://parts/leaf?dependency=30", "",
+                                     s.bridging(27, "o")), [27])
         + s.comp_node(28, _fx_map(), [29])
         + s.comp_node(32, s.output_bridge(5), [], s.connection("inputNodeOutput", 22, 23),
                       s.leaf("GUIName", "out"))

@@ -7,8 +7,8 @@ TITLE = "hostile shapes, each at two sizes, and command lines"
 MEGABYTE = 1_000_000
 CPU_OF_A_MEGABYTE = 2  # seconds, in the release build
 RATIO = 2.3
-# Sizes of the larger file of a pair, in bytes. A ratio counts if it is too large at all of them: the
-# first measurement may be wrong by chance, and a larger file leaves the caches.
+# Sizes of the larger file of a pair, in bytes. A ratio counts if it is too large at all of them:
+# the first measurement may be wrong by chance, and a larger file leaves the caches.
 SIZES = [MEGABYTE, MEGABYTE, 2 * MEGABYTE, 4 * MEGABYTE]
 # Runs of which the least cpu counts, once a ratio is in doubt.
 REPEATS = 4
@@ -30,8 +30,7 @@ def run_on(context, files, command):
     folder = context.workplace.empty_folder()
     for name, content in files.items():
         (folder / name).write_bytes(content if isinstance(content, bytes) else content.encode())
-    words = [word if isinstance(word, bytes) else word.format(next(iter(files))) for word in command]
-    return context.workplace.server(context.release).run(words, folder)
+    return context.workplace.server(context.release).run(command, folder)
 
 
 def least_run(context, files, command, repeats):
@@ -46,6 +45,8 @@ def least_run(context, files, command, repeats):
 
 def broken_growth(context, shape, command):
     """What a shape takes too much of, or None, and the last run."""
+    name = next(iter(shape.make(2)))
+    command = [name if word == hostile.INPUT else word for word in command]
     said = []
     for number, size in enumerate(SIZES):
         repeats = REPEATS if number else 1
@@ -76,8 +77,7 @@ def check_shape(context, shape, command):
 
 def check_line(context, name):
     files, words = hostile.COMMAND_LINES[name]()
-    run = run_on(context, files, [word if isinstance(word, bytes) else word.replace("{", "{{").replace(
-        "}", "}}") for word in words])
+    run = run_on(context, files, words)
     broken = runs.broken_bound(run)
     if broken is None and run.cpu > CPU_OF_A_MEGABYTE:
         broken = "takes too long"

@@ -38,7 +38,8 @@ def escaped(text):
 def parse(document):
     """The root of a document's bytes. Texts between elements are left out: packages have none."""
     def converted(node):
-        return Element(node.tag, [list(pair) for pair in node.items()], [converted(n) for n in node])
+        return Element(node.tag, [list(pair) for pair in node.items()],
+                       [converted(child) for child in node])
 
     return converted(xml.etree.ElementTree.fromstring(document))
 
@@ -97,7 +98,8 @@ def dependency(filename, uid):
 
 def graph(identifier="g", uid=1, inputs="", primary=None, outputs="", nodes="", root="",
           parameters="", content="", extra=""):
-    return node("graph", leaf("identifier", identifier), leaf("uid", uid), node("paraminputs", inputs),
+    return node("graph", leaf("identifier", identifier), leaf("uid", uid),
+                node("paraminputs", inputs),
                 "" if primary is None else valued("primaryInput", primary),
                 node("graphOutputs", outputs), node("compNodes", nodes),
                 node("baseParameters", parameters), node("content", content), extra,
@@ -205,7 +207,8 @@ def description(graphs, uid=ASSEMBLY_UID):
 
 
 def described_graph(url, inputs="", outputs=""):
-    return f'<graph pkgurl="{url}">' + node("inputs", inputs) + node("outputs", outputs) + "</graph>"
+    contents = node("inputs", inputs) + node("outputs", outputs)
+    return f'<graph pkgurl="{url}">{contents}</graph>'
 
 
 def archive_number(value):
@@ -231,23 +234,25 @@ def _bits(values):
 def archive_around(packed, header):
     """A 7z archive of the packed bytes and of what it says about them, with good checksums."""
     start = struct.pack("<QQI", len(packed), len(header), zlib.crc32(header))
-    return b"7z\xbc\xaf\x27\x1c\0\4" + struct.pack("<I", zlib.crc32(start)) + start + packed + header
+    signature = b"7z\xbc\xaf\x27\x1c\0\4" + struct.pack("<I", zlib.crc32(start))
+    return signature + start + packed + header
 
 
 def archive_header(files, sizes=None, one_folder=False, checksums=None):
-    """What an archive of stored files says about them. `sizes` are announced instead of their own."""
+    """What an archive of stored files says about them. `sizes` are announced for their own."""
     full = [content for _, content in files if content]
     sizes = [len(content) for content in full] if sizes is None else sizes
     checksums = [zlib.crc32(content) for content in full] if checksums is None else checksums
     packed = [sum(map(len, full))] if one_folder else [len(content) for content in full]
     folders = [sum(sizes)] if one_folder else sizes
-    streams = b"\6" + archive_number(0) + archive_number(len(packed)) + b"\x09" + _numbers(packed) + b"\0"
+    streams = b"\6" + archive_number(0) + archive_number(len(packed))
+    streams += b"\x09" + _numbers(packed) + b"\0"
     streams += b"\7\x0b" + archive_number(len(folders)) + b"\0" + b"\1\1\0" * len(folders)
     streams += b"\x0c" + _numbers(folders) + b"\0\x08"
     if one_folder:
         streams += b"\x0d" + archive_number(len(full)) + b"\x09" + _numbers(sizes[:-1])
     streams += b"\x0a\1" + struct.pack(f"<{len(full)}I", *checksums) + b"\0"
-    names = b"\0" + b"".join(name.encode("utf-16-le", "surrogatepass") + b"\0\0" for name, _ in files)
+    names = b"\0" + b"".join(name.encode("utf-16-le") + b"\0\0" for name, _ in files)
     empty = _bits([not content for _, content in files])
     listed = archive_number(len(files))
     listed += b"\x0e" + archive_number(len(empty)) + empty if len(full) < len(files) else b""
