@@ -197,8 +197,6 @@ GRAPHS = [
 FUNCTIONS = [
     Shape("readers of an input in one function", (SET, FREEZE), lambda n: with_function(
         many(lambda k: getter(10 + k), n), 10)),
-    Shape("readers of an input of one uid", (FREEZE,), lambda n: with_function(
-        many(getter(10), n), 10)),
     Shape("functions fed by one reader", (FREEZE,), lambda n: with_function(
         getter(10) + many(lambda k: adder(11 + k, 10, 10), n), 10)),
     Shape("one connection of functions again and again", (FREEZE,), lambda n: with_function(
