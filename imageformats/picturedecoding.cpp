@@ -67,9 +67,14 @@ QImage readByQt(QImageReader& reader, const PictureLimits& limits)
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     reader.setAllocationLimit(0); // our limit is another
 #endif
-    if (!isWithin(limits, reader.size()))
+    const QSize size = reader.size();
+    if (!isWithin(limits, size))
         return QImage();
-    QImage image = reader.read();
+    // A file of runs may leave out pixels, and its reader leaves these as they are.
+    QImage image(qAbs(size.width()), qAbs(size.height()), reader.imageFormat());
+    image.fill(0U);
+    if (!reader.read(&image))
+        return QImage();
     return isWithin(limits, image.size()) ? image : QImage();
 }
 

@@ -29,11 +29,13 @@ struct Packet
     qint64 length; // in units, of the data behind the first byte
 };
 
-// Where the packets begin and what they have to give. A unit is a pixel, or a byte of it.
+// Where the packets begin and what they have to give. A unit is a pixel, or a byte of it. Decoders
+// drop what a packet gives beyond the end of its line.
 struct Runs
 {
     qint64 begin;
-    qint64 units;
+    qint64 lines;
+    qint64 unitsOfALine;
     int unitSize;
     qint64 tail; // bytes that have to stand behind the packets
 };
@@ -64,6 +66,7 @@ Runs runs(const QByteArray& head)
 {
     return {HeaderSize + byteAt(head, IdLength) +
                 qint64(wordAt(head, ColorMapLength)) * wholeBytes(byteAt(head, ColorMapDepth)),
+            1, // a packet may go on in the next line
             qint64(wordAt(head, Width)) * wordAt(head, Height), wholeBytes(byteAt(head, Depth)), 0};
 }
 
@@ -100,7 +103,7 @@ Runs runs(const QByteArray& head)
     const qint64 lines = wordAt(head, Bottom) - wordAt(head, Top) + 1;
     const bool hasTable = byteAt(head, Version) >= 5 && byteAt(head, Depth) == 8 &&
                           byteAt(head, Planes) == 1 && wordAt(head, Greys) != 2;
-    return {HeaderSize, lines * byteAt(head, Planes) * wordAt(head, LineSize), 1,
+    return {HeaderSize, lines, qint64(byteAt(head, Planes)) * wordAt(head, LineSize), 1,
             hasTable ? TableSize : 0};
 }
 
@@ -151,13 +154,17 @@ bool hasAllRuns(FREE_IMAGE_FORMAT format, QIODevice& device)
     const QByteArray file = device.peek(device.size() - device.pos());
     const Runs runs = row->runs(file);
     qint64 place = runs.begin;
-    qint64 missing = runs.units;
-    while (missing > 0 && place < file.size()) {
-        const Packet packet = row->packet(byteAt(file, place));
-        place += 1 + packet.length * runs.unitSize;
-        missing -= packet.units;
+    for (qint64 line = 0; line < runs.lines; ++line) {
+        qint64 missing = runs.unitsOfALine;
+        while (missing > 0 && place < file.size()) {
+            const Packet packet = row->packet(byteAt(file, place));
+            place += 1 + packet.length * runs.unitSize;
+            missing -= packet.units;
+        }
+        if (missing > 0)
+            return false;
     }
-    return missing <= 0 && place + runs.tail <= file.size();
+    return place + runs.tail <= file.size();
 }
 
 } // namespace Orv::ImageFormats

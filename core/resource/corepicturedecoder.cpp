@@ -135,8 +135,10 @@ std::optional<pid_t> start(const QString& program, const QString& ending,
     std::string word = Orv::toBytes(ending);
     // Libraries shall not make threads, which are forbidden there.
     char threads[] = "OMP_NUM_THREADS=1";
+    // Bytes of a picture that a decoder forgets to write are zeros in every run.
+    char zeros[] = "GLIBC_TUNABLES=glibc.malloc.perturb=255:glibc.malloc.tcache_count=0";
     const std::array<char*, 3> arguments{path.data(), word.data(), nullptr};
-    const std::array<char*, 2> environment{threads, nullptr};
+    const std::array<char*, 3> environment{threads, zeros, nullptr};
     pid_t number = -1;
     const int error = posix_spawn(&number, path.c_str(), actions.get(), SpawnAttributes().get(),
                                   arguments.data(), environment.data());

@@ -261,6 +261,25 @@ TEST(UnmarkedPicture, OfWirelessBitmapIsNotKnownByItsContent)
     EXPECT_EQ(decode(directory.path("a.else")), nullptr);
 }
 
+// --- Damage of which the decoders of others make a picture
+
+// A PCX file of 16 by 2 pixels of three colours, with these runs.
+std::string pcxOf(const std::string& runs)
+{
+    std::string header = bytesOf("pcx-imagemagick.pcx").substr(0, 128);
+    header[10] = 1; // the last line
+    return header + runs;
+}
+
+// The decoder drops what a run has beyond its line, and then takes other bytes for the missing ones.
+TEST(DamagedPicture, OfPcxLacksWhatARunHasBeyondItsLine)
+{
+    const TemporaryDirectory directory;
+
+    EXPECT_NE(decode(directory.write("a.pcx", pcxOf("\xf0\x55\xf0\x55"))), nullptr);
+    EXPECT_EQ(decode(directory.write("b.pcx", pcxOf("\xff\x55\xe1\x55"))), nullptr);
+}
+
 // --- The process
 
 TEST(PictureDecoderProcess, LeavesNothingBehind)
@@ -330,6 +349,12 @@ TEST_F(FakeDecoder, IsGivenNoEnvironment)
 {
     setenv("KESTRIX_TEST_SECRET", "1", 1);
     EXPECT_NE(answer("[ -z \"$KESTRIX_TEST_SECRET\" ] || exit 1\n" + Sound), nullptr);
+}
+
+// A decoder that forgets to write a part of a picture leaves the same there in every run.
+TEST_F(FakeDecoder, IsToldToFillItsMemory)
+{
+    EXPECT_NE(answer("echo $GLIBC_TUNABLES | grep -q perturb=255 || exit 1\n" + Sound), nullptr);
 }
 
 TEST_F(FakeDecoder, CannotWriteToTheTerminal)
