@@ -41,12 +41,12 @@ class Run:
                 f"    out {self.out[:300]!r}\n    err {self.err[-600:]!r}")
 
 
-def broken_bound(run, named=None, bounds_memory=True):
+def broken_bound(run, named=None, bounds_memory=True, cpu_limit=CPU_LIMIT):
     """What this run did that no run may do, or None.
 
     A run ends by itself with 0 or 1, in bounded time and memory. One that ends with 1 says why in a
     line, which names `named` if that is given: a file name as bytes."""
-    if run.signal == signal.SIGXCPU or run.cpu > CPU_LIMIT:
+    if run.signal == signal.SIGXCPU or run.cpu > cpu_limit:
         return "takes more than its time of cpu"
     if run.signal:
         return "is ended by a signal"

@@ -26,6 +26,8 @@ FIXED_SEED = 1
 # In the order in which they run.
 PARTS = ["mutants", "truncation", "kills", "iofaults", "diskfull", "memory", "shapes", "pictures",
          "metamorphic"]
+# Take too long for each run, and so run only where they are named.
+SLOW_PARTS = ["valgrind"]
 MOST_FAILURES = 20  # are printed of one part
 
 
@@ -67,11 +69,15 @@ class Context:
         """A generator of random numbers of that case alone, whichever thread it runs in."""
         return random.Random(f"{seed}-{case}")
 
+    def map(self, function, items):
+        """Calls the function for all items, in threads, and returns a list of the results."""
+        with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
+            return list(pool.map(function, items))
+
     def outcome_of(self, check, cases):
         """Runs check(case), which returns None or the text of a failure, on all cases, in threads."""
         cases = list(cases)
-        with concurrent.futures.ThreadPoolExecutor(self.jobs) as pool:
-            texts = list(pool.map(check, cases))
+        texts = self.map(check, cases)
         return Outcome(len(cases), [text for text in texts if text is not None])
 
     def keep(self, name, content):
@@ -87,14 +93,16 @@ class Context:
 
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("parts", nargs="*", metavar="PART", help=f"of {', '.join(PARTS)}; all if none")
+    parser.add_argument("parts", nargs="*", metavar="PART",
+                        help=f"of {', '.join(PARTS)}, which run if none is named, and "
+                             f"{', '.join(SLOW_PARTS)}")
     parser.add_argument("--release", type=pathlib.Path, default=PROJECT / "build/release")
     parser.add_argument("--sanitized", type=pathlib.Path, default=PROJECT / "build/sanitize")
     parser.add_argument("--share", type=float, default=1, help="of the full number of runs")
     parser.add_argument("--seed", type=int, help="instead of the fixed one and that of the day")
     parser.add_argument("--jobs", type=int, default=2)
     arguments = parser.parse_args()
-    unknown = set(arguments.parts) - set(PARTS)
+    unknown = set(arguments.parts) - {*PARTS, *SLOW_PARTS}
     if unknown:
         parser.error(f"no part is called {', '.join(sorted(unknown))}")
     return arguments
