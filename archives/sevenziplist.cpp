@@ -60,23 +60,37 @@ public:
 private:
     // What compresses one block of files.
     static constexpr quint64 MaximumCoders = 32;
+    static constexpr quint8 Stored = 0x00; // the id of what does not compress
     static constexpr quint8 IdSizeMask = 0x0F;
     static constexpr quint8 HasStreamCounts = 0x10;
     static constexpr quint8 HasProperties = 0x20;
     static constexpr quint8 UnusedFlags = 0xC0;
 
+    // A block of files, and what unpacks it.
+    struct Folder
+    {
+        quint64 packedStreams = 0;
+        quint64 unpackedSizes = 0;
+        bool isStored = false; // as it is, without compression
+        bool isShort = false;  // stored, and of another size than it says
+        bool hasChecksum = false;
+    };
+
     void packedHeader();
     void header();
-    // What is packed, and what unpacks each block of it. Answers which blocks have a checksum.
-    std::vector<bool> blocks();
+    // What is packed, and what unpacks each block of it.
+    std::vector<Folder> blocks();
     void packInfo();
-    std::vector<bool> folders();
-    quint64 folder();
-    void subStreams(const std::vector<bool>& folderHasChecksum);
+    std::vector<Folder> folders();
+    Folder folder();
+    // Answers whether the coder compresses nothing.
+    bool coder(quint64& inputs, quint64& outputs);
+    void unpackedSizes(std::vector<Folder>& folders);
+    void subStreams(const std::vector<Folder>& folders);
 
     quint8 byte();
     quint64 number();
-    void numbers(quint64 count);
+    std::vector<quint64> numbers(quint64 count);
     // A number that may be no larger: of things that memory is set aside for, of coders.
     quint64 count();
     quint64 few();
@@ -107,6 +121,7 @@ private:
     const quint8* m_next;
     const quint8* m_end;
     ListForm m_form = ListForm::Plain; // so far
+    std::vector<quint64> m_packedSizes;
     quint64 m_unpackedSize = 0;        // the largest of all streams
     std::optional<quint32> m_checksum; // of the last folder that has one
     QString m_excess;
@@ -137,9 +152,9 @@ void ListScan::packedHeader()
 void ListScan::header()
 {
     if (accept(Mark::MainStreams)) {
-        const std::vector<bool> folderHasChecksum = blocks();
+        const std::vector<Folder> found = blocks();
         if (accept(Mark::SubStreams))
-            subStreams(folderHasChecksum);
+            subStreams(found);
         expect(Mark::End);
     }
     if (accept(Mark::Files))
@@ -148,11 +163,11 @@ void ListScan::header()
         expect(Mark::End);
 }
 
-std::vector<bool> ListScan::blocks()
+std::vector<ListScan::Folder> ListScan::blocks()
 {
     if (accept(Mark::PackInfo))
         packInfo();
-    return accept(Mark::UnpackInfo) ? folders() : std::vector<bool>();
+    return accept(Mark::UnpackInfo) ? folders() : std::vector<Folder>();
 }
 
 void ListScan::packInfo()
@@ -160,60 +175,86 @@ void ListScan::packInfo()
     number(); // the place
     const quint64 streamCount = count();
     expect(Mark::Size);
-    numbers(streamCount);
+    m_packedSizes = numbers(streamCount);
     if (accept(Mark::Checksums))
         checksums(streamCount);
     expect(Mark::End);
 }
 
-std::vector<bool> ListScan::folders()
+std::vector<ListScan::Folder> ListScan::folders()
 {
     expect(Mark::Folder);
-    const quint64 folderCount = count();
+    std::vector<Folder> found(count());
     require(byte() == 0); // else the folders stand elsewhere
-    quint64 sizeCount = 0;
-    for (quint64 i = 0; i < folderCount; ++i)
-        sizeCount += folder();
-    expect(Mark::UnpackSizes);
-    for (quint64 i = 0; i < sizeCount; ++i)
-        m_unpackedSize = std::max(m_unpackedSize, number());
+    for (Folder& one : found)
+        one = folder();
+    unpackedSizes(found);
     m_checksum.reset();
-    std::vector<bool> hasChecksum(folderCount, false);
-    if (accept(Mark::Checksums))
-        hasChecksum = checksums(folderCount);
+    if (accept(Mark::Checksums)) {
+        const std::vector<bool> isDefined = checksums(found.size());
+        for (std::size_t i = 0; i < found.size(); ++i)
+            found[i].hasChecksum = isDefined[i];
+    }
     expect(Mark::End);
-    return hasChecksum;
+    return found;
 }
 
-// Answers how many unpacked sizes it has.
-quint64 ListScan::folder()
+ListScan::Folder ListScan::folder()
 {
     quint64 inputs = 0;
     quint64 outputs = 0;
     const quint64 coderCount = few();
-    for (quint64 i = 0; i < coderCount; ++i) {
-        const quint8 flags = byte();
-        require((flags & UnusedFlags) == 0);
-        skip(flags & IdSizeMask);
-        inputs += (flags & HasStreamCounts) != 0 ? few() : 1;
-        outputs += (flags & HasStreamCounts) != 0 ? few() : 1;
-        if ((flags & HasProperties) != 0)
-            skip(number());
-    }
+    bool isStored = coderCount == 1;
+    for (quint64 i = 0; i < coderCount; ++i)
+        isStored = coder(inputs, outputs) && isStored;
     require(outputs > 0 && inputs >= outputs && inputs <= MaximumCoders);
     if (m_form != ListForm::Plain)
-        return 0;
+        return {};
     const quint64 bindings = outputs - 1;
     const quint64 packed = inputs - bindings;
     numbers(2 * bindings);
     if (packed > 1)
         numbers(packed);
-    return outputs;
+    Folder result;
+    result.packedStreams = packed;
+    result.unpackedSizes = outputs;
+    result.isStored = isStored;
+    return result;
 }
 
-void ListScan::subStreams(const std::vector<bool>& folderHasChecksum)
+bool ListScan::coder(quint64& inputs, quint64& outputs)
 {
-    std::vector<quint64> counts(folderHasChecksum.size(), 1);
+    const quint8 flags = byte();
+    require((flags & UnusedFlags) == 0);
+    const quint64 idSize = flags & IdSizeMask;
+    const bool isStored = idSize == 1 && m_next != m_end && *m_next == Stored;
+    skip(idSize);
+    inputs += (flags & HasStreamCounts) != 0 ? few() : 1;
+    outputs += (flags & HasStreamCounts) != 0 ? few() : 1;
+    if ((flags & HasProperties) != 0)
+        skip(number());
+    return isStored;
+}
+
+void ListScan::unpackedSizes(std::vector<Folder>& folders)
+{
+    expect(Mark::UnpackSizes);
+    quint64 stream = 0;
+    for (Folder& one : folders) {
+        quint64 size = 0;
+        for (quint64 i = 0; i < one.unpackedSizes; ++i) {
+            size = number();
+            m_unpackedSize = std::max(m_unpackedSize, size);
+        }
+        one.isShort =
+            one.isStored && (stream >= m_packedSizes.size() || m_packedSizes[stream] != size);
+        stream += one.packedStreams;
+    }
+}
+
+void ListScan::subStreams(const std::vector<Folder>& folders)
+{
+    std::vector<quint64> counts(folders.size(), 1);
     if (accept(Mark::SubStreamCounts))
         for (quint64& one : counts)
             one = count();
@@ -226,7 +267,9 @@ void ListScan::subStreams(const std::vector<bool>& folderHasChecksum)
     quint64 unknown = 0;
     for (std::size_t i = 0; i < counts.size(); ++i) {
         sizes += counts[i] > 0 ? counts[i] - 1 : 0;
-        unknown += counts[i] == 1 && folderHasChecksum[i] ? 0 : counts[i];
+        unknown += counts[i] == 1 && folders[i].hasChecksum ? 0 : counts[i];
+        // An archive library goes round in circles at the end of the block.
+        require(counts[i] <= 1 || !folders[i].isShort);
     }
     if (accept(Mark::Size))
         numbers(sizes);
@@ -259,10 +302,12 @@ quint64 ListScan::number()
     return value;
 }
 
-void ListScan::numbers(quint64 count)
+std::vector<quint64> ListScan::numbers(quint64 count)
 {
+    std::vector<quint64> found;
     for (quint64 i = 0; i < count && m_form == ListForm::Plain; ++i)
-        number();
+        found.push_back(number());
+    return found;
 }
 
 quint64 ListScan::count()
