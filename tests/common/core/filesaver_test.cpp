@@ -239,6 +239,36 @@ TEST_F(FileSaving, NeedsAFolderAndAName)
     EXPECT_FALSE(FileSaver(QString()).open(QIODevice::WriteOnly));
 }
 
+TEST_F(FileSaving, IsForWritingAlone)
+{
+    FileSaver saver(QString::fromStdString(directory.path("a")));
+
+    EXPECT_FALSE(saver.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(saver.open(QIODevice::Append));
+    EXPECT_EQ(directory.files(), "");
+}
+
+TEST_F(FileSaving, IsOpenedOnce)
+{
+    FileSaver saver(QString::fromStdString(directory.path("a")));
+    ASSERT_TRUE(saver.open(QIODevice::WriteOnly));
+
+    EXPECT_FALSE(saver.open(QIODevice::WriteOnly));
+    EXPECT_TRUE(saver.commit());
+}
+
+TEST(FileSavingToAFullDevice, TakesNothingBehindBytesThatWereLost)
+{
+    FileSaver saver("/dev/full");
+    ASSERT_TRUE(saver.open(QIODevice::WriteOnly));
+    const QByteArray large(200000, 'x');
+    ASSERT_EQ(saver.write(large), -1);
+
+    EXPECT_EQ(saver.write("small"), -1);
+    EXPECT_EQ(saver.write(large), -1);
+    EXPECT_FALSE(saver.commit());
+}
+
 TEST_F(FileSaving, IsDoneOnce)
 {
     FileSaver saver(QString::fromStdString(directory.path("a")));

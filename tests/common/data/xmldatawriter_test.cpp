@@ -188,6 +188,28 @@ INSTANTIATE_TEST_SUITE_P(Characters, XmlDataWriterOfAFilePath,
                                          TextCase{"LoneSurrogate", "\xED\xA0\x80", "", ""}),
                          caseName<TextCase>);
 
+struct HalfCase
+{
+    const char* name;
+    QString text; // with one of the two halves of a character beyond 16 bits
+};
+class XmlDataWriterOfHalfACharacter : public testing::TestWithParam<HalfCase>
+{};
+TEST_P(XmlDataWriterOfHalfACharacter, FailsInAFilePath)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    XmlDataWriter writer(&buffer);
+    writer.addValueConverter(ValueFlag::FilePath, [](const QString&) { return GetParam().text; });
+    EXPECT_FALSE(writer.write(*aShelf().atPath("p").build()));
+}
+INSTANTIATE_TEST_SUITE_P(Halves, XmlDataWriterOfHalfACharacter,
+                         testing::Values(HalfCase{"FirstAtTheEnd", QString(QChar(0xD83D))},
+                                         HalfCase{"FirstBeforeAnother",
+                                                  QString(QChar(0xD83D)) + 'z'},
+                                         HalfCase{"Second", QString(QChar(0xDE00))}),
+                         caseName<HalfCase>);
+
 // The first random document whose bytes differ from those of QXmlStreamWriter.
 std::optional<std::string> firstOtherDocument(std::mt19937 random)
 {
@@ -366,6 +388,13 @@ TEST(XmlDataWriterFailure, OnAFullDiskAnswersFalseForASmallDocument)
     QFile file("/dev/full");
     file.open(QIODevice::WriteOnly);
     EXPECT_FALSE(XmlDataWriter(&file).write(Shelf()));
+}
+
+TEST(XmlDataWriterFailure, OnAFullDiskAnswersFalseForALargeDocument)
+{
+    QFile file("/dev/full");
+    file.open(QIODevice::WriteOnly);
+    EXPECT_FALSE(XmlDataWriter(&file).write(*aShelf().withBooks(20000).build()));
 }
 
 TEST(XmlDataWriter, AnswersTrueWhenTheDeviceTakesEverything)

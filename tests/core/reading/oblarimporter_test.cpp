@@ -81,6 +81,16 @@ ArchiveFiles aFile(const std::string& name, const std::string& bytes = "x")
 
 // The package.
 
+TEST_F(OblarImport, SaysOnceWhatIsWrong)
+{
+    ArchiveFiles files =
+        anAssemblyInArchive("0", "a", "pkg://g") + anAssemblyInArchive("1", "a", "pkg://h");
+    files[1].bytes = files[3].bytes = "<"; // the descriptions
+
+    EXPECT_EQ(import(files), "failed");
+    EXPECT_EQ(log.toText().count("ERROR_XML_DOCUMENT_ERROR"), 1);
+}
+
 TEST_F(OblarImport, GivesThePackageOfAnArchive)
 {
     const auto package = import(storedArchive(Wood));
