@@ -267,4 +267,71 @@ check_commits_is_silent_about_good_ones()
     expect "silence" [ -z "$out$err" ]
 }
 
+# A project with the nightly script, in which the other scripts are stand-ins that note their call.
+# Those whose call has the word fail.
+nightly_project() # [WORD]
+{
+    mkdir -p "$work/project/scripts" "$work/project/tests/fuzz"
+    cp "$sources/scripts/nightly" "$sources/scripts/build-folder" "$work/project/scripts"
+    for name in test coverage trust install-packages; do
+        stand_in "../project/scripts/$name" <<END
+echo "$name \$*" >>"$work/calls"
+[[ " $name \$* " != *"${1-no such word}"* ]]
+END
+    done
+    stand_in git <<<"echo one"
+    stand_in cmake <<<''
+    echo "open('$work/calls', 'a').write('fuzz\\n')" >"$work/project/tests/fuzz/fuzz.py"
+}
+
+nightly_runs_all_parts_and_prints_a_table()
+{
+    nightly_project
+    call "$work/project/scripts/nightly" 2
+    expect "success" [ "$code" = 0 ]
+    expect "the checks" grep -qx 'test --lint=all' "$work/calls"
+    expect "more mutants than usual" grep -qx 'trust mutants --share 10' "$work/calls"
+    expect "six fuzzers" [ "$(grep -cx fuzz "$work/calls")" = 6 ]
+    expect "a table" grep -q '^fuzz-values  *ok' <<<"$out"
+}
+
+nightly_names_the_parts_that_failed()
+{
+    nightly_project --qt6
+    call "$work/project/scripts/nightly" 2
+    expect "exit code 1" [ "$code" = 1 ]
+    expect "the part" says "nightly: failed: qt6"
+    expect "the others" grep -q '^valgrind  *ok' <<<"$out"
+}
+
+nightly_goes_on_with_what_was_not_done()
+{
+    nightly_project
+    mkdir -p "$KESTRIX_BUILD_DIR/nightly"
+    printf 'commit one\nsanitize ok 5\nlint failed 7\n' >"$KESTRIX_BUILD_DIR/nightly/state"
+    call "$work/project/scripts/nightly" 2
+    expect "the failure of before" [ "$code" = 1 ]
+    expect "no part twice" [ "$(grep -c -e --sanitize -e --lint "$work/calls")" = 0 ]
+    expect "the other parts" grep -qx 'test --qt6' "$work/calls"
+    expect "a new run next time" [ ! -e "$KESTRIX_BUILD_DIR/nightly/state" ]
+}
+
+nightly_begins_anew_for_another_commit()
+{
+    nightly_project
+    mkdir -p "$KESTRIX_BUILD_DIR/nightly"
+    printf 'commit other\nsanitize failed 5\n' >"$KESTRIX_BUILD_DIR/nightly/state"
+    call "$work/project/scripts/nightly" 2
+    expect "success" [ "$code" = 0 ]
+    expect "the part again" grep -qx 'test --sanitize' "$work/calls"
+}
+
+nightly_refuses_a_budget_beyond_its_bounds()
+{
+    nightly_project
+    call "$work/project/scripts/nightly" 9
+    expect "exit code 2" [ "$code" = 2 ]
+    expect "no part" [ ! -e "$work/calls" ]
+}
+
 "$2"
