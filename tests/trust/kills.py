@@ -106,13 +106,15 @@ def can_lose_power(stage):
     return len(stage.scene.targets) == 1 and not stage.is_in_place
 
 
-def run_stages(context, stages):
+def run_stages(context, stages, timed=()):
+    """Random moments are those of the `timed` stages, or of all if there are none."""
     stages = scenes.watched(context, stages)
+    timed = scenes.watched(context, timed)
     calls = [call for stage in stages for call in calls_of(stage)]
     step = max(1, round(1 / context.share))
     outcome = context.outcome_of(lambda case: check_call(context, case), calls[::step])
     outcome.add(context.outcome_of(lambda case: check_moment(context, case),
-                                   moments(context, stages)))
+                                   moments(context, timed or stages)))
     outcome.add(context.outcome_of(lambda stage: check_power(context, stage),
                                    filter(can_lose_power, stages)))
     return outcome
@@ -120,4 +122,5 @@ def run_stages(context, stages):
 
 def run(context):
     in_place = scenes.stage_in_place(context, scenes.update_of_one())
-    return run_stages(context, [*scenes.stages_of(scenes.all_scenes()), in_place])
+    timed = scenes.stages_of([scenes.large_update()] if context.share > 1 else [])
+    return run_stages(context, [*scenes.stages_of(scenes.all_scenes()), in_place], timed)

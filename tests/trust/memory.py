@@ -88,4 +88,6 @@ def run_stages(context, stages):
 
 def run(context):
     wanted = [*scenes.all_scenes(), archive()]
+    if context.share > 1:
+        wanted.append(scenes.medium_update())
     return run_stages(context, [scenes.stage_with_former(scene) for scene in wanted])

@@ -99,6 +99,21 @@ def update_of_one():
                  ["update", "in/roof.obl", "--output-path", "out"], ["out/roof_updated.obl"])
 
 
+def update_of_sample(name, path):
+    text = (PROJECT / path).read_bytes()
+    alone = re.sub(rb"<dependencies>.*</dependencies>", b"<dependencies/>", text, flags=re.DOTALL)
+    return Scene(f"update of {len(alone) // 1000} kB", {f"in/{name}.obl": alone},
+                 ["update", f"in/{name}.obl", "--output-path", "out"], [f"out/{name}_updated.obl"])
+
+
+def medium_update():
+    return update_of_sample("grain", "examples/old/grain.obl")
+
+
+def large_update():
+    return update_of_sample("city", "examples/large/city_facade.obl")
+
+
 def editor():
     return Scene("graph-parameters-editor", {"in/wood.obl": small_filter()},
                  ["graph-parameters-editor", "in/wood.obl", "--output-path", "out",
