@@ -171,9 +171,12 @@ std::string fishScript(const Program& program)
             script += of + " -l " + option.name + " -d '" + option.text + "'" +
                       fishValues(option.values) + "\n";
     }
+    const std::string withAny = complete + " -n '__fish_seen_subcommand_from " + names + "'";
     for (const std::string_view ending : PackageEndings)
-        script += complete + " -n '__fish_seen_subcommand_from " + names +
-                  "' -k -a '(__fish_complete_suffix ." + std::string(ending) + ")'\n";
+        script.append(withAny)
+            .append(" -k -a '(__fish_complete_suffix .")
+            .append(ending)
+            .append(")'\n");
     return script;
 }
 

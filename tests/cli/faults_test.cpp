@@ -319,6 +319,10 @@ protected:
         return count;
     }
     // The first run that neither did all nor ended as `isRefusal` says; empty if there is none.
+    static std::string planOf(const std::string& word, unsigned long number)
+    {
+        return word + ':' + std::to_string(number);
+    }
     // Each call fails, or every `step`th. `ending` completes the plan behind its number.
     std::string firstBadRun(const std::string& word, unsigned long step, const std::string& ending,
                             bool (*isRefusal)(const ToolRun&))
@@ -326,11 +330,11 @@ protected:
         const unsigned long count = countOf(word);
         const std::string whole = resultOf(runWith(""));
         for (unsigned long i = 1; i <= count; i += step) {
-            const std::string plan = word + ':' + std::to_string(i) + ending;
+            const std::string plan = planOf(word, i).append(ending);
             const ToolRun run = runWith(plan);
             const std::string result = resultOf(run);
             if (result != whole && !isRefusal(run))
-                return plan + ": " + result;
+                return std::string(plan).append(": ").append(result);
         }
         return {};
     }

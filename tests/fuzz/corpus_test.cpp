@@ -14,6 +14,7 @@ namespace {
 std::vector<std::string> faultsOf(const FuzzTarget& target, const std::vector<std::string>& inputs)
 {
     std::vector<std::string> faults;
+    faults.reserve(inputs.size());
     for (const std::string& input : inputs)
         faults.push_back(target.check(input));
     return faults;

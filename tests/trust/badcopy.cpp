@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <memory>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,7 +54,10 @@ bool writeAll(const char* path, const char* data, std::size_t size)
 
 bool copy(const std::string& mode, const char* input, const std::string& target)
 {
-    char* const data = static_cast<char*>(std::malloc(MaximumSize));
+    // One block, which a test can refuse.
+    const std::unique_ptr<char, decltype(&std::free)> block(
+        static_cast<char*>(std::malloc(MaximumSize)), &std::free);
+    char* const data = block.get();
     if (data == nullptr && mode == "fragile")
         std::abort();
     std::size_t size = 0;

@@ -85,6 +85,7 @@ void limit(decltype(RLIMIT_CPU) resource, rlim_t amount)
     std::vector<std::string> words{"kestrix"};
     words.insert(words.end(), request.arguments.begin(), request.arguments.end());
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);

@@ -16,7 +16,6 @@ using Ksx::Core::ArchiveResult;
 using Ksx::Core::ArchiveVisitor;
 using TestSupport::ArchiveFile;
 using TestSupport::ArchiveFiles;
-using TestSupport::archiveHeader;
 using TestSupport::ArchiveStartSize;
 using TestSupport::Blocks;
 using TestSupport::caseName;
@@ -25,6 +24,7 @@ using TestSupport::DamageCase;
 using TestSupport::hasArchiver;
 using TestSupport::listOfEmptyFiles;
 using TestSupport::Packing;
+using TestSupport::repeated;
 using TestSupport::storedArchive;
 using TestSupport::TemporaryDirectory;
 using TestSupport::withArchiveHeader;
@@ -363,7 +363,7 @@ TEST(ArchiveReader, ReadsTheFileOnceAndItsListTwiceAtMost)
     const Visit visited = visit(archive);
 
     EXPECT_EQ(visited.result, ArchiveResult::Success);
-    EXPECT_LT(visited.bytesRead, static_cast<qint64>(archive.size()) + 3 * 65536);
+    EXPECT_LT(visited.bytesRead, static_cast<qint64>(archive.size()) + qint64{3} * 65536);
 }
 
 const ArchiveVisitor NothingIsWanted{[](const QString&) { return 0; },
@@ -506,7 +506,7 @@ TEST(ArchiveSize, HoldsForASmallArchive)
     if (!hasArchiver())
         GTEST_SKIP() << "no archiver";
     const std::string archive =
-        compressedArchive({{"a", std::string(20000000, '\0')}}, {"-m0=LZMA", "-mx=1"});
+        compressedArchive({{"a", repeated(std::string(1, '\0'), 20000000)}}, {"-m0=LZMA", "-mx=1"});
 
     const Visit visited = visit(archive, &everything, 10000000);
 
@@ -729,7 +729,7 @@ Flips flipsOf(const std::string& archive)
 // largest memory that the process has had by then, in kilobytes.
 long memoryForRepairedFlips(const std::string& archive)
 {
-    for (std::size_t bit = 8 * 12; bit < 8 * archive.size(); ++bit)
+    for (std::size_t bit = std::size_t{8} * 12; bit < 8 * archive.size(); ++bit)
         visit(withChecksumsRepaired(withFlippedBit(archive, bit)));
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

@@ -35,7 +35,6 @@ using TestSupport::manyAssemblies;
 using TestSupport::replaced;
 using TestSupport::storedArchive;
 using TestSupport::TemporaryDirectory;
-using TestSupport::operator+;
 
 namespace {
 
@@ -489,7 +488,7 @@ TEST_P(OblarCost, IsOneReadingOfTheFile)
     EXPECT_NE(OBLARImporter().import(buffer, &log, {}), nullptr) << log.toText().toStdString();
 
     EXPECT_GT(archive.size(), 1000000u);
-    EXPECT_LT(buffer.count(), static_cast<qint64>(archive.size()) + 3 * 65536);
+    EXPECT_LT(buffer.count(), static_cast<qint64>(archive.size()) + qint64{3} * 65536);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfBlocks, OblarCost,

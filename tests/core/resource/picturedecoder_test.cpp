@@ -8,6 +8,7 @@
 #include <QFile>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/wait.h>
@@ -84,7 +85,7 @@ int distance(const DecodedPicture& picture, Colour (*pattern)(int, int))
     int result = 0;
     for (int i = 0; i < Width * Height; ++i) {
         std::uint32_t pixel = 0;
-        std::memcpy(&pixel, picture.pixels() + i * 4, 4);
+        std::memcpy(&pixel, picture.pixels() + std::size_t(i) * 4, 4);
         const Colour wanted = pattern(i % Width, i / Width);
         const auto channel = [pixel](int place) { return static_cast<int>(pixel >> place & 255); };
         result =

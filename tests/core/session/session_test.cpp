@@ -13,7 +13,6 @@
 #include "support/workspace.h"
 #include <gtest/gtest.h>
 
-using Ksx::Core::CompGraphController;
 using Ksx::Core::InputController;
 using Ksx::Core::Session;
 using Orv::Data::Float1;
