@@ -26,8 +26,8 @@ class PackagesListManager;
 // and another one may follow it. It owns all packages: controllers and boxes are of no use after it.
 //
 // A session makes the application object if there is none. It belongs to the thread that makes it,
-// as all documents and controllers do; open() and save() use further threads inside. Other threads
-// may call modulePlace(), PackageReader::readVersions() and nothing else of this library.
+// as all documents and controllers do; open() uses further threads inside. Other threads may call
+// modulePlace(), failureReason() and openLinkedFile(), and nothing else of this library.
 //
 //     Session session({"/srv/presets"});
 //     if (!session.open({"wood.obl"}))
