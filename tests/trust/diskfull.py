@@ -18,14 +18,6 @@ NO_FLAGS = 0
 DETACH = 2  # MNT_DETACH of umount2()
 
 
-def check(context, stage, how, folder, run):
-    found = scenes.broken_promise(stage, folder, run)
-    if found is None:
-        return None
-    kept = context.keep(f"{stage}-{how}", folder)
-    return f"{stage}, {how}: {found}; see {kept}\n{run}"
-
-
 def sizes_for(context, stage):
     """Sizes of files from none to more than the new ones have, in even steps."""
     largest = max(len(content) for contents in stage.last.values() for content in contents)
@@ -41,7 +33,8 @@ def check_size(context, case):
     run = scenes.run_stage(context, stage, folder, in_pipes=True,
                            limits=[(resource.RLIMIT_FSIZE, size)])
     how = f"files of at most {size} bytes"
-    return check(context, stage, how, folder, run) or unwritten(stage, how, folder, size)
+    return (scenes.failure_of(context, stage, how, folder, run)
+            or unwritten(stage, how, folder, size))
 
 
 def unwritten(stage, how, folder, size):
@@ -80,7 +73,7 @@ def check_disk(context, case):
         fill(folder / "out" / "filler", free)
         run = scenes.run_stage(context, stage, folder)
         (folder / "out" / "filler").unlink()
-        return check(context, stage, f"{free} free pages of {PAGE} bytes", folder, run)
+        return scenes.failure_of(context, stage, f"{free} free pages of {PAGE} bytes", folder, run)
 
 
 def disks_for(context, stages):

@@ -18,20 +18,12 @@ def archive():
                         ["out/metal_updated.obl"])
 
 
-def check(context, stage, how, folder, run):
-    found = scenes.broken_promise(stage, folder, run)
-    if found is None:
-        return None
-    kept = context.keep(f"{stage}-{how}", folder)
-    return f"{stage}, {how}: {found}; see {kept}\n{run}"
-
-
 def check_allocation(context, case):
     stage, number = case
     folder = context.workplace.empty_folder()
     scenes.prepare(stage, folder)
     run = scenes.run_stage(context, stage, folder, f"alloc:{number}")
-    return check(context, stage, f"FAULTS=alloc:{number}", folder, run)
+    return scenes.failure_of(context, stage, f"FAULTS=alloc:{number}", folder, run)
 
 
 def run_within(context, stage, folder, amount, workers=1, arguments=None):
@@ -64,7 +56,8 @@ def check_limit(context, case):
     stage, workers, amount = case
     folder = context.workplace.empty_folder()
     run = run_within(context, stage, folder, amount, workers)
-    return check(context, stage, f"{amount} bytes of address space, {workers} workers", folder, run)
+    how = f"{amount} bytes of address space, {workers} workers"
+    return scenes.failure_of(context, stage, how, folder, run)
 
 
 def allocations(context, stages):

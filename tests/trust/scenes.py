@@ -363,3 +363,12 @@ def broken_promise(stage, folder, run, may_leave=False):
                              for name, content in results(stage, folder).items()):
         return "ends with 0 and has not written all"
     return unsaved(stage, folder, run)
+
+
+def failure_of(context, stage, how, folder, run):
+    """The text of a failure if the run breaks a promise, or None. `how` says what disturbed it."""
+    found = broken_promise(stage, folder, run)
+    if found is None:
+        return None
+    kept = context.keep(f"{stage}-{how}", folder)
+    return f"{stage}, {how}: {found}; see {kept}\n{run}"
