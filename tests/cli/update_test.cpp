@@ -139,7 +139,7 @@ TEST_F(UpdateCommand, TakesLittleMemoryForAnOldPackage)
 
     const long kilobytes = static_cast<long>(text.size() / 1024);
     EXPECT_EQ(run.exitCode, 0) << run;
-    EXPECT_LT(run.peakKilobytes, TestSupport::peakBound(32 * 1024 + 9 * kilobytes));
+    EXPECT_LT(run.peakKilobytes, TestSupport::peakBound(32L * 1024 + 9 * kilobytes));
 }
 
 TEST_F(UpdateCommand, WritesOneLineThatEndsWithALineFeed)

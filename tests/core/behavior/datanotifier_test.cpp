@@ -206,7 +206,7 @@ class StaticBehavior final : public OnAnyChange, public BehaviorOf<Package>
 public:
     void deliver(const Orv::Data::DataMessage& message) override
     {
-        told.push_back(static_cast<const Package&>(*message.object.get()).identifier().get());
+        told.push_back(static_cast<const Package&>(*message.object).identifier().get());
     }
 
     static Lines told;

@@ -12,7 +12,6 @@
 #include <algorithm>
 
 using namespace Ksx::Data::Content;
-using Ksx::Core::Dictionary;
 using Ksx::Core::DictionaryKey;
 using Ksx::Core::DictionaryOf;
 using Orv::LogRecord;
@@ -22,7 +21,6 @@ using Orv::Core::ManipulatorList;
 using Orv::Data::ContainerList;
 using Orv::Data::DataMessage;
 using Orv::Data::DataPointerBox;
-using Orv::Data::ShadowObject;
 using TestSupport::attach;
 using TestSupport::edit;
 using TestSupport::editAndRefuse;
