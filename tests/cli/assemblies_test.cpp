@@ -35,7 +35,6 @@ using TestSupport::withArchiveHeader;
 using TestSupport::withChecksumsRepaired;
 using TestSupport::withFlippedBit;
 using TestSupport::withPackedList;
-using TestSupport::operator+;
 
 namespace {
 

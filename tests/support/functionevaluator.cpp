@@ -299,7 +299,7 @@ public:
         const auto node = m_nodes.find(uid);
         if (node == m_nodes.end() || !m_open.insert(uid).second)
             return NoValue;
-        const FunctionValue value = compute(*node->second);
+        FunctionValue value = compute(*node->second);
         m_open.erase(uid);
         m_done.emplace(uid, value);
         return value;

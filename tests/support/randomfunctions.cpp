@@ -17,7 +17,7 @@ using Random = std::mt19937;
 constexpr unsigned Bool = 4;
 unsigned intType(unsigned size)
 {
-    return 16u << (size - 1);
+    return 8u << size;
 }
 unsigned floatType(unsigned size)
 {
@@ -250,10 +250,10 @@ private:
         std::vector<std::string> unary;
         if (sizeOf(type) == 1) {
             binary.insert(binary.end(), {"div", "mod"});
-            unary.push_back("abs");
+            unary.emplace_back("abs");
         }
         if (isFloat(type) || sizeOf(type) == 1)
-            unary.push_back("neg");
+            unary.emplace_back("neg");
         if (type == floatType(1))
             unary.insert(unary.end(), {"floor", "ceil", "sin"});
         if (!unary.empty() && chance(m_random, 25))

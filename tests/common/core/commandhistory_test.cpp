@@ -15,7 +15,6 @@
 using Orv::Core::BeginGroupCommand;
 using Orv::Core::CommandModification;
 using Orv::Core::ExceptionCantUndo;
-using Orv::Core::HistoryScratch;
 using Orv::Core::ICommand;
 using Orv::Core::makeModification;
 using Orv::Core::ManipulatorAttribute;
@@ -886,6 +885,7 @@ bool keepFirst(ManipulatorList<Book> list, const DataPointerBoxMasterKey&, std::
 bool renameThroughBox(ManipulatorStruct<Shelf>, const DataPointerBoxMasterKey& key,
                       const DataPointerBox<Shelf>& other)
 {
+    // NOLINTNEXTLINE(readability-redundant-smartptr-get): it takes a key
     other.get(key)->name().assign("through the box");
     return true;
 }

@@ -9,11 +9,9 @@
 namespace {
 
 using namespace TestDocument;
-using Orv::Data::Container;
 using Orv::Data::DataMessage;
 using Orv::Data::DataPointerBox;
 using Orv::Data::isAttached;
-using Orv::Data::Leaf;
 using Orv::Data::ListenerBase;
 using Orv::Data::ListenerFilter;
 using Orv::Data::ObjectKind;

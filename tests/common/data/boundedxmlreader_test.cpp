@@ -14,8 +14,6 @@ namespace {
 
 using Orv::Data::AttributeBound;
 using Orv::Data::BoundedXmlReader;
-using Orv::Data::DocumentTypeBound;
-using Orv::Data::EntityBound;
 using TestSupport::caseName;
 using TestSupport::pick;
 using TestSupport::seededRandom;
@@ -67,7 +65,7 @@ Reading readAll(const std::string& bytes)
 std::string errorOf(const Reading& reading)
 {
     const std::string prefix = "ORV_DATA_XML_DATA_READER_ERROR_XML_";
-    const std::string error = reading.error.toStdString();
+    std::string error = reading.error.toStdString();
     if (error.compare(0, prefix.size(), prefix) != 0)
         return error;
     return error.substr(prefix.size(), error.find_first_of("0123456789") - prefix.size() - 1);

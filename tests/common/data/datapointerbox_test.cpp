@@ -72,6 +72,7 @@ TEST(DataPointerBox, ReadsNullAfterADocumentObjectDied)
     EXPECT_EQ(box.get(), nullptr);
 }
 
+// NOLINTBEGIN(performance-unnecessary-copy-initialization): the copies are what is tested
 TEST(DataPointerBox, CopyPointsAtTheSameTarget)
 {
     const Target target;
@@ -95,6 +96,7 @@ TEST(DataPointerBox, CopyReadsNullAfterTheTargetDied)
     target.reset();
     EXPECT_EQ(copy.get(), nullptr);
 }
+// NOLINTEND(performance-unnecessary-copy-initialization)
 
 TEST(DataPointerBox, CopyOutlivesTheBoxItWasMadeFrom)
 {
@@ -238,6 +240,7 @@ protected:
     std::vector<std::unique_ptr<Box>> fourBoxes()
     {
         std::vector<std::unique_ptr<Box>> boxes;
+        boxes.reserve(4);
         for (int i = 0; i < 4; ++i)
             boxes.push_back(std::make_unique<Box>(m_target.get()));
         return boxes;

@@ -39,6 +39,7 @@ void writeOne()
 void writeFromThreads(int threads, int texts)
 {
     std::vector<std::thread> writers;
+    writers.reserve(static_cast<std::size_t>(threads));
     for (int i = 0; i < threads; ++i)
         writers.emplace_back([texts] {
             for (int k = 0; k < texts; ++k)

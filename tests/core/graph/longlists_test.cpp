@@ -97,6 +97,7 @@ protected:
     static std::vector<Uid> uidsOf(const std::vector<ConnectorController*>& connectors)
     {
         std::vector<Uid> uids;
+        uids.reserve(connectors.size());
         for (const ConnectorController* connector : connectors)
             uids.push_back(connector->node().uid());
         return uids;
@@ -113,6 +114,7 @@ protected:
     static std::vector<Uid> uidsOfControllers(const std::vector<Controller*>& controllers)
     {
         std::vector<Uid> uids;
+        uids.reserve(controllers.size());
         for (const Controller* controller : controllers)
             uids.push_back(controller->uid());
         return uids;

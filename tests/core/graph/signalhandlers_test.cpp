@@ -30,7 +30,6 @@ using namespace Ksx::Core;
 using namespace TestSupport;
 using Ksx::Data::Content::Graph;
 using Orv::Core::ManipulatorStruct;
-using Orv::Data::DataPointerBox;
 using Orv::Data::DataPointerBoxMasterKey;
 
 // A graph of the inputs "a", an image, and "x", a number, the output "o", and a blur.

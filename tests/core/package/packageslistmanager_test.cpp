@@ -369,7 +369,7 @@ TEST_F(PackagesManager, AnEmptyNameLeadsToAnOpenPackageWithoutAFileByItsUid)
 TEST_F(PackagesManager, APackageAddedWithoutLoadingHasAPathToItsObjects)
 {
     std::vector<std::unique_ptr<Package>> packages;
-    packages.push_back(manager.newPackage("new"));
+    packages.push_back(PackagesListManager::newPackage("new"));
 
     manager.addPackages(std::move(packages));
 

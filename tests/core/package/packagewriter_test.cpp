@@ -21,7 +21,6 @@ using TestSupport::aPackage;
 using TestSupport::aResource;
 using TestSupport::caseName;
 using TestSupport::packageFrom;
-using TestSupport::PackageText;
 using TestSupport::PlainUser;
 using TestSupport::SmallDisk;
 using TestSupport::TemporaryDirectory;

@@ -148,7 +148,7 @@ std::string randomText(std::mt19937& random)
 std::string firstTextReadOtherwise(std::mt19937 random)
 {
     for (int i = 0; i < 3000; ++i) {
-        const std::string text = randomText(random);
+        std::string text = randomText(random);
         const Reading expected = readByBlocks(text);
         const Reading reading = readFrom<OBLDataFormatVersionReader>(text);
         if (reading.isFound != expected.isFound || reading.version != expected.version)

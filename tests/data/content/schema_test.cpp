@@ -56,8 +56,6 @@
 
 using namespace Ksx::Data::Content;
 using Orv::Data::Attribute;
-using Orv::Data::AttributeBase;
-using Orv::Data::Container;
 using Orv::Data::ContainerListBase;
 using Orv::Data::ContainerUnionBase;
 using Orv::Data::MemberSpan;

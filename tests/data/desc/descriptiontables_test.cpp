@@ -24,6 +24,7 @@ std::vector<DescriptionTables*> tablesOfThreads(std::size_t count)
 {
     std::vector<DescriptionTables*> seen(count, nullptr);
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (DescriptionTables*& mine : seen)
         threads.emplace_back([&mine] { mine = &DescriptionTables::instance(); });
     for (std::thread& thread : threads)
