@@ -143,7 +143,7 @@ protected:
             writeRandom(random);
             const auto first = open("in/a.obl");
             const auto second = saved(*first, folder);
-            const std::string other = firstOther(targetsOf(*first), targetsOf(*second));
+            std::string other = firstOther(targetsOf(*first), targetsOf(*second));
             if (!other.empty())
                 return other;
         }
