@@ -9,6 +9,7 @@
 //
 // Started as "kestrix-decodeserver --samples FOLDER" it writes the pictures that the tests make, good
 // ones and hostile ones, and filter.obl, a filter with the image input "in".
+#include "childend.h"
 #include "guardedheap.h"
 #include "resource/pictureanswer.h"
 #include "support/filtertext.h"
@@ -17,7 +18,6 @@
 #include "support/sampleimages.h"
 
 #include <QCoreApplication>
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -26,9 +26,7 @@
 #include <string>
 #include <string_view>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -126,23 +124,16 @@ std::uint64_t hashOf(int memory, std::size_t size)
     return hash;
 }
 
-long microseconds(const timeval& time)
-{
-    return time.tv_sec * 1000000L + time.tv_usec;
-}
-
-void printEnd(int status, const rusage& usage, const Channels& channels)
+void printEnd(const Trust::ChildEnd& end, const Channels& channels)
 {
     PictureAnswer answer{0, PictureKind::None, 0, 0};
     const ssize_t known = read(channels.answerReading, &answer, sizeof answer);
     struct stat state = {};
     fstat(channels.pixels, &state);
     const auto bytes = static_cast<std::size_t>(state.st_size);
-    std::printf("%d %d %ld %ld %zd %u %u %u %u %zu %llu\n",
-                WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-                WIFSIGNALED(status) ? WTERMSIG(status) : 0,
-                microseconds(usage.ru_utime) + microseconds(usage.ru_stime), usage.ru_maxrss, known,
-                answer.mark, static_cast<unsigned>(answer.kind), answer.width, answer.height, bytes,
+    Trust::print(end);
+    std::printf(" %zd %u %u %u %u %zu %llu\n", known, answer.mark,
+                static_cast<unsigned>(answer.kind), answer.width, answer.height, bytes,
                 static_cast<unsigned long long>(hashOf(channels.pixels, bytes)));
     std::fflush(stdout);
 }
@@ -154,11 +145,7 @@ void serve(const Request& request)
     if (child == 0)
         decode(channels, request);
     close(channels.answerWriting);
-    int status = 0;
-    rusage usage{};
-    while (wait4(child, &status, 0, &usage) < 0 && errno == EINTR) {
-    }
-    printEnd(status, usage, channels);
+    printEnd(Trust::waitFor(child), channels);
     closeChannels(channels);
 }
 

@@ -6,14 +6,13 @@
 // cpu seconds, limit of address space in bytes (0 for none), then the arguments from the first on.
 // The answer is a line: exit code (-1 behind a signal), signal (0 for none), microseconds of cpu,
 // kilobytes of resident memory at the peak.
-#include <cerrno>
+#include "childend.h"
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <iostream>
 #include <string>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -92,19 +91,6 @@ void limit(decltype(RLIMIT_CPU) resource, rlim_t amount)
     std::exit(kestrixMain(static_cast<int>(words.size()), argv.data()));
 }
 
-long microseconds(const timeval& time)
-{
-    return time.tv_sec * 1000000L + time.tv_usec;
-}
-
-void printEnd(int status, const rusage& usage)
-{
-    std::printf("%d %d %ld %ld\n", WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-                WIFSIGNALED(status) ? WTERMSIG(status) : 0,
-                microseconds(usage.ru_utime) + microseconds(usage.ru_stime), usage.ru_maxrss);
-    std::fflush(stdout);
-}
-
 } // namespace
 
 int main()
@@ -114,10 +100,8 @@ int main()
         const pid_t child = fork();
         if (child == 0)
             runTool(request);
-        int status = 0;
-        rusage usage{};
-        while (wait4(child, &status, 0, &usage) < 0 && errno == EINTR) {
-        }
-        printEnd(status, usage);
+        Trust::print(Trust::waitFor(child));
+        std::printf("\n");
+        std::fflush(stdout);
     }
 }
