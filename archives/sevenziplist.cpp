@@ -90,7 +90,7 @@ private:
 
     quint8 byte();
     quint64 number();
-    std::vector<quint64> numbers(quint64 count);
+    void numbers(quint64 count);
     // A number that may be no larger: of things that memory is set aside for, of coders.
     quint64 count();
     quint64 few();
@@ -175,7 +175,9 @@ void ListScan::packInfo()
     number(); // the place
     const quint64 streamCount = count();
     expect(Mark::Size);
-    m_packedSizes = numbers(streamCount);
+    m_packedSizes.clear();
+    for (quint64 i = 0; i < streamCount && m_form == ListForm::Plain; ++i)
+        m_packedSizes.push_back(number());
     if (accept(Mark::Checksums))
         checksums(streamCount);
     expect(Mark::End);
@@ -302,12 +304,10 @@ quint64 ListScan::number()
     return value;
 }
 
-std::vector<quint64> ListScan::numbers(quint64 count)
+void ListScan::numbers(quint64 count)
 {
-    std::vector<quint64> found;
     for (quint64 i = 0; i < count && m_form == ListForm::Plain; ++i)
-        found.push_back(number());
-    return found;
+        number();
 }
 
 quint64 ListScan::count()
