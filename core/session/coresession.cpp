@@ -13,8 +13,8 @@
 #include "ksx/core/libraryservices.h"
 #include "ksx/core/packagecontroller.h"
 #include "ksx/core/packagelistener.h"
-#include "ksx/core/packagesaver.h"
 #include "ksx/core/packageslistmanager.h"
+#include "ksx/core/packagewriter.h"
 #include "ksx/core/savetarget.h"
 #include <QCoreApplication>
 
@@ -147,12 +147,12 @@ Session::Saving Session::save(const PackageBox& package, const QString& path) co
                                       "refers to it")};
     const QString presets =
         m_parts->presetsPaths.isEmpty() ? QStringLiteral(".") : m_parts->presetsPaths.front();
-    PackageSaver saver(QDir(Orv::Core::absolutePath(presets)), 1);
-    saver.add(*package, path);
-    const PackageSaver::Result result = saver.next();
-    return {result.isSaved,
-            result.isSaved ? QString() : QStringLiteral("the file cannot be written"),
-            result.keptCopy};
+    Saving saving;
+    saving.isSaved =
+        savePackage(*package, path, QDir(Orv::Core::absolutePath(presets)), &saving.keptCopy);
+    if (!saving.isSaved)
+        saving.reason = QStringLiteral("the file cannot be written");
+    return saving;
 }
 
 Session::Saving Session::save(const QString& from, const QString& path) const
