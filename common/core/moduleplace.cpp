@@ -9,9 +9,9 @@ namespace Orv::Core {
 
 namespace {
 
-// The folder of modules beside the library; it is relative to bin/ in an installation as well.
-const QString ModuleFolder = QStringLiteral("/kestrix/");
-const QString InstalledModuleFolder = QStringLiteral("/" KESTRIX_MODULES_FROM_BIN "/");
+// From the folder of the library, and from that of an installed executable.
+constexpr char FromLibrary[] = "/kestrix/";
+constexpr char FromExecutable[] = "/" KESTRIX_MODULES_FROM_BIN "/";
 
 // Returns the folder of the shared library that holds this function. Returns an empty text in a
 // program that is linked with the library: the loader knows it by the name that it was called by.
@@ -31,10 +31,10 @@ QString modulePlace(const QString& fileName)
 {
     const QString folder = QCoreApplication::applicationDirPath();
     const QString library = folderOfLibrary();
-    const QString beside = folder + QLatin1Char('/') + fileName;
+    QString beside = folder + QLatin1Char('/') + fileName;
     for (const QString& place :
-         {beside, library.isEmpty() ? QString() : library + ModuleFolder + fileName,
-          folder + InstalledModuleFolder + fileName})
+         {beside, library.isEmpty() ? QString() : library + QLatin1String(FromLibrary) + fileName,
+          folder + QLatin1String(FromExecutable) + fileName})
         if (!place.isEmpty() && exists(place))
             return place;
     return beside;
