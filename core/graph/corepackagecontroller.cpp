@@ -1,7 +1,6 @@
 #include "ksx/core/packagecontroller.h"
 
 #include "content/uniqueidentifier.h"
-#include "core/fileplace.h"
 #include "data/content/graph.h"
 #include "data/content/packagemanipulators.h"
 #include "data/content/resource.h"
@@ -11,10 +10,8 @@
 #include "ksx/core/edit.h"
 #include "ksx/core/graphcontrollerlistener.h"
 #include "ksx/core/resourcelistener.h"
+#include "resource/linkedfile.h"
 #include <QCoreApplication>
-#include <QCryptographicHash>
-#include <QDateTime>
-#include <QFile>
 
 namespace Ksx::Core {
 
@@ -55,21 +52,6 @@ bool applyAddResource(ManipulatorStruct<Package> package, const DataPointerBoxMa
 QString fromLatin1(const std::string& text)
 {
     return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
-}
-
-QString timeOf(const QString& filePath)
-{
-    return Orv::Core::modificationTime(filePath).toString(Qt::ISODate);
-}
-
-// The MD5 sum of what the file holds, in hexadecimal; "0" if that is nothing.
-QString checksumOf(const QString& filePath)
-{
-    const auto file = openLinkedFile(filePath);
-    QCryptographicHash hash(QCryptographicHash::Md5);
-    if (file == nullptr || file->size() == 0 || !hash.addData(file.get()) || file->hasFailed())
-        return QStringLiteral("0");
-    return QString::fromLatin1(hash.result().toHex());
 }
 
 } // namespace
@@ -125,8 +107,8 @@ ResourceListener* PackageController::addLinkedResource(std::uint32_t type, const
     AddResourceCommandParameters added;
     added.identifier = uniqueName(identifier, "DEFAULT_NEW_RESOURCE_IDENTIFIER");
     added.filePath = filePath;
-    added.lastModification = timeOf(filePath);
-    added.checksum = checksumOf(filePath);
+    added.lastModification = linkedFileTime(filePath);
+    added.checksum = linkedFileChecksum(filePath);
     added.type = type;
     added.format = format;
     added.index = index;

@@ -8,9 +8,11 @@
 #include "data/content/resourcemanipulators.h"
 #include "data/diagnosticlog.h"
 #include "data/filename.h"
+#include "data/latin1.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/objecturl.h"
+#include "resource/linkedfile.h"
 #include <cmath>
 #include <unistd.h>
 
@@ -48,6 +50,24 @@ void runTransaction(const Attribute<T>& attribute, const T& value, const char* k
 {
     const Transaction transaction(historyText(ClassName, key));
     runEdit(DataPointerBox<Attribute<T>>(&attribute), value, &applyValue<T>, QString());
+}
+
+struct LinkedFile
+{
+    std::string path;
+    std::string format;
+    std::string lastModification;
+    std::string checksum;
+};
+
+bool applyFile(Orv::Core::ManipulatorStruct<Resource> resource, const DataPointerBoxMasterKey&,
+               const LinkedFile& file)
+{
+    resource.filepath().set(file.path);
+    resource.format().set(file.format);
+    resource.lastModif().set(file.lastModification);
+    resource.checksum().set(file.checksum);
+    return true;
 }
 
 bool uses(const CompNode& node, const std::string& url)
@@ -91,6 +111,18 @@ bool ResourceListener::isReachable() const
 QString ResourceListener::filePath() const
 {
     return m_resource ? Orv::fromBytes(m_resource->filepath().get()) : QString();
+}
+
+bool ResourceListener::setFile(const QString& filePath, const QString& format)
+{
+    if (!m_resource || !m_resource->source().isEmpty())
+        return false;
+    return runEdit(m_resource,
+                   LinkedFile{Orv::toBytes(filePath), Orv::toLatin1(format),
+                              Orv::toLatin1(linkedFileTime(filePath)),
+                              Orv::toLatin1(linkedFileChecksum(filePath))},
+                   &applyFile, historyText(ClassName, "SET_FILE"))
+        .has_value();
 }
 
 void ResourceListener::setCookedFormat(std::uint32_t format)

@@ -44,6 +44,15 @@ private:
 const Lines Unreachable = {"2 core\\coreresourcelistener:127 Unreachable resource"};
 const Lines NotImplemented = {"2 core\\coreresourcelistener:132 Not implemented yet"};
 
+// A resource that is kept as a copy, and not as a link.
+std::string aCopiedResource(const std::string& path)
+{
+    return replaced(
+        aResource("a", path), "</resource>",
+        "<source><externalcopy><filename v=\"a\"/><lastModif v=\"\"/><checksum v=\"\"/></externalcopy>"
+        "</source></resource>");
+}
+
 class ResourceListenerTest : public testing::Test
 {
 protected:
@@ -118,6 +127,38 @@ TEST_F(ResourceListenerTest, RefusesACookedQualityThatIsNotFinite)
     listener.setCookedQuality(std::numeric_limits<float>::infinity());
     listener.setCookedQuality(std::numeric_limits<float>::quiet_NaN());
 
+    EXPECT_EQ(workspace.editCount(), 0u);
+}
+
+TEST_F(ResourceListenerTest, LinksToAnotherFileByOneEdit)
+{
+    const std::string file = directory.write("b.tga", "abc");
+
+    EXPECT_TRUE(open("a.png").setFile(QString::fromStdString(file), "TGA"));
+
+    EXPECT_EQ(resource().filepath().get(), file);
+    EXPECT_EQ(resource().format().get(), "TGA");
+    EXPECT_EQ(resource().checksum().get(), "900150983cd24fb0d6963f7d28e17f72"); // MD5 of "abc"
+    EXPECT_FALSE(resource().lastModif().get().empty());
+    EXPECT_EQ(workspace.editCount(), 1u);
+    EXPECT_TRUE(canBeUndone());
+}
+
+TEST_F(ResourceListenerTest, LinksToAMissingFileWithoutItsTimeAndChecksum)
+{
+    EXPECT_TRUE(open("a.png").setFile("/nowhere/b.png", "PNG"));
+
+    EXPECT_EQ(resource().checksum().get(), "0");
+    EXPECT_EQ(resource().lastModif().get(), "");
+}
+
+TEST_F(ResourceListenerTest, InsideThePackageLinksToNoOtherFile)
+{
+    ResourceListener& listener = openElement(aCopiedResource("a.png"));
+
+    EXPECT_FALSE(listener.setFile("/nowhere/b.png", "PNG"));
+
+    EXPECT_EQ(xmlOf(*package), before);
     EXPECT_EQ(workspace.editCount(), 0u);
 }
 
@@ -235,10 +276,8 @@ TEST_F(ResourceListenerTest, ReportsAnEmptyPath)
 TEST_F(ResourceListenerTest, ReportsThatOtherSourcesAreNotImplemented)
 {
     auto document = std::make_unique<Ksx::Data::Content::PackagesList>();
-    document->content().pushBack(packageFrom(aPackage().containing(replaced(
-        aResource("a", directory.write("a.png", "abc")), "</resource>",
-        "<source><externalcopy><filename v=\"a\"/><lastModif v=\"\"/><checksum v=\"\"/></externalcopy>"
-        "</source></resource>"))));
+    document->content().pushBack(
+        packageFrom(aPackage().containing(aCopiedResource(directory.write("a.png", "abc")))));
     const auto& copy = static_cast<const Resource&>(document->content().at(0).content().at(0));
 
     EXPECT_EQ(ResourceListener::of(copy).data(), std::nullopt);

@@ -48,6 +48,12 @@ public:
     // Returns the path of the linked file. Returns an empty text once the resource has died.
     QString filePath() const;
 
+    // Makes the resource link to another file, whose name of the format is `format`. The path is stored
+    // as it is given; use an absolute path. The file is read once, for its checksum; see
+    // PackageController::addLinkedResource(). This is one undoable command. Returns false if the
+    // resource has died, and for a resource inside the package.
+    bool setFile(const QString& filePath, const QString& format);
+
     // Writes the format in which a compiled package stores the image. This is one undoable command
     // in a transaction. Does nothing once the resource has died.
     void setCookedFormat(std::uint32_t format);
