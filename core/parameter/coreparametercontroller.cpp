@@ -1,5 +1,6 @@
 #include "ksx/core/parametercontroller.h"
 
+#include "content/nodekind.h"
 #include "core/listenersimple.h"
 #include "data/changeevent.h"
 #include "data/content/parameter.h"
@@ -133,6 +134,17 @@ void ParameterController::linkToInput(const InputReference& input)
 {
     if (m_modifier)
         m_modifier->linkToInput(input);
+}
+
+bool ParameterController::makeDynamic()
+{
+    return m_modifier && m_modifier->makeDynamic();
+}
+
+const Data::Content::DynamicValue* ParameterController::computedValue() const
+{
+    const Data::Content::Parameter* const parameter = stored();
+    return parameter == nullptr ? nullptr : computedValueOf(parameter->paramValue());
 }
 
 ParameterSignals& ParameterController::changes()

@@ -76,23 +76,24 @@ bool applyStore(Parameters list, const DataPointerBoxMasterKey&, const StoreInfo
     return true;
 }
 
-struct LinkInfo
+// A function graph of one node that holds a value, and that takes the place of a parameter's value.
+struct FunctionInfo
 {
     std::string identifier;
     InheritanceMethod method = InheritanceMethod::Absolute;
-    const Desc::Function* getter = nullptr; // of the tables
-    std::string input;
+    const Desc::Function* function = nullptr; // of the tables
+    boost::any held;                          // the constant, or the name of the input that is read
 };
 
-std::unique_ptr<Content::ParamNode> makeGetter(const LinkInfo& info, Uid uid)
+std::unique_ptr<Content::ParamNode> makeNode(const FunctionInfo& info, Uid uid)
 {
-    std::unique_ptr<Content::ParamNode> node = makeFunctionNode(*info.getter, uid);
+    std::unique_ptr<Content::ParamNode> node = makeFunctionNode(*info.function, uid);
     Content::FuncData& data = node->funcDatas().at(0);
-    data.constantValue().set(makeConstant(info.getter->data->type, info.input));
+    data.constantValue().set(makeConstant(info.function->data->type, info.held));
     return node;
 }
 
-bool applyLink(Parameters list, const DataPointerBoxMasterKey&, const LinkInfo& info)
+bool applyFunction(Parameters list, const DataPointerBoxMasterKey&, const FunctionInfo& info)
 {
     const ParameterEdit parameter = foundOrAppended(list, info.identifier);
     parameter.relativeTo().set(static_cast<Orv::Data::UInt>(info.method));
@@ -105,11 +106,18 @@ bool applyLink(Parameters list, const DataPointerBoxMasterKey&, const LinkInfo& 
     const auto& taken = DictionaryOf<Content::ParamNode>::of(nodes);
     const Uid uid = UidSource::shared().next([&](Uid used) { return taken.contains(used); });
     nodes.clear();
-    nodes.pushBack(makeGetter(info, uid));
+    nodes.pushBack(makeNode(info, uid));
     auto root = function.rootnode();
     root.valueOverloads().clear();
     root.value().set(uid);
     return true;
+}
+
+// Returns a parameter's value in the shape in which function nodes hold it.
+boost::any heldValue(const boost::any& value)
+{
+    const auto* const index = boost::any_cast<Orv::Data::UInt>(&value);
+    return index == nullptr ? value : boost::any(Orv::Data::Int1{{static_cast<int>(*index)}});
 }
 
 // What a parameter that is relative to another one can begin with: one, in all components.
@@ -181,8 +189,23 @@ void BaseParameterModifier::linkToInput(const InputReference& input)
 {
     const Desc::FunctionTable& functions = Desc::DescriptionTables::instance().functions();
     if (const Desc::Function* getter = functions.getterOf(Desc::ValueType::plain(input.type)))
-        runEdit(m_list, LinkInfo{m_description->identifier, relativeTo(), getter, input.identifier},
-                &applyLink, historyOf(ValueKey));
+        runEdit(m_list,
+                FunctionInfo{m_description->identifier, relativeTo(), getter, input.identifier},
+                &applyFunction, historyOf(ValueKey));
+}
+
+bool BaseParameterModifier::makeDynamic()
+{
+    const Desc::FunctionTable& functions = Desc::DescriptionTables::instance().functions();
+    const Desc::Function* const constant =
+        functions.constantOf(Desc::ValueType::plain(m_description->type));
+    if (constant == nullptr || !m_list || isDynamic())
+        return false;
+    return runEdit(m_list,
+                   FunctionInfo{m_description->identifier, relativeTo(), constant,
+                                heldValue(anyValue())},
+                   &applyFunction, historyOf(ValueKey))
+        .has_value();
 }
 
 bool BaseParameterModifier::remove()

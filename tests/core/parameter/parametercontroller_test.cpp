@@ -2,6 +2,7 @@
 
 #include "ksx/core/lazysignalconnect.h"
 #include "ksx/core/uidsource.h"
+#include "support/functiontext.h"
 #include "support/parameterdocument.h"
 #include "support/shelfcases.h"
 #include "support/undohistory.h"
@@ -15,6 +16,7 @@ using Orv::Data::Int1;
 using Orv::Data::Int2;
 using Orv::Data::Int3;
 using TestSupport::aConstant;
+using TestSupport::aConstantNode;
 using TestSupport::aDescription;
 using TestSupport::aDynamicValue;
 using TestSupport::aGetter;
@@ -619,6 +621,76 @@ TEST_P(ParameterLinkTypeWithoutGetter, DoesNothing)
 
 INSTANTIATE_TEST_SUITE_P(Types, ParameterLinkTypeWithoutGetter,
                          testing::Values(0u, 1u, 2u, 3u, 240u, 3840u, 16384u, 32768u));
+
+// --- constants as functions
+
+TEST(ParameterFunction, HasOneConstantOfThePresentValue)
+{
+    const StandingUids uids;
+    Editor editor(intensity, intensityOf("11"));
+
+    EXPECT_TRUE(editor.controller.makeDynamic());
+
+    EXPECT_EQ(editor.text(), aParameter("intensity", "0",
+                                        aDynamicValue(1000, aConstantNode(1000, "const_float1", 256,
+                                                                          "Float1", "11"))));
+    EXPECT_EQ(editor.history.size(), 1u);
+}
+
+TEST(ParameterFunction, HasTheDefaultOfWhatIsNotStoredAndItsMode)
+{
+    const StandingUids uids;
+    Editor editor(outputSize);
+    const boost::any before = editor.controller.value();
+
+    EXPECT_TRUE(editor.controller.makeDynamic());
+
+    EXPECT_EQ(editor.text(), aParameter("outputsize", "1",
+                                        aDynamicValue(1000, aConstantNode(1000, "const_int2", 32,
+                                                                          "Int2", "0 0"))));
+    EXPECT_EQ(boost::any_cast<Int2>(before), Int2());
+    EXPECT_NE(editor.controller.computedValue(), nullptr);
+}
+
+TEST(ParameterFunction, HoldsTheIndexOfAnItemAsANumber)
+{
+    const StandingUids uids;
+    Editor editor(aDescription("mode", ValueType::Int1, Orv::Data::UInt{3}));
+
+    EXPECT_TRUE(editor.controller.makeDynamic());
+
+    EXPECT_NE(editor.text().find(aConstantNode(1000, "const_int1", 16, "Int1", "3")),
+              std::string::npos)
+        << editor.text();
+}
+
+TEST(ParameterFunction, OfAComputedValueStays)
+{
+    const std::string dynamic =
+        aParameter("intensity", "0", aDynamicValue(7, aGetter(7, "get_float1", 256, "a")));
+    Editor editor(intensity, dynamic);
+
+    EXPECT_FALSE(editor.controller.makeDynamic());
+
+    EXPECT_EQ(editor.text(), dynamic);
+    EXPECT_EQ(editor.history.size(), 0u);
+}
+
+TEST(ParameterFunction, IsNotMadeOfATypeWithoutConstants)
+{
+    Editor editor(aDescription("x", ValueType::ColorImage, boost::any()));
+
+    EXPECT_FALSE(editor.controller.makeDynamic());
+
+    EXPECT_EQ(editor.history.size(), 0u);
+}
+
+TEST(ParameterFunction, IsNoneForAPlainValue)
+{
+    Editor editor(intensity, intensityOf("11"));
+
+    EXPECT_EQ(editor.controller.computedValue(), nullptr);
+}
 
 // --- undo and redo
 

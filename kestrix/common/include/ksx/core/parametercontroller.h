@@ -6,6 +6,10 @@
 #include <memory>
 #include <string>
 
+namespace Ksx::Data::Content {
+class DynamicValue;
+} // namespace Ksx::Data::Content
+
 namespace Ksx::Core {
 
 // The signals of a ParameterController. They are sent at the end of a change: an edit, an undo or a
@@ -84,6 +88,12 @@ public:
     bool setRelativeTo(InheritanceMethod method);
     // Makes the parameter read an input of the graph. See BaseParameterModifier::linkToInput().
     void linkToInput(const InputReference& input);
+    // Makes a function graph compute the value. See BaseParameterModifier::makeDynamic(). Returns true
+    // if the document changed.
+    bool makeDynamic();
+    // Returns the function graph that computes the value; see graphController(). Returns null for a
+    // plain value.
+    const Data::Content::DynamicValue* computedValue() const;
 
     // Returns the signals. Makes them at the first call, from which on the controller follows its
     // list. They live as long as the controller.

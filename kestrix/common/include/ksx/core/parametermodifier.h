@@ -92,6 +92,11 @@ public:
     // input.
     void linkToInput(const InputReference& input);
 
+    // Makes a function graph of one node compute the value: a constant of the present value. The
+    // mode stays. This is one undoable command. Returns false and changes nothing for a computed
+    // value and for a type of which functions have no constants.
+    bool makeDynamic();
+
 protected:
     // Returns the description.
     const Data::Desc::Parameter& description() const { return *m_description; }
