@@ -281,4 +281,21 @@ std::string DataPath::withParameter(std::string_view text, std::string_view key,
     return result;
 }
 
+std::string DataPath::withSegment(std::string_view text, std::size_t index,
+                                  std::string_view identifier)
+{
+    Q_ASSERT(isDataPath(text));
+    std::string result(text);
+    const std::size_t end = std::min(text.find('?'), text.size());
+    for (std::size_t begin = Scheme.size(); begin < end; ++begin) {
+        if (text[begin] == '/')
+            continue;
+        const std::size_t slash = std::min(text.find('/', begin), end);
+        if (index-- == 0)
+            return result.replace(begin, slash - begin, identifier);
+        begin = slash;
+    }
+    return result;
+}
+
 } // namespace Ksx::Core

@@ -9,12 +9,12 @@ namespace Ksx::Core {
 
 namespace {
 
-TextAttribute* asText(Orv::Data::BaseObject& object)
+const TextAttribute* asText(const Orv::Data::BaseObject& object)
 {
     if (object.kind() != Orv::Data::ObjectKind::Attribute ||
-        !static_cast<Orv::Data::AttributeBase&>(object).isText())
+        !static_cast<const Orv::Data::AttributeBase&>(object).isText())
         return nullptr;
-    return static_cast<TextAttribute*>(&object);
+    return static_cast<const TextAttribute*>(&object);
 }
 
 } // namespace
@@ -42,13 +42,23 @@ std::vector<TextAttribute*> fileReferencesOf(Data::Content::Package& package)
     return references;
 }
 
-void visitTexts(Data::Content::Package& package, const std::function<void(TextAttribute&)>& visit)
+void visitTexts(const Data::Content::Package& package,
+                const std::function<void(const TextAttribute&)>& visit)
 {
-    Orv::Data::visitTree(static_cast<Orv::Data::BaseObject&>(package),
-                         [&](Orv::Data::BaseObject& object) {
-                             if (TextAttribute* text = asText(object))
+    Orv::Data::visitTree(static_cast<const Orv::Data::BaseObject&>(package),
+                         [&](const Orv::Data::BaseObject& object) {
+                             if (const TextAttribute* text = asText(object))
                                  visit(*text);
                          });
+}
+
+void visitTexts(Data::Content::Package& package, const std::function<void(TextAttribute&)>& visit)
+{
+    Orv::Data::visitTree(
+        static_cast<Orv::Data::BaseObject&>(package), [&](Orv::Data::BaseObject& object) {
+            if (const TextAttribute* text = asText(object))
+                visit(const_cast<TextAttribute&>(*text)); // the package is not const
+        });
 }
 
 } // namespace Ksx::Core

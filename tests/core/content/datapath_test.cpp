@@ -144,6 +144,32 @@ INSTANTIATE_TEST_SUITE_P(
                 "pkg:////A%20//b/?&&x=1&dependency=7&"}),
     caseName<SetCase>);
 
+struct SegmentCase
+{
+    const char* name;
+    const char* text;
+    std::size_t index;
+    const char* changed;
+};
+
+class DataPathWithSegment : public testing::TestWithParam<SegmentCase>
+{};
+
+TEST_P(DataPathWithSegment, ChangesNothingElse)
+{
+    EXPECT_EQ(DataPath::withSegment(GetParam().text, GetParam().index, "new"), GetParam().changed);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, DataPathWithSegment,
+    testing::Values(SegmentCase{"Only", "pkg://a", 0, "pkg://new"},
+                    SegmentCase{"First", "pkg://a/b?x=a", 0, "pkg://new/b?x=a"},
+                    SegmentCase{"Last", "pkg://a/bc?dependency=7", 1, "pkg://a/new?dependency=7"},
+                    SegmentCase{"BehindEmptyOnes", "pkg:////a//b/", 1, "pkg:////a//new/"},
+                    SegmentCase{"Missing", "pkg://a/b?x/y", 2, "pkg://a/b?x/y"},
+                    SegmentCase{"None", "pkg://", 0, "pkg://"}),
+    caseName<SegmentCase>);
+
 // Resolving. The package has something of each kind.
 
 const std::string DynamicParameter =

@@ -102,6 +102,20 @@ TEST(FileReferences, CanBeChangedInTheirPlace)
     EXPECT_EQ(package->dependencies().at(0).filename().get(), "c.obl");
 }
 
+TEST(VisitTexts, ForReadingCallsForTheSameTexts)
+{
+    const auto package =
+        packageFrom(aPackage().dependingOn("b.obl", 1).containing(aGroupSaying("g", "d")));
+    Texts written;
+    Texts visited;
+
+    visitTexts(*package, [&](TextAttribute& text) { written.push_back(text.get()); });
+    visitTexts(std::as_const(*package),
+               [&](const TextAttribute& text) { visited.push_back(text.get()); });
+
+    EXPECT_EQ(visited, written);
+}
+
 TEST(VisitTexts, CallsForEveryTextAndForNothingElse)
 {
     const auto package =

@@ -64,6 +64,11 @@ public:
     static std::string withParameter(std::string_view text, std::string_view key,
                                      std::string_view value);
 
+    // Returns the text with another identifier in the segment of an index. Nothing else is touched.
+    // Returns the text itself if it has no such segment.
+    static std::string withSegment(std::string_view text, std::size_t index,
+                                   std::string_view identifier);
+
 private:
     std::vector<std::string> m_segments;
     std::vector<std::pair<std::string, std::string>> m_parameters;

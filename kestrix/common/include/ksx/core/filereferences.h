@@ -24,5 +24,8 @@ std::vector<const TextAttribute*> fileReferencesOf(const Data::Content::Package&
 // Calls `visit` for every text of the package, in the order of the document. It takes a walk over
 // the whole tree. `visit` may change the text, and must not change the tree in other ways.
 void visitTexts(Data::Content::Package& package, const std::function<void(TextAttribute&)>& visit);
+// Does the same for reading.
+void visitTexts(const Data::Content::Package& package,
+                const std::function<void(const TextAttribute&)>& visit);
 
 } // namespace Ksx::Core
