@@ -187,6 +187,19 @@ TEST_F(UndoStackTest, RecordsNothingWhileItIsTold)
     EXPECT_EQ(steps.undoText(), "a");
 }
 
+TEST_F(UndoStackTest, ForgetsWhatWasUndoneAndKeepsTheRest)
+{
+    write('a');
+    write('b');
+    steps.undo();
+
+    steps.clearUndone();
+
+    EXPECT_FALSE(steps.redo());
+    EXPECT_TRUE(steps.undo());
+    EXPECT_EQ(text, "");
+}
+
 TEST_F(UndoStackTest, ForgetsAllSteps)
 {
     write('a');

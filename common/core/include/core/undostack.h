@@ -55,6 +55,8 @@ public:
     std::size_t redoCount() const { return m_undone.size(); }
     // Forgets all steps.
     void clear();
+    // Forgets the steps that were undone. Use it behind the undo() of an edit that failed half way.
+    void clearUndone() { m_undone.clear(); }
     // Chooses whether commands become steps. They do at first. Nobody can undo a command that ran
     // meanwhile, and a step before it only if it has left alone what the step changed.
     void setRecording(bool isRecording) { m_isRecording = isRecording; }
