@@ -1,0 +1,123 @@
+#include "world.h"
+
+#include "data/filename.h"
+#include "errors.h"
+#include <QCoreApplication>
+#include <functional>
+
+namespace Ksx::Python {
+
+namespace {
+
+// The application object lives to the end of the process: Qt wants all of them in one thread.
+void makeApplication()
+{
+    static char name[] = "kestrix";
+    static char* arguments[] = {name, nullptr};
+    static int count = 1;
+    if (QCoreApplication::instance() != nullptr)
+        return;
+    // The library behind Qt's other event loop ends the process when it has no memory.
+    qputenv("QT_NO_GLIB", "1");
+    Orv::installFileNameCodec();
+    new QCoreApplication(count, arguments);
+}
+
+bool hasSession = false; // guarded by the interpreter's lock
+
+} // namespace
+
+World::World(const QStringList& presetsPaths)
+{
+    if (hasSession)
+        raise("SessionError", "another session is open: close it first");
+    makeApplication();
+    m_session = std::make_unique<Core::Session>(presetsPaths);
+    hasSession = true;
+}
+
+World::~World()
+{
+    close();
+}
+
+Core::Session& World::session()
+{
+    check();
+    return *m_session;
+}
+
+void World::check()
+{
+    if (m_session == nullptr)
+        raise("SessionError", "the session is closed");
+    if (m_thread != std::this_thread::get_id())
+        raise("SessionError", "the session belongs to another thread");
+    if (m_hasGiven)
+        dropGiven();
+}
+
+void World::close()
+{
+    if (m_session == nullptr)
+        return;
+    m_session.reset();
+    hasSession = false;
+    dropGiven();
+}
+
+void World::dropGiven()
+{
+    const std::lock_guard lock(m_mutex);
+    m_given.clear();
+    m_hasGiven = false;
+}
+
+void World::giveBack(std::unique_ptr<ObjectBox> box) noexcept
+{
+    if (m_session == nullptr || m_thread == std::this_thread::get_id())
+        return; // which destroys it
+    const std::lock_guard lock(m_mutex);
+    m_given.push_back(std::move(box));
+    m_hasGiven = true;
+}
+
+Handle::Handle(WorldPointer world, const Orv::Data::BaseObject& object)
+    : m_world(std::move(world)), m_box(std::make_unique<ObjectBox>(&object)), m_address(&object)
+{}
+
+Handle::Handle(const Handle& other)
+    : m_world(other.m_world), m_box(std::make_unique<ObjectBox>(&other.object())),
+      m_address(other.m_address)
+{}
+
+Handle::~Handle()
+{
+    if (m_box != nullptr)
+        m_world->giveBack(std::move(m_box));
+}
+
+const Orv::Data::BaseObject& Handle::object() const
+{
+    m_world->check();
+    if (!*m_box || !isAttached(**m_box))
+        raise("GoneError", "the object is no part of an open package any more");
+    return **m_box;
+}
+
+bool Handle::isValid() const
+{
+    return !m_world->isClosed() && *m_box && isAttached(**m_box);
+}
+
+bool Handle::isSame(const Handle& other) const
+{
+    return this == &other || (m_address == other.m_address && *m_box && *other.m_box);
+}
+
+std::size_t Handle::hash() const
+{
+    return std::hash<const void*>()(m_address);
+}
+
+} // namespace Ksx::Python
