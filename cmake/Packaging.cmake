@@ -12,10 +12,14 @@ set(CPACK_PACKAGE_INSTALL_DIRECTORY kestrix)
 
 # What people who run the tool need is one package: tool, libraries, modules.
 set(CPACK_COMPONENTS_ALL tool runtime development)
+if(TARGET kestrix_python)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
 set(CPACK_COMPONENT_TOOL_GROUP kestrix)
 set(CPACK_COMPONENT_RUNTIME_GROUP kestrix)
 set(CPACK_COMPONENT_DEVELOPMENT_GROUP libksx-dev)
+set(CPACK_COMPONENT_PYTHON_GROUP python3-kestrix)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -42,6 +46,19 @@ set(CPACK_DEBIAN_LIBKSX-DEV_DESCRIPTION "Headers and links for programs that ope
 of a procedural texture-graph authoring system, with undo. Read by
 find_package(Kestrix) of CMake and by pkg-config.")
 
+set(CPACK_DEBIAN_PYTHON3-KESTRIX_PACKAGE_NAME python3-kestrix)
+set(CPACK_DEBIAN_PYTHON3-KESTRIX_PACKAGE_SECTION python)
+# The compiled part is for one minor version of Python.
+set(CPACK_DEBIAN_PYTHON3-KESTRIX_PACKAGE_DEPENDS "kestrix (= ${PROJECT_VERSION}), python3")
+if(TARGET kestrix_python)
+    math(EXPR next_python "${KESTRIX_PYTHON_MINOR} + 1")
+    string(APPEND CPACK_DEBIAN_PYTHON3-KESTRIX_PACKAGE_DEPENDS
+        " (>= 3.${KESTRIX_PYTHON_MINOR}~), python3 (<< 3.${next_python}~)")
+endif()
+set(CPACK_DEBIAN_PYTHON3-KESTRIX_DESCRIPTION "A module for programs that open, edit and save the package files of a
+procedural texture-graph authoring system, with undo, and that run the
+commands of the tool.")
+
 # Each package has its changes and its terms.
 file(WRITE "${PROJECT_BINARY_DIR}/debian/triggers" "activate-noawait ldconfig\n")
 file(WRITE "${PROJECT_BINARY_DIR}/debian/changelog"
@@ -53,10 +70,11 @@ file(WRITE "${PROJECT_BINARY_DIR}/debian/changelog"
 ")
 file(ARCHIVE_CREATE OUTPUT "${PROJECT_BINARY_DIR}/debian/changelog.raw"
     PATHS "${PROJECT_BINARY_DIR}/debian/changelog" FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
-foreach(package kestrix libksx-dev)
-    set(component tool)
-    if(package STREQUAL "libksx-dev")
-        set(component development)
+foreach(pair kestrix:tool libksx-dev:development python3-kestrix:python)
+    string(REPLACE ":" ";" pair "${pair}")
+    list(POP_FRONT pair package component)
+    if(NOT component IN_LIST CPACK_COMPONENTS_ALL)
+        continue()
     endif()
     set(folder "${CMAKE_INSTALL_DATADIR}/doc/${package}")
     install(FILES "${PROJECT_SOURCE_DIR}/cmake/debian/copyright"
