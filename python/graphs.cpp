@@ -237,10 +237,7 @@ void bindConnector(py::class_<Class>& bound)
             "color", [](const Class& self) { return colorName(controllerOf(self).colorKind()); },
             "The kind of image: \"color\", \"grayscale\" or \"other\".")
         .def_property_readonly(
-            "node",
-            [](const Class& self) {
-                return nodeObject(self.node.world(), controllerOf(self.node));
-            },
+            "node", [](const Class& self) { return nodeObject(self.node); },
             "The node of the connector.")
         .def(
             "__eq__",

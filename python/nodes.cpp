@@ -22,6 +22,7 @@
 #include "objects.h"
 #include "values.h"
 #include <pybind11/stl.h>
+#include <typeinfo>
 
 namespace Ksx::Python {
 
@@ -58,14 +59,53 @@ Core::Uid uidOf(const BaseObject& node)
     return static_cast<const Document::ParamsGraphNode&>(node).uid().get();
 }
 
+// What the module knows of a kind of nodes.
+struct KindRow
+{
+    const std::type_info& controller;
+    const BaseObject& (*document)(const Core::NodeController&);
+    py::object (*make)(const Node&);
+};
+
+template <class Controller>
+const BaseObject& documentOf(const Core::NodeController& node)
+{
+    return *static_cast<const Controller&>(node).node();
+}
+
+template <class Class>
+py::object made(const Node& node)
+{
+    return py::cast(Class(node));
+}
+
+// The class of each controller of nodes is one of these itself.
+const KindRow Kinds[] = {
+    {typeid(Core::CompFilterNodeController), &documentOf<Core::CompNodeController>,
+     &made<FilterNode>},
+    {typeid(Core::CompInstanceNodeController), &documentOf<Core::CompNodeController>,
+     &made<InstanceNode>},
+    {typeid(Core::CompInputNodeController), &documentOf<Core::CompNodeController>,
+     &made<InputNode>},
+    {typeid(Core::CompOutputNodeController), &documentOf<Core::CompNodeController>,
+     &made<OutputNode>},
+    {typeid(Core::FuncNodeController), &documentOf<Core::FuncNodeController>, &made<FunctionNode>},
+    {typeid(Core::ParamNodeController), &documentOf<Core::ParamNodeController>,
+     &made<ParameterNode>},
+};
+
+const KindRow& kindOf(const Core::NodeController& node)
+{
+    for (const KindRow& row : Kinds)
+        if (row.controller == typeid(node))
+            return row;
+    raise("GoneError", "the node has a kind that cannot be shown");
+}
+
 // The node in the document that a controller shows.
 const BaseObject& documentNode(const Core::NodeController& node)
 {
-    if (const auto* image = dynamic_cast<const Core::CompNodeController*>(&node))
-        return *image->node();
-    if (const auto* function = dynamic_cast<const Core::FuncNodeController*>(&node))
-        return *function->node();
-    return *static_cast<const Core::ParamNodeController&>(node).node();
+    return kindOf(node).document(node);
 }
 
 const Document::CompNode* imageNodeIn(const BaseObject& node)
@@ -93,21 +133,14 @@ Controller& controllerAs(const Node& self)
     return static_cast<Controller&>(controllerOf(self));
 }
 
-template <class Class, class Connector>
-Class connectorOf(const WorldPointer& world, const Connector& connector, Core::Uid uid)
+InputConnector inputOf(const Node& node, const Core::InputConnectorController& connector)
 {
-    return {{Node(world, documentNode(connector.node())), connector.identifier(), uid}};
+    return {{node, connector.identifier()}};
 }
 
-InputConnector inputOf(const WorldPointer& world, const Core::InputConnectorController& connector)
+OutputConnector outputOf(const Node& node, const Core::OutputConnectorController& connector)
 {
-    return connectorOf<InputConnector>(world, connector, 0);
-}
-
-OutputConnector outputOf(const WorldPointer& world,
-                         const Core::OutputConnectorController& connector)
-{
-    return connectorOf<OutputConnector>(world, connector, connector.outputUid());
+    return {{node, connector.identifier(), connector.outputUid()}};
 }
 
 py::list inputsOf(const Node& self)
@@ -115,7 +148,7 @@ py::list inputsOf(const Node& self)
     const Core::NodeController& node = controllerOf(self);
     py::list inputs;
     for (std::size_t i = 0; i < node.inputConnectorCount(); ++i)
-        inputs.append(inputOf(self.world(), *node.inputConnector(i)));
+        inputs.append(inputOf(self, *node.inputConnector(i)));
     return inputs;
 }
 
@@ -124,7 +157,7 @@ py::list outputsOf(const Node& self)
     const Core::NodeController& node = controllerOf(self);
     py::list outputs;
     for (std::size_t i = 0; i < node.outputConnectorCount(); ++i)
-        outputs.append(outputOf(self.world(), *node.outputConnector(i)));
+        outputs.append(outputOf(self, *node.outputConnector(i)));
     return outputs;
 }
 
@@ -133,7 +166,7 @@ InputConnector findInput(const Node& self, const py::str& identifier)
     const auto* const found = controllerOf(self).inputConnectorByName(textFrom(identifier));
     if (found == nullptr)
         throw py::key_error(textFrom(identifier));
-    return inputOf(self.world(), *found);
+    return inputOf(self, *found);
 }
 
 OutputConnector findOutput(const Node& self, const py::str& identifier)
@@ -141,7 +174,7 @@ OutputConnector findOutput(const Node& self, const py::str& identifier)
     const auto* const found = controllerOf(self).outputConnectorByName(textFrom(identifier));
     if (found == nullptr)
         throw py::key_error(textFrom(identifier));
-    return outputOf(self.world(), *found);
+    return outputOf(self, *found);
 }
 
 void remove(const Node& self, bool disconnect)
@@ -277,12 +310,6 @@ void bindImageNodes(py::module_& module)
         .def_property_readonly("entry", &outputShownBy, "The output. None if it is missing.");
 }
 
-template <class Class>
-py::object made(const WorldPointer& world, const Core::NodeController& node)
-{
-    return py::cast(Class(world, documentNode(node)));
-}
-
 } // namespace
 
 Core::GraphController& graphControllerOf(const Node& node)
@@ -321,18 +348,13 @@ Core::ConnectorController& controllerOf(const OutputConnector& connector)
 
 py::object nodeObject(const WorldPointer& world, const Core::NodeController& node)
 {
-    using namespace Core;
-    if (dynamic_cast<const CompFilterNodeController*>(&node) != nullptr)
-        return made<FilterNode>(world, node);
-    if (dynamic_cast<const CompInstanceNodeController*>(&node) != nullptr)
-        return made<InstanceNode>(world, node);
-    if (dynamic_cast<const CompInputNodeController*>(&node) != nullptr)
-        return made<InputNode>(world, node);
-    if (dynamic_cast<const CompOutputNodeController*>(&node) != nullptr)
-        return made<OutputNode>(world, node);
-    if (dynamic_cast<const FuncNodeController*>(&node) != nullptr)
-        return made<FunctionNode>(world, node);
-    return made<ParameterNode>(world, node);
+    const KindRow& kind = kindOf(node);
+    return kind.make(Node(world, kind.document(node)));
+}
+
+py::object nodeObject(const Node& node)
+{
+    return kindOf(controllerOf(node)).make(node);
 }
 
 py::list nodeObjects(const WorldPointer& world, const Core::GraphController& graph)
@@ -345,10 +367,11 @@ py::list nodeObjects(const WorldPointer& world, const Core::GraphController& gra
 
 py::object connectorObject(const WorldPointer& world, const Core::ConnectorController& connector)
 {
-    if (const auto* input = dynamic_cast<const Core::InputConnectorController*>(&connector))
-        return py::cast(inputOf(world, *input));
-    return py::cast(
-        outputOf(world, static_cast<const Core::OutputConnectorController&>(connector)));
+    const Node node(world, documentNode(connector.node()));
+    if (typeid(connector) == typeid(Core::InputConnectorController))
+        return py::cast(
+            inputOf(node, static_cast<const Core::InputConnectorController&>(connector)));
+    return py::cast(outputOf(node, static_cast<const Core::OutputConnectorController&>(connector)));
 }
 
 void bindNodes(py::module_& module)

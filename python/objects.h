@@ -78,31 +78,31 @@ struct Node : Handle
 // A node of a graph of images. The kinds of images that it works on are those below.
 struct ImageNode : Node
 {
-    using Node::Node;
+    explicit ImageNode(const Node& node) : Node(node) {}
 };
 struct FilterNode : ImageNode
 {
-    using ImageNode::ImageNode;
+    explicit FilterNode(const Node& node) : ImageNode(node) {}
 };
 struct InstanceNode : ImageNode
 {
-    using ImageNode::ImageNode;
+    explicit InstanceNode(const Node& node) : ImageNode(node) {}
 };
 struct InputNode : ImageNode
 {
-    using ImageNode::ImageNode;
+    explicit InputNode(const Node& node) : ImageNode(node) {}
 };
 struct OutputNode : ImageNode
 {
-    using ImageNode::ImageNode;
+    explicit OutputNode(const Node& node) : ImageNode(node) {}
 };
 struct FunctionNode : Node
 {
-    using Node::Node;
+    explicit FunctionNode(const Node& node) : Node(node) {}
 };
 struct ParameterNode : Node
 {
-    using Node::Node;
+    explicit ParameterNode(const Node& node) : Node(node) {}
 };
 
 // A connector is found by its name. Only an output of a node of images has a uid.
@@ -134,6 +134,7 @@ Core::ConnectorController& controllerOf(const OutputConnector& connector);
 
 // The objects of Python for what controllers show.
 pybind11::object nodeObject(const WorldPointer& world, const Core::NodeController& node);
+pybind11::object nodeObject(const Node& node);
 pybind11::list nodeObjects(const WorldPointer& world, const Core::GraphController& graph);
 pybind11::object connectorObject(const WorldPointer& world,
                                  const Core::ConnectorController& connector);

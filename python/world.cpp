@@ -82,42 +82,43 @@ void World::giveBack(std::unique_ptr<ObjectBox> box) noexcept
     m_hasGiven = true;
 }
 
-Handle::Handle(WorldPointer world, const Orv::Data::BaseObject& object)
-    : m_world(std::move(world)), m_box(std::make_unique<ObjectBox>(&object)), m_address(&object)
+Handle::Anchor::Anchor(WorldPointer session, const Orv::Data::BaseObject& object)
+    : world(std::move(session)), box(std::make_unique<ObjectBox>(&object)), address(&object)
 {}
 
-Handle::Handle(const Handle& other)
-    : m_world(other.m_world), m_box(std::make_unique<ObjectBox>(&other.object())),
-      m_address(other.m_address)
-{}
-
-Handle::~Handle()
+Handle::Anchor::~Anchor()
 {
-    if (m_box != nullptr)
-        m_world->giveBack(std::move(m_box));
+    world->giveBack(std::move(box));
 }
+
+Handle::Handle(WorldPointer world, const Orv::Data::BaseObject& object)
+    : m_anchor(std::make_shared<const Anchor>(std::move(world), object))
+{}
 
 const Orv::Data::BaseObject& Handle::object() const
 {
-    m_world->check();
-    if (!*m_box || !isAttached(**m_box))
+    m_anchor->world->check();
+    const Orv::Data::BaseObject* const object = m_anchor->box->get();
+    if (object == nullptr || !isAttached(*object))
         raise("GoneError", "the object is no part of an open package any more");
-    return **m_box;
+    return *object;
 }
 
 bool Handle::isValid() const
 {
-    return !m_world->isClosed() && *m_box && isAttached(**m_box);
+    const ObjectBox& box = *m_anchor->box;
+    return !m_anchor->world->isClosed() && box && isAttached(*box);
 }
 
 bool Handle::isSame(const Handle& other) const
 {
-    return this == &other || (m_address == other.m_address && *m_box && *other.m_box);
+    return m_anchor == other.m_anchor ||
+           (m_anchor->address == other.m_anchor->address && *m_anchor->box && *other.m_anchor->box);
 }
 
 std::size_t Handle::hash() const
 {
-    return std::hash<const void*>()(m_address);
+    return std::hash<const void*>()(m_anchor->address);
 }
 
 } // namespace Ksx::Python

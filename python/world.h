@@ -50,16 +50,11 @@ private:
 using WorldPointer = std::shared_ptr<World>;
 
 // A link to an object of a document. It reads as gone while the object is no part of an open
-// package. An undo that brings the object back makes it valid again.
+// package. An undo that brings the object back makes it valid again. Copies share one box.
 class Handle
 {
 public:
     Handle(WorldPointer world, const Orv::Data::BaseObject& object);
-    Handle(const Handle& other);
-    Handle(Handle&& other) noexcept = default;
-    Handle& operator=(const Handle&) = delete;
-    Handle& operator=(Handle&&) = delete;
-    ~Handle();
 
     // Returns the object, which has the class that the link was made with. Raises GoneError if it
     // is no part of an open package, and SessionError as World::check() does.
@@ -72,17 +67,28 @@ public:
     // Returns whether object() raises nothing.
     bool isValid() const;
 
-    const WorldPointer& world() const { return m_world; }
-    Core::Session& session() const { return m_world->session(); }
+    const WorldPointer& world() const { return m_anchor->world; }
+    Core::Session& session() const { return world()->session(); }
 
     // Returns whether both are links to one object, which must not have died.
     bool isSame(const Handle& other) const;
     std::size_t hash() const;
 
 private:
-    WorldPointer m_world;
-    std::unique_ptr<ObjectBox> m_box;
-    const void* m_address;
+    // Gives its box back to the world at its end.
+    struct Anchor
+    {
+        Anchor(WorldPointer session, const Orv::Data::BaseObject& object);
+        Anchor(const Anchor&) = delete;
+        Anchor& operator=(const Anchor&) = delete;
+        ~Anchor();
+
+        WorldPointer world;
+        std::unique_ptr<ObjectBox> box;
+        const void* address;
+    };
+
+    std::shared_ptr<const Anchor> m_anchor;
 };
 
 } // namespace Ksx::Python
