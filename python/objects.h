@@ -117,11 +117,13 @@ struct InputConnector : Connector
 struct OutputConnector : Connector
 {};
 
-// A parameter of a graph, of a node of images, or of a node of an FX-map.
+// A parameter of a graph, of a node of images, or of a node of an FX-map. A gradient describes some
+// of its parameters twice, once for each color mode, so the place counts as well.
 struct Parameter
 {
     Handle owner;
     std::string identifier;
+    std::size_t place = 0; // among the parameters of the owner, when it was found
 };
 
 // The controllers. Each raises GoneError where there is none.

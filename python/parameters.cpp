@@ -46,6 +46,9 @@ Core::ParametersController* parametersOf(const Handle& owner)
 Core::ParameterController& controllerOf(const Parameter& self)
 {
     Core::ParametersController* const parameters = parametersOf(self.owner);
+    if (parameters != nullptr && self.place < parameters->count() &&
+        parameters->at(self.place).identifier() == self.identifier)
+        return parameters->at(self.place);
     Core::ParameterController* const found =
         parameters == nullptr ? nullptr : parameters->parameter(self.identifier);
     if (found == nullptr)
@@ -126,7 +129,7 @@ py::list parameterObjects(const Handle& owner)
     py::list parameters;
     if (Core::ParametersController* const found = parametersOf(owner))
         for (std::size_t i = 0; i < found->count(); ++i)
-            parameters.append(Parameter{owner, found->at(i).identifier()});
+            parameters.append(Parameter{owner, found->at(i).identifier(), i});
     return parameters;
 }
 
@@ -138,9 +141,11 @@ const Data::Desc::Parameter& descriptionOf(const Parameter& parameter)
 Parameter parameterObject(const Handle& owner, const std::string& identifier)
 {
     Core::ParametersController* const parameters = parametersOf(owner);
-    if (parameters == nullptr || parameters->parameter(identifier) == nullptr)
-        throw py::key_error(identifier);
-    return {owner, identifier};
+    const std::size_t count = parameters == nullptr ? 0 : parameters->count();
+    for (std::size_t i = 0; i < count; ++i)
+        if (parameters->at(i).identifier() == identifier)
+            return {owner, identifier, i};
+    throw py::key_error(identifier);
 }
 
 void bindParameters(py::module_& module)
