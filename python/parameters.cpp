@@ -189,7 +189,8 @@ It has a value whether the document stores one or not.)")
         .def(
             "__eq__",
             [](const Parameter& a, const Parameter& b) {
-                return a.owner.isSame(b.owner) && a.identifier == b.identifier;
+                return a.owner.isSame(b.owner) && a.identifier == b.identifier &&
+                       a.place == b.place;
             },
             py::is_operator())
         .def("__hash__",

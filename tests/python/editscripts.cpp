@@ -124,8 +124,7 @@ public:
 
     void step(const std::string& word, unsigned a, unsigned b, unsigned c)
     {
-        const auto graphs = m_session.graphs(m_package);
-        m_graph = chosen(graphs, a);
+        m_graph = graphController(chosenGraph(a));
         if (m_graph != nullptr)
             (this->*words().at(word))(b, c);
     }
@@ -166,6 +165,11 @@ private:
         return steps;
     }
 
+    // Only graphs that are worked on get controllers, which make types follow.
+    DataPointerBox<Content::Graph> chosenGraph(unsigned number) const
+    {
+        return chosen(collectGraphs(*m_package), number);
+    }
     NodeController* node(unsigned number) const { return chosen(m_graph->nodes(), number); }
     InputController* input(unsigned number) const
     {
@@ -204,11 +208,7 @@ private:
         const auto& filters = Desc::DescriptionTables::instance().filters();
         m_graph->addAtomicFilter(filters.find(chosen(Filters, b))->kind);
     }
-    void addInstance(unsigned b, unsigned)
-    {
-        m_graph->addInstanceNode(
-            DataPointerBox<Content::Graph>(chosen(m_session.graphs(m_package), b)->graph()));
-    }
+    void addInstance(unsigned b, unsigned) { m_graph->addInstanceNode(chosenGraph(b)); }
     void addInputNode(unsigned b, unsigned c)
     {
         std::vector<InterfaceUsage> usages;
