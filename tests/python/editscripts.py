@@ -56,6 +56,7 @@ class Run:
         self.graph = chosen(self.package.graphs, numbers[0])
         if self.graph is None:
             return
+        len(self.graph.nodes)  # makes the controllers of the graph, which make types follow
         try:
             getattr(self, word)(*numbers[1:])
         except kestrix.EditError:
