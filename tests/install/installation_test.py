@@ -11,6 +11,16 @@ import unittest
 
 BUILD, SOURCES = map(pathlib.Path, sys.argv[1:3])
 CMAKE = sys.argv[3]
+PYTHON = sys.argv[4] if len(sys.argv) > 4 else None
+
+# Reads an archive, and runs the tool.
+PROGRAM = """
+import sys
+import kestrix
+with kestrix.Session() as session:
+    print(len(session.open(sys.argv[1]).graphs) > 0)
+print(kestrix.update(sys.argv[1], output_path=".").saved[0].name)
+"""
 
 
 def run(*command, **options):
@@ -97,6 +107,13 @@ class Installation(unittest.TestCase):
         missing = run(build / "doubled", "none.obl", self.work / "none_new.obl", cwd=self.work)
         self.assertEqual(missing.returncode, 1)
         self.assertEqual(missing.stderr, "none.obl: there is no such file\n")
+
+    @unittest.skipUnless(PYTHON, "the Python module is not built")
+    def test_the_python_module_runs_from_the_moved_tree(self):
+        module = next(self.tree.rglob("kestrix/__init__.py")).parent.parent
+        result = run_well(PYTHON, "-c", PROGRAM, self.work / "assemblies/metal_filters.oblar",
+                          cwd=self.work, env={"PYTHONPATH": str(module)})
+        self.assertEqual(result.stdout, "True\nmetal_filters_updated.obl\n")
 
     @unittest.skipUnless(shutil.which("pkg-config"), "pkg-config is not installed")
     def test_pkg_config_leads_to_the_moved_tree(self):
