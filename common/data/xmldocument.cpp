@@ -19,8 +19,12 @@ std::unique_ptr<BaseObject> readCanonical(QIODevice& device, const MakeRoot& mak
     std::unique_ptr<BaseObject> root = makeRoot();
     if (!tokens.isNamed(root->getMeta().name))
         return nullptr;
-    const int status = XmlTreeBuilder<CanonicalXmlTokens>(tokens).read(*root);
-    return status == 0 ? std::move(root) : nullptr;
+    if (XmlTreeBuilder<CanonicalXmlTokens>(tokens).read(*root) != 0)
+        return nullptr;
+    // A tree may end before its document. The general lane reads ahead, and refuses a fault there.
+    while (tokens.error() == 0 && !tokens.isAtEnd())
+        tokens.next();
+    return tokens.error() == 0 ? std::move(root) : nullptr;
 }
 
 } // namespace

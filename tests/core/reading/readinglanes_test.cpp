@@ -1,5 +1,7 @@
 // The fast lane of reading gives what the general one gives.
+#include "support/packagetext.h"
 #include "support/readinglanes.h"
+#include "support/shelfcases.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +40,38 @@ TEST(ReadingLanes, AgreeWhereverADocumentEnds)
 {
     EXPECT_EQ(differencesOf(beginsOf(documentsForLanes().back())), "");
 }
+
+struct TailCase
+{
+    const char* name;
+    const char* bytes;
+};
+
+std::ostream& operator<<(std::ostream& stream, const TailCase& c)
+{
+    return stream << c.name;
+}
+
+// An unknown item ends its list, and what follows is read one level too high: so the tree of the
+// package ends with its content. A general reader of XML has read ahead then.
+class BehindTheEndOfTheTree : public testing::TestWithParam<TailCase>
+{};
+
+TEST_P(BehindTheEndOfTheTree, LanesAgree)
+{
+    const std::string document = TestSupport::aPackage().containing("<unknown/>").text();
+
+    EXPECT_EQ(differencesOf({document + GetParam().bytes}), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Bytes, BehindTheEndOfTheTree,
+                         testing::Values(TailCase{"Nothing", ""}, TailCase{"Blanks", " \n "},
+                                         TailCase{"NoCharacter", "\xFF"},
+                                         TailCase{"PartOfACharacter", "\xC3"},
+                                         TailCase{"BeginOfATag", "<"},
+                                         TailCase{"Comment", "<!-- c -->"},
+                                         TailCase{"SecondRoot", "<x/>"}, TailCase{"Text", "text"}),
+                         TestSupport::caseName<TailCase>);
 
 class MutantsInLanes : public testing::TestWithParam<unsigned>
 {};
