@@ -607,6 +607,26 @@ TEST_F(UpdateCommand, TheWrittenFileLoadsAgainToTheSameBytes)
 
 // How deep groups may nest.
 
+// The first version in a file counts, wherever it is. So no step is taken here, though the package is
+// an old one.
+TEST_F(UpdateCommand, APackageWithANewVersionInsideIsUpdatedOnce)
+{
+    const std::string group =
+        replaced(TestSupport::aGroup("g"), "<uid", "<updaterVersion v=\"1.1.0.7049\"/><uid");
+    directory.write("a.obl", aPackage()
+                                 .with("formatVersion", "1.0.1.4510")
+                                 .without("updaterVersion")
+                                 .containing(group)
+                                 .text());
+    update({"a.obl"});
+    const std::string once = directory.read("a_updated.obl");
+
+    const ToolRun run = update({"a_updated.obl", "--output-name", "b"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_EQ(directory.read("b.obl"), once);
+}
+
 TEST_F(UpdateCommand, TwoThousandNestedGroupsAreReadAndWritten)
 {
     const std::string text = aPackage().containing(TestSupport::nestedGroups(2000)).text();

@@ -4,6 +4,7 @@
 #include "fuzztargets.h"
 #include "grammarmutator.h"
 #include "ksx/core/packagereader.h"
+#include "package/packagefile.h"
 #include "support/readinglanes.h"
 #include "support/temporarydirectory.h"
 
@@ -20,7 +21,8 @@ std::string differenceOfReading(const std::string& document)
     return difference.empty() ? differenceOfLightDocuments(document) : difference;
 }
 
-// The package of a file as it is written, after all updates that it needs. Empty if there is none.
+// Returns the package of a file as it is saved, after all updates that it needs. Returns an empty text
+// if there is none.
 std::string opened(const std::string& document)
 {
     static const TemporaryDirectory directory;
@@ -30,6 +32,7 @@ std::string opened(const std::string& document)
         Ksx::Core::PackageReader::open(url, nullptr, {}, {}, nullptr, nullptr, true);
     if (package == nullptr)
         return {};
+    Ksx::Core::stampPackage(*package, url.toLocalFile());
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     Orv::Data::XmlDataWriter(&buffer).write(*package);
