@@ -13,7 +13,7 @@ RUNS = 2500
 MOVING = ["open", "read", "write", "sync", "close", "rename", "link", "mode", "owner", "trunc",
           "remove"]
 # Words of calls that ask, or print; a share of them fails.
-ASKING = ["stat", "access", "place", "seek", "extra", "flush"]
+ASKING = ["stat", "access", "place", "seek", "extra", "flush", "control"]
 
 
 def stages_of(context, scene):

@@ -18,6 +18,7 @@
 //   stat    stat, lstat, fstat, fstatat, statx               access  access, faccessat
 //   place   getcwd, readlink, realpath                       seek    lseek
 //   extra   llistxattr, lgetxattr, fsetxattr, fremovexattr   flush   fflush
+//   control fcntl
 //
 // FAULT_COUNTS names a file to which the number of calls of each word is written at the end.
 // The calls that the C library makes inside of itself are its own: neither counted nor failed. So are
@@ -61,13 +62,14 @@ enum Call
     Seek,
     Extra,
     Flush,
+    Control,
     Any,
     CallCount,
 };
 
 constexpr std::array<std::string_view, CallCount> Words = {
-    "alloc", "open",   "read", "write",  "sync",  "close", "rename", "link",  "mode", "owner",
-    "trunc", "remove", "stat", "access", "place", "seek",  "extra",  "flush", "any"};
+    "alloc", "open",   "read", "write",  "sync",  "close", "rename", "link",  "mode",    "owner",
+    "trunc", "remove", "stat", "access", "place", "seek",  "extra",  "flush", "control", "any"};
 
 // Numbers that no error has.
 enum Deed
@@ -86,6 +88,7 @@ constexpr ErrorName Errors[] = {{"EIO", EIO},       {"ENOSPC", ENOSPC}, {"EDQUOT
                                 {"ENOMEM", ENOMEM}, {"EINTR", EINTR},   {"EACCES", EACCES},
                                 {"EPERM", EPERM},   {"EINVAL", EINVAL}, {"EROFS", EROFS},
                                 {"EMFILE", EMFILE}, {"EXDEV", EXDEV},   {"ENOENT", ENOENT},
+                                {"EEXIST", EEXIST}, {"ENOSYS", ENOSYS}, {"EOPNOTSUPP", EOPNOTSUPP},
                                 {"KILL", Kill},     {"SHORT", Shorten}, {"KILLED", KillAfterwards}};
 
 // Nothing here may allocate: the allocator calls it.
@@ -355,6 +358,23 @@ ORV_FAULT(Extra, int, fsetxattr,
           (file, name, value, size, flags))
 ORV_FAULT(Extra, int, fremovexattr, (int file, const char* name) noexcept, (file, name))
 ORV_FAULT(Flush, int, fflush, (FILE * file), (file))
+
+// The argument, a number or an address, is handed on as it comes.
+#define ORV_FAULT_CONTROL(name)                                                                    \
+    int name(int file, int command, ...)                                                           \
+    {                                                                                              \
+        va_list list;                                                                              \
+        va_start(list, command);                                                                   \
+        void* const argument = va_arg(list, void*);                                                \
+        va_end(list);                                                                              \
+        static int (*found)(int, int, ...) = nullptr;                                              \
+        const Attempt attempt(Control);                                                            \
+        return attempt.fails() ? -1 : attempt.ended(next(found, #name)(file, command, argument));  \
+    }
+
+ORV_FAULT_CONTROL(fcntl)
+ORV_FAULT_CONTROL(fcntl64)
+#undef ORV_FAULT_CONTROL
 
 #undef ORV_FAULT
 #undef ORV_FAULT_OF_SIZE
