@@ -21,7 +21,9 @@ bool FileSaver::open(OpenMode mode)
         return false;
     m_buffer.reserve(BufferSize);
     m_saving = FileSaving::at(toBytes(m_path));
-    return m_saving != nullptr && QIODevice::open(mode | Unbuffered);
+    if (m_saving == nullptr)
+        return false;
+    return QIODevice::open(mode | Unbuffered);
 }
 
 bool FileSaver::commit()
@@ -43,7 +45,7 @@ qint64 FileSaver::writeData(const char* data, qint64 size)
     if (m_buffer.size() + size > BufferSize && !flush())
         return -1;
     if (size > BufferSize)
-        m_hasFailed = m_hasFailed || !m_saving->write(data, size);
+        m_hasFailed = !m_saving->write(data, size);
     else
         m_buffer.append(data, static_cast<int>(size));
     return m_hasFailed ? -1 : size;

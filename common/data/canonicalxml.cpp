@@ -244,10 +244,7 @@ void CanonicalXmlTokens::next()
         m_token = Token::End;
         return;
     }
-    if (m_token == Token::Failure || m_token == Token::EndOfDocument) {
-        m_token = Token::Failure;
-        return;
-    }
+    Q_ASSERT(m_token != Token::Failure && m_token != Token::EndOfDocument);
     for (;;) {
         m_at = skip(m_at, m_end, Class::Blank);
         const Scan scan = m_at == m_end ? Scan::NeedsMore : scanTag();
@@ -308,9 +305,8 @@ CanonicalXmlTokens::Scan CanonicalXmlTokens::scanStartTag()
     if (size > LongestName)
         return Scan::Foreign;
     m_hasValue = false;
-    const char* const nameEnd = at;
     at = skip(at, m_end, Class::Blank);
-    if (at != m_end && *at == 'v' && at != nameEnd) {
+    if (at != m_end && *at == 'v') { // blanks were skipped, as the letter is one of names
         const Scan scan = scanValue(at);
         if (scan != Scan::Done)
             return scan;

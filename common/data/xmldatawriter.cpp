@@ -160,7 +160,8 @@ void XmlDataWriter::writeAttribute(const AttributeBase& attribute, const ObjectM
             if (applies(converter))
                 text = converter.function(text);
         // A name with a "?" in it would lead to another file, or to none.
-        m_failed = m_failed || (isFilePath && !canBeHeld(text));
+        if (isFilePath && !canBeHeld(text))
+            m_failed = true;
         appendEscaped(text);
     } else {
         appendEscapedLatin1(m_text);

@@ -28,7 +28,7 @@ bool isSharedPlace(const QString& place)
         return true;
     if (status.type() == fs::file_type::not_found)
         return false;
-    const bool isOnlyName = fs::hard_link_count(path, error) == 1 && !error;
+    const bool isOnlyName = fs::hard_link_count(path, error) == 1; // a large number for an error
     return status.type() != fs::file_type::regular || !isOnlyName;
 }
 

@@ -107,10 +107,9 @@ void stampPackage(const Package& package, const QString& path)
     Version format;
     Version updater;
     const ExtensionRegistry& registry = ExtensionRegistry::instance();
-    const auto* newest = registry.newestUpdater();
-    if (newest != nullptr && registry.importerFor(QUrl::fromLocalFile(path)) != nullptr) {
-        format = newest->formatVersion();
-        updater = newest->updaterVersion();
+    if (registry.importerFor(QUrl::fromLocalFile(path)) != nullptr) {
+        format = registry.newestUpdater().formatVersion();
+        updater = registry.newestUpdater().updaterVersion();
     }
     editPlainly([&](Orv::Core::ManipulatorContext& context) {
         const Orv::Core::ManipulatorStruct<Package> manipulator(package, context);

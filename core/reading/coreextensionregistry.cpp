@@ -124,13 +124,12 @@ const IDataImporter* ExtensionRegistry::importerFor(const QUrl& url) const
     return newest;
 }
 
-const IUpdater* ExtensionRegistry::newestUpdater() const
+const IUpdater& ExtensionRegistry::newestUpdater() const
 {
-    const auto newest = std::max_element(m_updaters.begin(), m_updaters.end(),
-                                         [](const IUpdater* a, const IUpdater* b) {
-                                             return a->updaterVersion() < b->updaterVersion();
-                                         });
-    return newest == m_updaters.end() ? nullptr : *newest;
+    return **std::max_element(m_updaters.begin(), m_updaters.end(),
+                              [](const IUpdater* a, const IUpdater* b) {
+                                  return a->updaterVersion() < b->updaterVersion();
+                              });
 }
 
 } // namespace Ksx::Core

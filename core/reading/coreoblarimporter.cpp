@@ -160,14 +160,16 @@ bool Listing::read(QIODevice& device, const QString& library)
     QString detail;
     const ArchiveVisitor visitor{[this](const QString& name) { return note(name); },
                                  [this](const QString& name, const QByteArray& bytes) {
-                                     m_hasFailed = m_hasFailed || !take(name, bytes);
+                                     m_hasFailed = !take(name, bytes); // the last to be wanted
                                  }};
     const ArchiveResult result = readArchive(device, visitor, detail, library);
     if (m_hasFailed)
         return false;
     switch (result) {
     case ArchiveResult::Success:
-        return m_badName.isNull() || m_report.fail("ERROR_INVALID_FILE_NAME_%1", {m_badName});
+        if (m_badName.isNull())
+            return true;
+        return m_report.fail("ERROR_INVALID_FILE_NAME_%1", {m_badName});
     case ArchiveResult::NoReader:
         return m_report.fail("ERROR_UNABLE_TO_LOAD_ARCHIVE_READER_%1", {detail});
     case ArchiveResult::NotOpened:

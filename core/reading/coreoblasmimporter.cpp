@@ -35,7 +35,9 @@ bool readAssembly(QFile& file, OBLASMAssembly& assembly, const ImporterReport& r
     Orv::Data::DocumentError error;
     if (!parseDom(text, assembly.description, error))
         return report.fail(error);
-    return assembly.isValid() || report.fail("ERROR_INVALID_OBLASM");
+    if (assembly.isValid())
+        return true;
+    return report.fail("ERROR_INVALID_OBLASM");
 }
 
 } // namespace

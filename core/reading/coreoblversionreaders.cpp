@@ -21,11 +21,11 @@ bool isOblImporter(const IDataImporter& importer)
     return typeid(importer) == typeid(OBLImporter);
 }
 
-// The text between the two quotes behind the tag; null if they are not all there.
+// Returns the text between the two quotes behind the tag, which the window has. Returns null if they
+// are not all there.
 QByteArray quotedBehind(const QByteArray& window, const QByteArray& tag)
 {
-    const auto tagPlace = window.indexOf(tag);
-    const auto open = tagPlace < 0 ? tagPlace : window.indexOf('"', tagPlace);
+    const auto open = window.indexOf('"', window.indexOf(tag));
     const auto close = open < 0 ? open : window.indexOf('"', open + 1);
     return close < 0 ? QByteArray() : window.mid(open + 1, close - open - 1);
 }

@@ -67,6 +67,14 @@ VersionResult readVersion(const std::vector<const Reader*>& allReaders,
     return VersionResult::NotFound;
 }
 
+template <class Updater>
+void sortByVersion(std::vector<const Updater*>& updaters)
+{
+    std::stable_sort(updaters.begin(), updaters.end(), [](const Updater* a, const Updater* b) {
+        return a->updaterVersion() < b->updaterVersion();
+    });
+}
+
 // Keeps those that a file of that version needs, in ascending order; none for a file without one.
 template <class Updater>
 std::vector<const Updater*> select(const std::vector<const Updater*>& updaters,
@@ -80,9 +88,7 @@ std::vector<const Updater*> select(const std::vector<const Updater*>& updaters,
                      return updater->updaterVersion() > fileVersion &&
                             updater->updaterVersion() <= applicationVersion();
                  });
-    std::stable_sort(selected.begin(), selected.end(), [](const Updater* a, const Updater* b) {
-        return a->updaterVersion() < b->updaterVersion();
-    });
+    sortByVersion(selected);
     return selected;
 }
 
@@ -175,8 +181,9 @@ bool Opening::openDevice()
 bool Opening::isDeviceGood() const
 {
     const auto* file = dynamic_cast<const Orv::Core::RegularFile*>(m_device.get());
-    return file == nullptr || !file->hasFailed() ||
-           fail(readerText("ERROR_FAIL_TO_READ_URL_%1").arg(m_url.toString()));
+    if (file == nullptr || !file->hasFailed())
+        return true;
+    return fail(readerText("ERROR_FAIL_TO_READ_URL_%1").arg(m_url.toString()));
 }
 
 bool Opening::readVersions()
@@ -207,20 +214,18 @@ void Opening::selectUpdaters()
     m_packageUpdaters = select(registry.packageUpdaters(), m_updaterVersion);
     m_updaters.assign(m_formatUpdaters.begin(), m_formatUpdaters.end());
     m_updaters.insert(m_updaters.end(), m_packageUpdaters.begin(), m_packageUpdaters.end());
-    m_updaters = select(m_updaters, m_updaterVersion);
+    sortByVersion(m_updaters);
 }
 
 // Only a file that needs no step is looked at: one with a low updater version is taken through the
 // updaters, whatever its format version says.
 bool Opening::isTooNew()
 {
-    const IUpdater* newest = ExtensionRegistry::instance().newestUpdater();
-    if (isUpdated() || m_formatVersion.isNone() || newest == nullptr ||
-        m_formatVersion <= newest->updaterVersion())
+    const Version newest = ExtensionRegistry::instance().newestUpdater().updaterVersion();
+    if (isUpdated() || m_formatVersion.isNone() || m_formatVersion <= newest)
         return false;
     fail(readerText("ERROR_APPLICATION_TOO_OLD_TO_OPEN_URL_%1_VERSION_%2_%3_NEEDED")
-             .arg(m_url.toString(), newest->updaterVersion().toString(),
-                  m_formatVersion.toString()));
+             .arg(m_url.toString(), newest.toString(), m_formatVersion.toString()));
     return true;
 }
 
@@ -239,8 +244,7 @@ bool Opening::updateFormat()
     if (!isDeviceGood())
         return false;
     m_device.reset();
-    if (!memory->open(QIODevice::ReadWrite))
-        return fail(readerText("ERROR_FAIL_TO_OPEN_URL_%1").arg(m_url.toString()));
+    memory->open(QIODevice::ReadWrite); // as memory always does
     for (const IDataFormatUpdater* updater : m_formatUpdaters) {
         addMessage(m_log, MessageLevel::Information, stepText(*updater));
         if (!updater->update(*memory, m_log, m_progress))

@@ -48,8 +48,9 @@ public:
     // The importer for a URL: of those that accept it and are not newer than the application, the
     // newest, the first registered among equals. Null if there is none.
     const Orv::Core::Extensions::IDataImporter* importerFor(const QUrl& url) const;
-    // The updater with the greatest version, which tells the newest format; null without updaters.
-    const Orv::Core::Extensions::IUpdater* newestUpdater() const;
+    // Returns the updater with the greatest version, which gives the newest format. The library has
+    // updaters of its own, so there is always one.
+    const Orv::Core::Extensions::IUpdater& newestUpdater() const;
 
 protected:
     // Holds the extensions of the library; a derived class adds its own behind them.
