@@ -1,4 +1,5 @@
 // What the tool does when calls of the system fail.
+#include "support/assemblytext.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
 #include "support/temporarydirectory.h"
@@ -243,6 +244,28 @@ INSTANTIATE_TEST_SUITE_P(Places, FaultyReading,
                                          FaultCase{"AfterTheVersions", "read:3+:EIO"},
                                          FaultCase{"InTheMiddle", "read:6+:EIO"},
                                          FaultCase{"Once", "read:5:EIO"}),
+                         caseName<FaultCase>);
+
+class FaultyDescription : public FaultyTool, public testing::WithParamInterface<FaultCase>
+{};
+
+// The description of an assembly is the second file that is read.
+TEST_P(FaultyDescription, EndsTheLoad)
+{
+    directory.write("in/a.oblasm", TestSupport::anAssemblyBody());
+    directory.write("in/a.xml", TestSupport::aDescription(TestSupport::aDescribedGraph("wood")));
+
+    const ToolRun run = tool(GetParam().plan).run({"update", "in/a.oblasm"});
+
+    EXPECT_EQ(run.exitCode, 1) << run;
+    EXPECT_EQ(run.err, "Cannot load: " + directory.path("in/a.oblasm") +
+                           "\nPackages cannot be correctly loaded\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Places, FaultyDescription,
+                         testing::Values(FaultCase{"FromTheBegin", "read:2+:EIO"},
+                                         FaultCase{"BehindAPart", "read:2:SHORT,read:3+:EIO"},
+                                         FaultCase{"Opening", "open:2:EIO"}),
                          caseName<FaultCase>);
 
 TEST_F(FaultyTool, AFileIsOpenedAgainWhereASignalBreaksThatOff)

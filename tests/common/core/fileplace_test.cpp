@@ -137,6 +137,33 @@ TEST_F(FilePlace, BeginsAtTheRootOrInTheCurrentFolder)
     EXPECT_EQ(absolutePath("/x/../a/"), "/a");
 }
 
+TEST_F(FilePlace, OfANameAloneIsInTheCurrentFolder)
+{
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(directory.path());
+
+    EXPECT_EQ(realPath("a"), at("a"));
+
+    std::filesystem::current_path(former);
+}
+
+TEST_F(FilePlace, IsNowhereForANameWithANulInIt)
+{
+    EXPECT_EQ(realPath(at("a") + QChar(u'\0') + 'b'), QString());
+}
+
+TEST_F(FilePlace, OfTheProcessIsUnknownWhereItsFolderWasDeleted)
+{
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(directory.makeDirectory("gone"));
+    std::filesystem::remove(directory.path("gone"));
+
+    EXPECT_THROW(currentFolder(), std::runtime_error);
+    EXPECT_FALSE(Orv::Core::hasCurrentFolder());
+
+    std::filesystem::current_path(former);
+}
+
 TEST_F(FilePlace, IsFoundByANameThatIsNoUtf8)
 {
     directory.write("Gr\xf6\xdf\xe9/a", "");

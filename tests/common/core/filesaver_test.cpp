@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -237,6 +238,73 @@ TEST_F(FileSaving, NeedsAFolderAndAName)
 {
     EXPECT_FALSE(save("missing/a"));
     EXPECT_FALSE(FileSaver(QString()).open(QIODevice::WriteOnly));
+}
+
+TEST_F(FileSaving, TakesNoNameWithANulInIt)
+{
+    EXPECT_FALSE(save(std::string("a\0b", 3)));
+
+    EXPECT_EQ(directory.files(), "");
+}
+
+TEST_F(FileSaving, TakesANameInTheCurrentFolder)
+{
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(directory.path());
+    FileSaver saver("a");
+
+    EXPECT_TRUE(saver.open(QIODevice::WriteOnly));
+    EXPECT_EQ(saver.write("new"), 3);
+    EXPECT_TRUE(saver.commit());
+
+    std::filesystem::current_path(former);
+    EXPECT_EQ(directory.read("a"), "new");
+}
+
+TEST_F(FileSaving, LeavesAFolderThatHasTakenTheName)
+{
+    FileSaver saver(QString::fromStdString(directory.path("a")));
+    ASSERT_TRUE(saver.open(QIODevice::WriteOnly));
+    saver.write("new");
+    directory.write("a/b", Former);
+
+    EXPECT_FALSE(saver.commit());
+
+    EXPECT_EQ(directory.read("a/b"), Former);
+}
+
+TEST_F(FileSaving, KeepsTheAccessListOfAFile)
+{
+    // As the list of a folder below.
+    constexpr unsigned char List[] = {2,   0,   0,   0,   1,   0,   6,  0,   255, 255, 255,
+                                      255, 2,   0,   6,   0,   1,   0,  0,   0,   4,   0,
+                                      4,   0,   255, 255, 255, 255, 16, 0,   6,   0,   255,
+                                      255, 255, 255, 32,  0,   4,   0,  255, 255, 255, 255};
+    directory.write("a", Former);
+    const std::string path = directory.path("a");
+    if (setxattr(path.c_str(), "system.posix_acl_access", List, sizeof(List), 0) != 0)
+        GTEST_SKIP() << "no access lists here: " << std::strerror(errno);
+
+    EXPECT_TRUE(save("a"));
+
+    unsigned char kept[sizeof(List)] = {};
+    EXPECT_EQ(getxattr(path.c_str(), "system.posix_acl_access", kept, sizeof(kept)),
+              static_cast<ssize_t>(sizeof(List)));
+    EXPECT_EQ(std::memcmp(kept, List, sizeof(List)), 0);
+}
+
+TEST_F(FileSaving, KeepsAGroupThatIsNotTheFirstOfTheProcess)
+{
+    if (!TestSupport::Tool::isRoot())
+        GTEST_SKIP() << "a plain user may have one group alone";
+    directory.write("a", Former);
+    ASSERT_EQ(chown(directory.path("a").c_str(), geteuid(), TestSupport::NobodyId), 0);
+
+    EXPECT_TRUE(save("a"));
+
+    struct stat status = {};
+    ASSERT_EQ(stat(directory.path("a").c_str(), &status), 0);
+    EXPECT_EQ(status.st_gid, TestSupport::NobodyId);
 }
 
 TEST_F(FileSaving, IsForWritingAlone)

@@ -99,6 +99,25 @@ TEST_F(RegularFileReading, RefusesAMissingFile)
     EXPECT_FALSE(opens(at("missing")));
 }
 
+TEST_F(RegularFileReading, RefusesANameWithANulInIt)
+{
+    directory.write("a", "x");
+
+    EXPECT_FALSE(opens(at("a") + QChar(u'\0') + 'b'));
+}
+
+TEST_F(RegularFileReading, IsAtItsEndWhenItIsClosed)
+{
+    directory.write("a", "x");
+    RegularFile file(at("a"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(file.atEnd());
+
+    file.close();
+
+    EXPECT_TRUE(file.atEnd());
+}
+
 TEST_F(RegularFileReading, IsNotForWriting)
 {
     directory.write("a", "x");

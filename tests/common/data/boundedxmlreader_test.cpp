@@ -253,6 +253,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "TOO_MANY_ATTRIBUTES"},
         BadCase{"InUtf16", [] { return inUtf16("<a" + attributes(80000, "''") + "/>", false); },
                 "TOO_MANY_ATTRIBUTES"},
+        BadCase{"ThatEndInsideOfABlock",
+                [] { return "<a><b" + attributes(1001, "''") + "/><c/></a>"; },
+                "TOO_MANY_ATTRIBUTES"},
         BadCase{"BehindALongText",
                 [] {
                     return "<a>" + std::string(5000, 'x') + "<b" + attributes(80000, "''") +
@@ -289,6 +292,15 @@ INSTANTIATE_TEST_SUITE_P(
                 [] {
                     return often("&e;",
                                  "<!ENTITY % p \"" + FourThousand.substr(0, 3900) + "'>\">%p;");
+                },
+                "ENTITIES_TOO_LARGE"},
+        BadCase{"NestedTooDeep",
+                [] {
+                    std::string entities = entity("e0", "x");
+                    for (int i = 1; i < 1500; ++i)
+                        entities +=
+                            entity("e" + std::to_string(i), "&e" + std::to_string(i - 1) + ';');
+                    return doctype(entities) + "<a>&e1499;</a>";
                 },
                 "ENTITIES_TOO_LARGE"},
         BadCase{"OfMarkup", [] { return often("&e;", entity("e", repeated("<b/>", 900))); },
@@ -356,6 +368,9 @@ INSTANTIATE_TEST_SUITE_P(
                             "BAD_ENCODING"},
                     BadCase{"InWhichTheDeclarationReadsOtherwise",
                             [] { return declared("UTF-16") + "<a/>"; }, "BAD_ENCODING"},
+                    BadCase{"ThatEndsInHalfACharacter",
+                            [] { return inUtf16("<a>", false) + std::string("\x34\xD8", 2); },
+                            "Premature end of document."},
                     BadCase{"Unknown", [] { return declared("folly") + "<a/>"; },
                             "Encoding folly is unsupported"}),
     caseName<BadCase>);

@@ -3,6 +3,7 @@
 #include "support/shelfbuilder.h"
 #include "support/shelfcases.h"
 #include "support/shelfchain.h"
+#include "support/temporarydirectory.h"
 #include <QBuffer>
 #include <QFile>
 #include <gtest/gtest.h>
@@ -395,6 +396,17 @@ TEST(XmlDataWriterFailure, OnAFullDiskAnswersFalseForALargeDocument)
     QFile file("/dev/full");
     file.open(QIODevice::WriteOnly);
     EXPECT_FALSE(XmlDataWriter(&file).write(*aShelf().withBooks(20000).build()));
+}
+
+TEST(XmlDataWriter, AnswersTrueWhenTheFileIsWritten)
+{
+    const TestSupport::TemporaryDirectory directory;
+    QFile file(QString::fromStdString(directory.path("a")));
+    file.open(QIODevice::WriteOnly);
+
+    EXPECT_TRUE(XmlDataWriter(&file).write(Shelf()));
+
+    EXPECT_EQ(directory.read("a"), written(Shelf()));
 }
 
 TEST(XmlDataWriter, AnswersTrueWhenTheDeviceTakesEverything)

@@ -247,6 +247,12 @@ TEST_F(SavedPackage, LeavesAReferenceWithoutAPath)
     EXPECT_EQ(written("some://host", "a.obl"), "some://host");
 }
 
+// It looks absolute to the library that paths are made with.
+TEST_F(SavedPackage, LeavesANameThatBeginsWithAColon)
+{
+    EXPECT_EQ(written(":/x.png", "a.obl"), ":/x.png");
+}
+
 TEST_F(SavedPackage, NamesAnOddFileSoThatItIsReadAsAPath)
 {
     EXPECT_EQ(written(directory.path("?x.png"), "a.obl"), "./?x.png");

@@ -677,6 +677,117 @@ TEST(ArchiveReader, RefusesADeviceThatIsClosed)
     EXPECT_EQ(limitedReader()(closed, visitor, 100, detail), ArchiveResult::NotOpened);
 }
 
+// A device of which so many seeks succeed, and which gives so many bytes.
+class WearyDevice final : public QBuffer
+{
+public:
+    WearyDevice(const std::string& bytes, int seeks, qint64 capacity)
+        : m_bytes(QByteArray::fromStdString(bytes)), m_seeks(seeks), m_capacity(capacity)
+    {
+        setBuffer(&m_bytes);
+        open(ReadOnly | Unbuffered);
+    }
+    bool seek(qint64 place) override { return --m_seeks >= 0 && QBuffer::seek(place); }
+
+protected:
+    qint64 readData(char* data, qint64 maximumSize) override
+    {
+        const qint64 count = QBuffer::readData(data, std::min(maximumSize, m_capacity));
+        m_capacity -= std::max<qint64>(count, 0);
+        return count;
+    }
+
+private:
+    QByteArray m_bytes;
+    int m_seeks;
+    qint64 m_capacity;
+};
+
+ArchiveResult resultOf(WearyDevice&& device)
+{
+    QString detail;
+    const ArchiveVisitor visitor{[](const QString&) { return ArchiveVisitor::All; },
+                                 [](const QString&, const QByteArray&) {}};
+    return limitedReader()(device, visitor, Ksx::Core::MaximumUnpackedSize, detail);
+}
+
+TEST(ArchiveReader, NeedsADeviceThatGoesToTheListAndBack)
+{
+    const std::string archive = storedArchive({{"a", std::string(200000, 'a')}});
+    constexpr qint64 Enough = 1000000;
+
+    EXPECT_EQ(resultOf(WearyDevice(archive, 0, Enough)), ArchiveResult::NotOpened);
+    EXPECT_NE(resultOf(WearyDevice(archive, 1, Enough)), ArchiveResult::Success);
+    EXPECT_EQ(resultOf(WearyDevice(archive, 10, Enough)), ArchiveResult::Success);
+}
+
+TEST(ArchiveReader, NeedsADeviceThatGivesTheWholeList)
+{
+    const std::string archive = storedArchive(TwoFiles);
+
+    EXPECT_EQ(resultOf(WearyDevice(archive, 10, ArchiveStartSize + 3)), ArchiveResult::NotOpened);
+}
+
+// The archive with its list of files cut after each of its bytes: those that are read.
+std::size_t readableCutsOfList(const std::string& archive)
+{
+    const std::string list = TestSupport::archiveHeader(archive);
+    std::size_t readable = 0;
+    for (std::size_t size = 1; size < list.size(); ++size)
+        if (visit(withArchiveHeader(archive, list.substr(0, size))).result ==
+            ArchiveResult::Success)
+            ++readable;
+    return readable;
+}
+
+TEST(ArchiveReader, RefusesAListThatIsCutOff)
+{
+    const ArchiveFiles files{{"a", "1"}, {"b", "22"}, {"c", "333"}};
+
+    EXPECT_EQ(readableCutsOfList(storedArchive(files)), 0u);
+    EXPECT_EQ(readableCutsOfList(storedArchive(files, Blocks::OneForAll)), 0u);
+    EXPECT_EQ(readableCutsOfList(withPackedList(storedArchive(files), Packing::Stored)), 0u);
+}
+
+TEST(ArchiveReader, RefusesAPackedListWithMoreBehindIt)
+{
+    const std::string archive = withPackedList(storedArchive(TwoFiles), Packing::Stored);
+    const std::string list = TestSupport::archiveHeader(archive);
+
+    EXPECT_EQ(visit(withArchiveHeader(archive, list + '\0')).result, ArchiveResult::NotOpened);
+}
+
+// Of a block of one file the checksum may be with the block.
+TEST(ArchiveReader, ReadsABlockWithAChecksumOfItsOwn)
+{
+    // One packed stream of a byte at 0; one block that is stored as it is, with its size and its
+    // checksum; no word of the files in it; one file, of which the name is known.
+    constexpr char List[] = "\1\4\6\0\1\x09\1\0"
+                            "\7\x0B\1\0\1\1\0\x0C\1\x0A\1\xB7\xEF\xDC\x83\0"
+                            "\x08\0\0"
+                            "\5\1\x11\5\0a\0\0\0\0\0";
+    const std::string archive =
+        withArchiveHeader(storedArchive({{"a", "1"}}), std::string(List, sizeof(List) - 1));
+
+    const Visit visited = visit(archive);
+
+    EXPECT_EQ(visited.result, ArchiveResult::Success) << visited.detail.toStdString();
+    EXPECT_TRUE(isSame(visited.files, {{"a", "1"}}));
+}
+
+TEST(ArchiveReader, RefusesAnArchiveThatIsDamagedBehindItsFirstFile)
+{
+    if (!hasArchiver())
+        GTEST_SKIP() << "no archiver";
+    std::string archive =
+        compressedArchive({{"a", lines(20000)}, {"b", lines(10)}}, {"-m0=LZMA", "-ms=on"});
+    archive[ArchiveStartSize + 50] = static_cast<char>(~archive[ArchiveStartSize + 50]);
+
+    const Visit visited = visit(archive, [](const std::string& name) { return name == "b"; });
+
+    EXPECT_EQ(visited.result, ArchiveResult::BadFile);
+}
+
 class NoArchive : public testing::TestWithParam<DamageCase>
 {};
 

@@ -5,6 +5,7 @@
 #include "data/content/package.h"
 #include "data/diagnosticlog.h"
 #include "reading/archivereader.h"
+#include "reading/oblasmgraphplaces.h"
 #include "support/assemblytext.h"
 #include "support/damage.h"
 #include "support/packagetext.h"
@@ -297,6 +298,13 @@ INSTANTIATE_TEST_SUITE_P(
                     "ERROR_NO_GRAPH_ARRAY_ELEMENT_FOUND"},
         FailureCase{"BadGraph", withDescription(aDescription(aDescribedGraph("a", "<input/>"))),
                     "ERROR_FAIL_TO_CREATE_GRAPH"},
+        FailureCase{
+            "GroupsNestTooDeep",
+            withDescription(aDescription(aDescribedGraph(
+                "pkg://" +
+                TestSupport::repeated("g/", Ksx::Core::OBLASMGraphPlaces::MaximumDepth + 1) +
+                "a"))),
+            "ERROR_FAIL_TO_CREATE_GRAPH"},
         FailureCase{"TwiceTheSameName", Wood + Wood, "ERROR_INVALID_FILE_NAME_" + BodyName},
         FailureCase{"TwiceTheSameNameOfOther", aFile("x") + aFile("y") + aFile("x"),
                     "ERROR_INVALID_FILE_NAME_x"},

@@ -7,6 +7,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 #include <algorithm>
+#include <new>
+#include <stdexcept>
 
 using Ksx::Core::OBLImporter;
 using Ksx::Data::Content::Package;
@@ -121,6 +123,27 @@ TEST_F(OblImport, NeedsNeitherLogNorProgress)
     ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
 
     EXPECT_EQ(OBLImporter().import(buffer, nullptr, {}), nullptr);
+}
+
+TEST_F(OblImport, LetsALackOfMemoryThrough)
+{
+    QByteArray bytes = QByteArray::fromStdString(aPackage().text());
+    QBuffer buffer(&bytes);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+
+    EXPECT_THROW(OBLImporter().import(buffer, &log, [](float) { throw std::bad_alloc(); }),
+                 std::bad_alloc);
+}
+
+TEST_F(OblImport, AnnouncesNoReasonThatHasNoWords)
+{
+    QByteArray bytes = QByteArray::fromStdString(aPackage().text());
+    QBuffer buffer(&bytes);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+
+    OBLImporter().import(buffer, &log, [](float) { throw std::runtime_error(""); });
+
+    EXPECT_EQ(log.toText(), "Error: ERROR_XML_READ_ERROR\n");
 }
 
 TEST_F(OblImport, TracesAFailure)

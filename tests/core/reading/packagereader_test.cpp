@@ -351,6 +351,32 @@ TEST_F(PackageReading, AFailedBackupDoesNotStopTheUpdate)
     EXPECT_TRUE(log.hasError());
 }
 
+TEST_F(PackageReading, ABackupThatCannotBeWrittenDoesNotStopTheUpdate)
+{
+    write("1.1.0.6141", "");
+    directory.makeDirectory(".autosave/a_1_1_0_6141.obl");
+    noBackup = false;
+
+    EXPECT_NE(open(), nullptr);
+
+    EXPECT_EQ(log.children().front()->text().toStdString(),
+              "ERROR_FILE_BACKUP_FAILED_" + directory.path(".autosave/a_1_1_0_6141.obl"));
+}
+
+TEST_F(PackageReading, AFileThatIsGoneMeanwhileIsNotBackedUp)
+{
+    write("1.1.0.6141", "");
+    const auto removeFile = [this](const auto&...) {
+        return std::filesystem::remove(directory.path("a.obl"));
+    };
+
+    EXPECT_NE(PackageReader::open(urlOf("a.obl"), &log, {}, removeFile, nullptr, nullptr, false),
+              nullptr);
+
+    EXPECT_EQ(log.children().front()->text(), "ERROR_FILE_BACKUP_FAILED_");
+    EXPECT_EQ(directory.files(), "");
+}
+
 TEST_F(PackageReading, ACurrentFileIsNotBackedUp)
 {
     write("1.1.0.7049", "");
@@ -451,8 +477,7 @@ TEST_F(PackageReading, ABadOldDocumentFailsInItsFirstStep)
 
 // Formats that no importer of the library reads.
 
-// Importer and version reader of files that end in ".own": a document that is no package, on a
-// device that may refuse to go back.
+// Importer and version reader of files that end in ".own", on a device that may refuse to go back.
 class OwnDevice final : public QBuffer
 {
 public:
@@ -463,25 +488,43 @@ private:
     bool m_goesBack;
 };
 
+using Document = std::unique_ptr<Orv::Data::BaseObject>;
+
+Document aDocumentThatIsNoPackage()
+{
+    return std::make_unique<Ksx::Data::Content::Group>();
+}
+
+Document aPackageWithAReference()
+{
+    return TestSupport::packageFrom(aPackage().dependingOn("b.obl", 1));
+}
+
+struct OwnFormat
+{
+    Document (*import)() = &aDocumentThatIsNoPackage;
+    bool goesBack = true;
+};
+
 class OwnImporter final : public Orv::Core::Extensions::IDataImporter
 {
 public:
-    explicit OwnImporter(bool goesBack) : m_goesBack(goesBack) {}
+    explicit OwnImporter(const OwnFormat& format) : m_format(format) {}
     bool isCompatible(const Version&) const override { return true; }
     bool accepts(const QUrl& url) const override { return url.toString().endsWith(".own"); }
     std::unique_ptr<QIODevice> createDevice(const QUrl&) const override
     {
-        return std::make_unique<OwnDevice>(m_goesBack);
+        return std::make_unique<OwnDevice>(m_format.goesBack);
     }
     Version version() const override { return {}; }
-    std::unique_ptr<Orv::Data::BaseObject>
-    import(QIODevice&, MessageNode*, const Orv::Core::Extensions::ProgressFunction&) const override
+    Document import(QIODevice&, MessageNode*,
+                    const Orv::Core::Extensions::ProgressFunction&) const override
     {
-        return std::make_unique<Ksx::Data::Content::Group>();
+        return m_format.import();
     }
 
 private:
-    bool m_goesBack;
+    OwnFormat m_format;
 };
 
 class OwnVersionReader final : public Orv::Core::Extensions::IDataFormatVersionReader
@@ -499,20 +542,59 @@ public:
     }
 };
 
-// A step that changes nothing.
+// Behind all steps of the library, and the last that this version of the application takes.
+constexpr Version LastStep{2, 0, 1, 9782};
+constexpr Version StepOfALaterApplication{2, 0, 1, 9783};
+
+// What a step does with the document.
+bool changeNothing(QIODevice& /*device*/)
+{
+    return true;
+}
+
+bool closeDocument(QIODevice& device)
+{
+    device.close();
+    return true;
+}
+
 class OwnUpdater final : public Orv::Core::Extensions::IDataFormatUpdater
 {
 public:
-    explicit OwnUpdater(const Version& version) : m_version(version) {}
-    Version formatVersion() const override { return m_version; }
-    Version updaterVersion() const override { return m_version; }
+    OwnUpdater(const Version& updaterVersion, const Version& formatVersion,
+               bool (*change)(QIODevice& device))
+        : m_updaterVersion(updaterVersion), m_formatVersion(formatVersion), m_change(change)
+    {}
+    Version formatVersion() const override { return m_formatVersion; }
+    Version updaterVersion() const override { return m_updaterVersion; }
     QString name() const override { return "OWN"; }
     QString description() const override { return {}; }
     bool accepts(const Orv::Core::Extensions::IDataImporter&) const override { return true; }
-    bool update(QIODevice&, MessageNode*,
+    bool update(QIODevice& device, MessageNode*,
                 const Orv::Core::Extensions::ProgressFunction&) const override
     {
-        return true;
+        return m_change(device);
+    }
+
+private:
+    Version m_updaterVersion;
+    Version m_formatVersion;
+    bool (*m_change)(QIODevice& device);
+};
+
+// A step of packages, which fails.
+class FailingUpdater final : public Ksx::Core::IPackageUpdater
+{
+public:
+    explicit FailingUpdater(const Version& version) : m_version(version) {}
+    Version formatVersion() const override { return m_version; }
+    Version updaterVersion() const override { return m_version; }
+    QString name() const override { return "FAILING"; }
+    QString description() const override { return {}; }
+    bool update(Package&, MessageNode*,
+                const Orv::Core::Extensions::ProgressFunction&) const override
+    {
+        return false;
     }
 
 private:
@@ -522,23 +604,96 @@ private:
 class OwnRegistry final : public Ksx::Core::ExtensionRegistry
 {
 public:
-    explicit OwnRegistry(bool goesBack = true)
+    explicit OwnRegistry(const OwnFormat& format = {})
     {
-        add(std::make_unique<OwnImporter>(goesBack));
+        add(std::make_unique<OwnImporter>(format));
         add(std::make_unique<OwnVersionReader>());
         setInstance(this);
     }
     ~OwnRegistry() { setInstance(nullptr); }
-    void addUpdater(const Version& version) { add(std::make_unique<OwnUpdater>(version)); }
+    void addUpdater(const Version& version) { addUpdater(version, version, &changeNothing); }
+    void addUpdater(const Version& updaterVersion, const Version& formatVersion,
+                    bool (*update)(QIODevice& device))
+    {
+        add(std::make_unique<OwnUpdater>(updaterVersion, formatVersion, update));
+    }
+    void addFailingUpdater(const Version& version)
+    {
+        add(std::make_unique<FailingUpdater>(version));
+    }
 };
 
 TEST_F(PackageReading, ADeviceHasToGoBackBehindAVersion)
 {
-    const OwnRegistry registry(false);
+    const OwnRegistry registry({&aDocumentThatIsNoPackage, false});
 
     EXPECT_EQ(open("a.own"), nullptr);
 
     EXPECT_EQ(logText(), "Error: ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION\n");
+}
+
+TEST_F(PackageReading, AStepHasToLeaveItsDocumentOpen)
+{
+    OwnRegistry registry;
+    registry.addUpdater(LastStep, LastStep, &closeDocument);
+    write("1.1.0.7049", "");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "2.0.1.9782 : OWN\nError: ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION\n");
+}
+
+TEST_F(PackageReading, AStepOfThePackageThatFailsEndsTheOpening)
+{
+    OwnRegistry registry;
+    registry.addFailingUpdater(LastStep);
+    write("1.1.0.7049", "");
+
+    EXPECT_EQ(open(), nullptr);
+
+    EXPECT_EQ(logText(), "2.0.1.9782 : FAILING\nError: ERROR_FAIL_TO_UPDATE_PACKAGE\n");
+    EXPECT_FALSE(wasUpdated);
+}
+
+TEST_F(PackageReading, AnExceptionOfAnImporterIsAFailedLoad)
+{
+    const OwnRegistry registry({[]() -> Document { throw std::runtime_error("folly"); }});
+
+    EXPECT_EQ(open("a.own"), nullptr);
+
+    EXPECT_EQ(logText(), "Error: folly\nError: ERROR_FAIL_TO_CREATE_PACKAGE\n");
+}
+
+TEST_F(PackageReading, ALackOfMemoryIsNoFaultOfTheFile)
+{
+    const OwnRegistry registry({[]() -> Document { throw std::bad_alloc(); }});
+
+    EXPECT_THROW(open("a.own"), std::bad_alloc);
+
+    EXPECT_EQ(logText(), "");
+}
+
+TEST_F(PackageReading, ReferencesBesideWhatIsNoFileStayAsTheyAre)
+{
+    const OwnRegistry registry({&aPackageWithAReference});
+
+    const auto package = open(QUrl("own://place/a.own"));
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->dependencies().at(0).filename().get(), "b.obl");
+}
+
+TEST_F(PackageReading, AStepWithoutAFormatVersionLeavesThatOfTheFile)
+{
+    OwnRegistry registry;
+    registry.addUpdater(LastStep, {}, &changeNothing);
+    write("1.1.0.7049", "");
+
+    const auto package = open();
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(package->formatVersion().get(), "1.1.0.7049");
+    EXPECT_EQ(package->updaterVersion().get(), "2.0.1.9782");
 }
 
 TEST_F(PackageReading, ADocumentHasToBeAPackage)
@@ -564,8 +719,9 @@ TEST_F(PackageReading, WhatIsNoFileIsNotBackedUp)
 TEST_F(PackageReading, StepsGoUpToTheVersionOfTheApplication)
 {
     OwnRegistry registry;
-    registry.addUpdater({2, 0, 1, 9782});
-    registry.addUpdater({2, 0, 1, 9783});
+    registry.addUpdater(LastStep);
+    registry.addUpdater(StepOfALaterApplication);
+    registry.addFailingUpdater(StepOfALaterApplication);
     write("1.1.0.7049", "");
 
     EXPECT_NE(open(), nullptr) << logText();
@@ -616,7 +772,8 @@ protected:
 
 TEST_P(TranslatedMessage, HasTheContextOfTheReader)
 {
-    const OwnRegistry registry(GetParam().file != std::string("stuck.own"));
+    const OwnRegistry registry(
+        {&aDocumentThatIsNoPackage, GetParam().file != std::string("stuck.own")});
     isConfirmed = GetParam().file != std::string("old.obl");
 
     EXPECT_EQ(open(GetParam().file), nullptr);
@@ -690,6 +847,21 @@ TEST_F(PackageReading, AFileThatBecomesShorterMeanwhileCannotBeRead)
 
     EXPECT_EQ(logText(),
               "Error: Ksx::Core::PackageReader|ERROR_FAIL_TO_READ_URL_" + urlText("a.obl") + "\n");
+}
+
+TEST_F(PackageReading, AFileThatBecomesShorterWhileItIsImportedCannotBeRead)
+{
+    const std::string group = aGroup(std::string(1000000, 'x'));
+    directory.write("a.obl", aPackage().containing(group).text());
+    const auto shorten = [this](float /*fraction*/) {
+        std::filesystem::resize_file(directory.path("a.obl"), 50000);
+    };
+
+    EXPECT_EQ(PackageReader::open(urlOf("a.obl"), &log, shorten, {}, nullptr, nullptr, true),
+              nullptr);
+
+    EXPECT_EQ(log.children().back()->text().toStdString(),
+              "ERROR_FAIL_TO_READ_URL_" + urlText("a.obl"));
 }
 
 TEST_F(PackageReading, ABackupIsToldInTheContextOfTheReader)
