@@ -41,7 +41,7 @@ public:
     {
         m_text = m_text.right(BlockSize);
         m_begin = static_cast<int>(m_text.size());
-        m_text.append(m_device.read(BlockSize * BlocksAtATime));
+        m_text.append(m_device.read(qint64{BlockSize} * BlocksAtATime));
         return m_text.size() > m_begin;
     }
     const QByteArray& text() const { return m_text; }

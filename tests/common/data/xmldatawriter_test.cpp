@@ -16,7 +16,6 @@ using namespace TestDocument;
 using Orv::Data::ValueFlag;
 using Orv::Data::XmlDataWriter;
 using TestSupport::caseName;
-using TestSupport::pick;
 using TestSupport::seededRandom;
 
 const std::string Declaration = R"(<?xml version="1.0" encoding="UTF-8"?>)";
