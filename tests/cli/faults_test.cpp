@@ -410,6 +410,11 @@ TEST_P(FaultyPlace, MakesNoOtherResult)
     EXPECT_EQ(firstBadRun("place", 1, ":EIO", &failsWithALine), "");
 }
 
+TEST_P(FaultyPlace, IsNoMissingOneWhereMemoryIsMissing)
+{
+    EXPECT_EQ(firstBadRun("place", 1, ":ENOMEM", &failsWithALine), "");
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Commands, FaultyPlace,
     testing::Values(

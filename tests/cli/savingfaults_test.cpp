@@ -283,6 +283,28 @@ INSTANTIATE_TEST_SUITE_P(
                     FaultCase{"AttributesAreNotSupported", "extra:1+:EOPNOTSUPP"}),
     caseName<FaultCase>);
 
+TEST_F(SaveWithFaults, NeedsNoNameOfATemporaryFolder)
+{
+    makeFormerInAFolderThatTakesNoOther(place);
+
+    const ToolRun run = Tool(place.directory.path())
+                            .withEnvironment("TMPDIR", "")
+                            .withoutRootRights()
+                            .run({"update", "in/a.obl", "--output-path", "out"});
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+    EXPECT_TRUE(place.isSaved());
+}
+
+TEST_F(SaveWithFaults, NeedsNoDeviceThatCanBeSynced)
+{
+    place.directory.makeLink(Target, "/dev/null");
+
+    const ToolRun run = place.update("sync:1:EOPNOTSUPP");
+
+    EXPECT_EQ(run.exitCode, 0) << run;
+}
+
 // The group of the process is not to get the permissions of the former one.
 TEST_F(SaveWithFaults, GivesAnotherGroupThePermissionsOfOthers)
 {

@@ -120,6 +120,16 @@ TEST_F(FileSaving, KeepsOwnerAndPermissions)
     EXPECT_EQ(directory.mode("a"), 0640u);
 }
 
+TEST_F(FileSaving, KeepsAFilePrivate)
+{
+    directory.write("a", Former);
+    directory.setMode("a", 0600);
+
+    EXPECT_TRUE(save("a"));
+
+    EXPECT_EQ(directory.mode("a"), 0600u);
+}
+
 TEST_F(FileSaving, KeepsExtendedAttributes)
 {
     directory.write("a", Former);

@@ -99,6 +99,15 @@ TEST_F(RegularFileReading, RefusesAMissingFile)
     EXPECT_FALSE(opens(at("missing")));
 }
 
+TEST_F(RegularFileReading, IsOpenedOnce)
+{
+    directory.write("a", "x");
+    RegularFile file(at("a"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+
+    EXPECT_FALSE(file.open(QIODevice::ReadOnly));
+}
+
 TEST_F(RegularFileReading, RefusesANameWithANulInIt)
 {
     directory.write("a", "x");
