@@ -22,7 +22,8 @@
 //
 // FAULT_COUNTS names a file to which the number of calls of each word is written at the end.
 // The calls that the C library makes inside of itself are its own: neither counted nor failed. So are
-// the calls of libraries that set themselves up, before anything of the program runs.
+// the calls of libraries that set themselves up, before anything of the program runs, and those that
+// are made when main() has returned, such as for the counters of tests.
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -108,7 +109,7 @@ struct Plan
 constexpr std::size_t MostPlans = 2;
 std::array<std::array<Plan, MostPlans>, CallCount> plans;
 std::array<std::atomic<unsigned long>, CallCount> counts;
-bool hasStarted = false; // libraries are set up, and the program's own objects are next
+bool isRunning = false; // libraries are set up, and main() has not returned
 
 std::string_view takeUntil(std::string_view& text, char end)
 {
@@ -139,7 +140,7 @@ void planOne(std::string_view text)
 
 void readPlans()
 {
-    hasStarted = true;
+    isRunning = true;
     const char* const text = std::getenv("FAULTS");
     std::string_view rest = text == nullptr ? "" : text;
     while (!rest.empty())
@@ -157,7 +158,7 @@ int plannedFor(Call call, unsigned long number)
 // Counts the call. Returns the error or the deed that is planned for it, or 0.
 int countCall(Call call)
 {
-    if (!hasStarted)
+    if (!isRunning)
         return 0;
     const unsigned long number = ++counts[call];
     const unsigned long numberOfAny = call == Alloc ? 0 : ++counts[Any];
@@ -383,9 +384,15 @@ int __libc_start_main(int (*main)(int, char**, char**), int argc, char** argv, v
                       void (*fini)(), void (*end)(), void* stack)
 {
     readPlans();
+    static int (*program)(int, char**, char**) = main;
+    const auto run = [](int count, char** words, char** environment) {
+        const int code = program(count, words, environment);
+        isRunning = false;
+        return code;
+    };
     static int (*found)(int (*)(int, char**, char**), int, char**, void (*)(), void (*)(),
                         void (*)(), void*) = nullptr;
-    return next(found, "__libc_start_main")(main, argc, argv, init, fini, end, stack);
+    return next(found, "__libc_start_main")(run, argc, argv, init, fini, end, stack);
 }
 
 // The descriptor is closed whatever the answer is, as the system does it.
