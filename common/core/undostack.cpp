@@ -3,6 +3,7 @@
 #include "core/commandhistory.h"
 #include "core/commandsignals.h"
 #include "core/icommandmanager.h"
+#include <iterator>
 #include <utility>
 
 namespace Orv::Core {
@@ -90,6 +91,19 @@ bool UndoStack::redo()
         return false;
     m_done.push_back(std::move(m_undone.back()));
     m_undone.pop_back();
+    return true;
+}
+
+bool UndoStack::takeBack(std::size_t count)
+{
+    Commands& commands = m_open.commands;
+    if (count >= commands.size())
+        return true;
+    const auto first = commands.begin() + static_cast<std::ptrdiff_t>(count);
+    if (!runAll(commands.rbegin(), std::make_reverse_iterator(first), &IUndoableCommand::undo,
+                &IUndoableCommand::redo))
+        return false;
+    commands.erase(first, commands.end());
     return true;
 }
 

@@ -187,17 +187,57 @@ TEST_F(UndoStackTest, RecordsNothingWhileItIsTold)
     EXPECT_EQ(steps.undoText(), "a");
 }
 
-TEST_F(UndoStackTest, ForgetsWhatWasUndoneAndKeepsTheRest)
+TEST_F(UndoStackTest, TakesBackTheLastCommandsOfAnOpenTransaction)
 {
+    begin("outer");
     write('a');
+    const std::size_t count = steps.openCount();
+    begin("inner");
     write('b');
-    steps.undo();
+    write('c');
 
-    steps.clearUndone();
+    EXPECT_TRUE(steps.takeBack(count));
+    end();
+    end();
 
-    EXPECT_FALSE(steps.redo());
+    EXPECT_EQ(text, "a");
     EXPECT_TRUE(steps.undo());
     EXPECT_EQ(text, "");
+}
+
+TEST_F(UndoStackTest, KeepsTheStepsToRedoBehindATransactionThatWasTakenBack)
+{
+    write('a');
+    steps.undo();
+    begin("outer");
+    write('b');
+    steps.takeBack(0);
+    end();
+
+    EXPECT_EQ(steps.undoCount(), 0u);
+    EXPECT_TRUE(steps.redo());
+    EXPECT_EQ(text, "a");
+}
+
+TEST_F(UndoStackTest, TakesNothingBackIfACommandCannotBeReversed)
+{
+    begin("outer");
+    write('a');
+    write('b');
+    text += 'x';
+
+    EXPECT_FALSE(steps.takeBack(0));
+    EXPECT_EQ(text, "abx");
+    EXPECT_EQ(steps.openCount(), 2u);
+}
+
+TEST_F(UndoStackTest, TakesNothingBackOutsideOfATransaction)
+{
+    write('a');
+
+    EXPECT_EQ(steps.openCount(), 0u);
+    EXPECT_TRUE(steps.takeBack(0));
+    EXPECT_EQ(text, "a");
 }
 
 TEST_F(UndoStackTest, ForgetsAllSteps)

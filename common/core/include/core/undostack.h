@@ -55,8 +55,12 @@ public:
     std::size_t redoCount() const { return m_undone.size(); }
     // Forgets all steps.
     void clear();
-    // Forgets the steps that were undone. Use it behind the undo() of an edit that failed half way.
-    void clearUndone() { m_undone.clear(); }
+    // Returns the number of commands of the transaction that is open. Returns 0 outside of one.
+    std::size_t openCount() const { return m_open.commands.size(); }
+    // Reverses the commands of the open transaction except the first `count`, and forgets them. Use
+    // it for an edit that failed half way. Returns false and changes nothing if one of them cannot
+    // be reversed.
+    bool takeBack(std::size_t count);
     // Chooses whether commands become steps. They do at first. Nobody can undo a command that ran
     // meanwhile, and a step before it only if it has left alone what the step changed.
     void setRecording(bool isRecording) { m_isRecording = isRecording; }
