@@ -41,7 +41,7 @@ py::object nodeOf(const WorldPointer& world, const Core::GraphController& graph,
 {
     const Core::NodeController* const node = graph.nodeByUid(uid);
     if (node == nullptr)
-        throw py::key_error(std::to_string(uid));
+        raiseMissing(py::int_(uid));
     return nodeObject(world, *node);
 }
 
@@ -99,7 +99,12 @@ py::list inputsOf(const Function& self)
 
 void bindFunctionGraph(py::module_& module)
 {
-    py::class_<FunctionGraph, Handle>(module, "FunctionGraph", "A graph that computes a value.")
+    auto graph = declared<FunctionGraph, Handle>(module, "FunctionGraph");
+    bindRepr(
+        graph, +[](const FunctionGraph& self) {
+            return py::str("of {} nodes").format(controllerOf(self).nodes().size());
+        });
+    graph
         .def_property_readonly(
             "nodes",
             [](const FunctionGraph& self) { return nodeObjects(self.world(), controllerOf(self)); },
@@ -138,14 +143,8 @@ void bindFunctionGraph(py::module_& module)
                const InputConnector& input) { disconnect(controllerOf(self), output, input); },
             py::arg("output"), py::arg("input"), "Removes the connection of two nodes.")
         .def("replace_source", &replaceSource, py::arg("replaced"), py::arg("replacement"),
-             "Lets a node feed all that another one feeds, by one step.")
-        .def("__repr__", [](const FunctionGraph& self) {
-            return self.isValid()
-                       ? "<kestrix.FunctionGraph of " +
-                             std::to_string(controllerOf(self).nodes().size()) + " nodes>"
-                       : std::string("<kestrix.FunctionGraph, gone>");
-        });
-    py::class_<FunctionNode, Node>(module, "FunctionNode", "A node that computes a function.")
+             "Lets a node feed all that another one feeds, by one step.");
+    declared<FunctionNode, Node>(module, "FunctionNode")
         .def_property_readonly(
             "function",
             [](const FunctionNode& self) {
@@ -174,7 +173,12 @@ void bindFunctionGraph(py::module_& module)
 
 void bindParameterGraph(py::module_& module)
 {
-    py::class_<ParameterGraph, Handle>(module, "ParameterGraph", "The graph of an FX-map.")
+    auto graph = declared<ParameterGraph, Handle>(module, "ParameterGraph");
+    bindRepr(
+        graph, +[](const ParameterGraph& self) {
+            return py::str("of {} nodes").format(controllerOf(self).nodes().size());
+        });
+    graph
         .def_property_readonly(
             "nodes",
             [](const ParameterGraph& self) {
@@ -193,7 +197,7 @@ void bindParameterGraph(py::module_& module)
                 return nodeOf(self.world(), controllerOf(self), uid);
             },
             py::arg("uid"), "Returns the node of a uid. Raises KeyError if there is none.");
-    py::class_<ParameterNode, Node>(module, "ParameterNode", "A node of the graph of an FX-map.")
+    declared<ParameterNode, Node>(module, "ParameterNode")
         .def_property_readonly(
             "kind",
             [](const ParameterNode& self) {
@@ -205,7 +209,7 @@ void bindParameterGraph(py::module_& module)
             "All parameters, stored or not.")
         .def(
             "parameter",
-            [](const ParameterNode& self, const std::string& identifier) {
+            [](const ParameterNode& self, const py::str& identifier) {
                 return parameterObject(self, identifier);
             },
             py::arg("identifier"),
@@ -222,7 +226,7 @@ Core::FuncGraphController& controllerOf(const FunctionGraph& graph)
 
 void bindFunctions(py::module_& module)
 {
-    py::class_<Function, Content>(module, "Function", "A function that packages define.")
+    declared<Function, Content>(module, "Function")
         .def_property_readonly("body", &bodyOf,
                                "The graph that computes the value. None for a "
                                "constant.")

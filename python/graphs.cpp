@@ -81,7 +81,7 @@ py::object nodeOf(const Graph& self, Core::Uid uid)
 {
     const Core::NodeController* const node = controllerOf(self).nodeByUid(uid);
     if (node == nullptr)
-        throw py::key_error(std::to_string(uid));
+        raiseMissing(py::int_(uid));
     return nodeObject(self.world(), *node);
 }
 
@@ -101,7 +101,7 @@ Class itemOf(const Graph& self, const List& list, const py::str& identifier)
     for (const auto& item : list)
         if (item.identifier().get() == wanted)
             return {self.world(), item};
-    throw py::key_error(wanted);
+    raiseMissing(identifier);
 }
 
 py::list optionsOf(const Graph& self)
@@ -155,7 +155,7 @@ void bindLists(py::class_<Graph, Content>& graph)
             "Returns the first output of an identifier. Raises KeyError if there is none.")
         .def(
             "parameter",
-            [](const Graph& self, const std::string& identifier) {
+            [](const Graph& self, const py::str& identifier) {
                 return parameterObject(self, identifier);
             },
             py::arg("identifier"),
@@ -254,8 +254,8 @@ void bindConnector(py::class_<Class>& bound)
 
 void bindConnectors(py::module_& module)
 {
-    py::class_<InputConnector> input(module, "InputConnector", "An input of a node.");
-    py::class_<OutputConnector> output(module, "OutputConnector", "An output of a node.");
+    auto input = declared<InputConnector>(module, "InputConnector");
+    auto output = declared<OutputConnector>(module, "OutputConnector");
     bindConnector(input);
     bindConnector(output);
     input
@@ -349,7 +349,7 @@ py::list connectionsOf(const WorldPointer& world, const Core::GraphController& g
 
 void bindGraphs(py::module_& module)
 {
-    py::class_<Graph, Content> graph(module, "Graph", "A graph of nodes that make images.");
+    auto graph = declared<Graph, Content>(module, "Graph");
     bindLists(graph);
     bindEdits(graph);
     bindConnectors(module);

@@ -152,7 +152,7 @@ py::object limitOf(const Input& self, const char* name)
 
 void bindInput(py::module_& module)
 {
-    py::class_<Input, Handle> input(module, "Input", "An input of a graph: a value or an image.");
+    auto input = declared<Input, Handle>(module, "Input");
     using Type = Document::ParamInput;
     input.def_property_readonly("graph", &graphOf<Input>, "The graph of the input.")
         .def_property_readonly(
@@ -187,13 +187,12 @@ void bindInput(py::module_& module)
             "look_like", &lookLikeParameter, py::arg("other"),
             "Takes over the texts, type, default and widget of a parameter that it is going to drive.")
         .def("remove", &remove,
-             "Removes the input. Functions and nodes that read it are left as they are.")
-        .def("__repr__", [](const Input& self) {
-            return self.isValid() ? "<kestrix.Input " +
-                                        py::repr(textOf(document(self).identifier().get()))
-                                            .cast<std::string>() +
-                                        ": " + typeName(document(self).type().value().get()) + '>'
-                                  : std::string("<kestrix.Input, gone>");
+             "Removes the input. Functions and nodes that read it are left as they are.");
+    bindRepr(
+        input, +[](const Input& self) {
+            const Type& shown = document(self);
+            return py::str("{!r}: {}")
+                .format(textOf(shown.identifier().get()), typeName(shown.type().value().get()));
         });
     bindText(
         input, "label", [](const Type& of) -> auto& { return of.attributes().label(); },
@@ -228,7 +227,7 @@ py::object nodeOf(const Output& self)
 
 void bindOutput(py::module_& module)
 {
-    py::class_<Output, Handle> output(module, "Output", "An output of a graph.");
+    auto output = declared<Output, Handle>(module, "Output");
     using Type = Document::GraphOutput;
     output.def_property_readonly("graph", &graphOf<Output>, "The graph of the output.")
         .def_property_readonly(
@@ -262,13 +261,10 @@ void bindOutput(py::module_& module)
             [](const Output& self, unsigned mipmaps) {
                 require(rootOutputOf(self).setMipmaps(mipmaps), "the output has no root output");
             },
-            "The number of mipmap levels.")
-        .def("__repr__", [](const Output& self) {
-            return self.isValid() ? "<kestrix.Output " +
-                                        py::repr(textOf(document(self).identifier().get()))
-                                            .cast<std::string>() +
-                                        '>'
-                                  : std::string("<kestrix.Output, gone>");
+            "The number of mipmap levels.");
+    bindRepr(
+        output, +[](const Output& self) {
+            return py::str("{!r}").format(textOf(document(self).identifier().get()));
         });
     bindText(
         output, "label", [](const Type& of) -> auto& { return of.attributes().label(); },

@@ -15,6 +15,7 @@ PYBIND11_MODULE(_kestrix, module)
         },
         pybind11::arg("seconds"), pybind11::arg("count"),
         "For tests: lets uids begin at that time and number.");
+    declareClasses(module);
     bindSessions(module);
     bindPackages(module);
     bindGraphs(module);

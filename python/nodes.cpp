@@ -165,7 +165,7 @@ InputConnector findInput(const Node& self, const py::str& identifier)
 {
     const auto* const found = controllerOf(self).inputConnectorByName(textFrom(identifier));
     if (found == nullptr)
-        throw py::key_error(textFrom(identifier));
+        raiseMissing(identifier);
     return inputOf(self, *found);
 }
 
@@ -173,7 +173,7 @@ OutputConnector findOutput(const Node& self, const py::str& identifier)
 {
     const auto* const found = controllerOf(self).outputConnectorByName(textFrom(identifier));
     if (found == nullptr)
-        throw py::key_error(textFrom(identifier));
+        raiseMissing(identifier);
     return outputOf(self, *found);
 }
 
@@ -186,6 +186,8 @@ void remove(const Node& self, bool disconnect)
 
 void setPosition(const Node& self, std::pair<double, double> position)
 {
+    requireFinite(position.first);
+    requireFinite(position.second);
     controllerOf(self).setPosition({position.first, position.second});
 }
 
@@ -202,7 +204,10 @@ py::object graphObjectOf(const Node& self)
 
 void bindNode(py::module_& module)
 {
-    py::class_<Node, Handle>(module, "Node", "A node of a graph.")
+    auto bound = declared<Node, Handle>(module, "Node");
+    bindRepr(
+        bound, +[](const Node& self) { return py::str(py::int_(uidOf(self.object()))); });
+    bound
         .def_property_readonly(
             "uid", [](const Node& self) { return uidOf(self.object()); }, "The uid of the node.")
         .def_property_readonly("graph", &graphObjectOf, "The graph of the node.")
@@ -215,7 +220,10 @@ void bindNode(py::module_& module)
             &setPosition, "The place on the canvas: x and y.")
         .def_property(
             "depth", [](const Node& self) { return controllerOf(self).depth(); },
-            [](const Node& self, float depth) { controllerOf(self).setDepth(depth); },
+            [](const Node& self, float depth) {
+                requireFinite(depth);
+                controllerOf(self).setDepth(depth);
+            },
             "The depth on the canvas, where nodes overlap.")
         .def_property_readonly("inputs", &inputsOf, "All inputs.")
         .def_property_readonly("outputs", &outputsOf, "All outputs.")
@@ -226,14 +234,7 @@ void bindNode(py::module_& module)
         .def(
             "remove", &remove, py::kw_only(), py::arg("disconnect") = true,
             "Removes the node, with its connections unless told otherwise. An input or output that "
-            "the node shows goes with it.")
-        .def("__repr__", [](const py::object& self) {
-            const std::string name =
-                "kestrix." + py::type::of(self).attr("__name__").cast<std::string>();
-            return self.attr("is_valid").cast<bool>()
-                       ? '<' + name + ' ' + py::str(self.attr("uid")).cast<std::string>() + '>'
-                       : '<' + name + ", gone>";
-        });
+            "the node shows goes with it.");
 }
 
 py::object resourceOf(const FilterNode& self)
@@ -264,18 +265,18 @@ py::object outputShownBy(const OutputNode& self)
 
 void bindImageNodes(py::module_& module)
 {
-    py::class_<ImageNode, Node>(module, "ImageNode", "A node of a graph of images.")
+    declared<ImageNode, Node>(module, "ImageNode")
         .def_property_readonly(
             "parameters", [](const ImageNode& self) { return parameterObjects(self); },
             "All parameters, stored or not, in the order of their descriptions.")
         .def(
             "parameter",
-            [](const ImageNode& self, const std::string& identifier) {
+            [](const ImageNode& self, const py::str& identifier) {
                 return parameterObject(self, identifier);
             },
             py::arg("identifier"),
             "Returns the parameter of an identifier. Raises KeyError if there is none.");
-    py::class_<FilterNode, ImageNode>(module, "FilterNode", "A node that runs an atomic filter.")
+    declared<FilterNode, ImageNode>(module, "FilterNode")
         .def_property_readonly(
             "filter",
             [](const FilterNode& self) {
@@ -287,7 +288,7 @@ void bindImageNodes(py::module_& module)
                                "The resource that the filter reads. None for most filters.")
         .def_property_readonly("parameter_graph", &parameterGraphOf,
                                "The graph of an FX-map. None for other filters.");
-    py::class_<InstanceNode, ImageNode>(module, "InstanceNode", "A node that shows another graph.")
+    declared<InstanceNode, ImageNode>(module, "InstanceNode")
         .def_property_readonly(
             "path",
             [](const InstanceNode& self) {
@@ -302,11 +303,9 @@ void bindImageNodes(py::module_& module)
                 return contentObject(self.world(), node.referencedGraph().get());
             },
             "The graph. None while it cannot be found.");
-    py::class_<InputNode, ImageNode>(module, "InputNode",
-                                     "A node that gives the image of an input of its graph.")
+    declared<InputNode, ImageNode>(module, "InputNode")
         .def_property_readonly("entry", &inputShownBy, "The input. None if it is missing.");
-    py::class_<OutputNode, ImageNode>(module, "OutputNode",
-                                      "A node that takes the image of an output of its graph.")
+    declared<OutputNode, ImageNode>(module, "OutputNode")
         .def_property_readonly("entry", &outputShownBy, "The output. None if it is missing.");
 }
 

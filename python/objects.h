@@ -141,7 +141,7 @@ pybind11::list nodeObjects(const WorldPointer& world, const Core::GraphControlle
 pybind11::object connectorObject(const WorldPointer& world,
                                  const Core::ConnectorController& connector);
 pybind11::list parameterObjects(const Handle& owner);
-Parameter parameterObject(const Handle& owner, const std::string& identifier);
+Parameter parameterObject(const Handle& owner, const pybind11::str& identifier);
 const Data::Desc::Parameter& descriptionOf(const Parameter& parameter);
 // None for null.
 pybind11::object contentObject(const WorldPointer& world, const Orv::Data::BaseObject* object);
@@ -156,7 +156,42 @@ pybind11::list connectionsOf(const WorldPointer& world, const Core::GraphControl
 // A block for `with`, whose edits are one step of that name.
 pybind11::object editBlock(const WorldPointer& world, const pybind11::str& name);
 
-// Each adds the classes of one source to the module. The order is that of the base classes.
+// Makes a class of the module. Users cannot make objects of it.
+template <class Class, class... Bases>
+pybind11::class_<Class, Bases...> makeClass(pybind11::module_& module, const char* name,
+                                            const char* doc)
+{
+    pybind11::class_<Class, Bases...> made(module, name, doc);
+    made.attr("__module__") = "kestrix";
+    // Nor by __new__(), whose object would be nothing of a document.
+    reinterpret_cast<PyTypeObject*>(made.ptr())->tp_new = nullptr;
+    return made;
+}
+
+// Returns a class that declareClasses() has made.
+template <class Class, class... Bases>
+pybind11::class_<Class, Bases...> declared(const pybind11::module_& module, const char* name)
+{
+    return pybind11::reinterpret_borrow<pybind11::class_<Class, Bases...>>(module.attr(name));
+}
+
+// Binds __repr__(): the name of the class and a text, which is asked for a valid object alone.
+template <class Bound>
+void bindRepr(Bound& bound, pybind11::str (*text)(const typename Bound::type&))
+{
+    using Class = typename Bound::type;
+    bound.def("__repr__", [text](const pybind11::object& self) {
+        const auto& object = self.cast<const Class&>();
+        const char* const fault = object.fault();
+        return pybind11::str("<kestrix.{}{}{}>")
+            .format(pybind11::type::of(self).attr("__name__"), fault == nullptr ? " " : ", ",
+                    fault == nullptr ? text(object) : pybind11::str(fault));
+    });
+}
+
+// Makes all classes of objects of packages. The texts of functions can name each of them then.
+void declareClasses(pybind11::module_& module);
+// Each binds the classes of one source.
 void bindPackages(pybind11::module_& module);
 void bindGraphs(pybind11::module_& module);
 void bindNodes(pybind11::module_& module);

@@ -86,7 +86,7 @@ Class findContent(const Package& self, const py::str& identifier)
             found = candidate;
     });
     if (found == nullptr)
-        throw py::key_error(wanted);
+        raiseMissing(identifier);
     return Class(self.world(), *found);
 }
 
@@ -135,7 +135,7 @@ void save(const Package& self, const py::object& path)
         saving = session.save(package, target);
     }
     if (!saving.isSaved)
-        raise("SaveError", pathOf(target), textOf(saving.reason), pathOrNone(saving.keptCopy));
+        raise("SaveError", pathOf(target), messageOf(saving.reason), pathOrNone(saving.keptCopy));
 }
 
 // Packages that are closed cannot be brought back: the steps that need them go too.
@@ -266,10 +266,30 @@ void bindPackageTexts(py::class_<Package, Handle>& package)
             "The uid of the file.");
 }
 
+py::str shownText(const Package& self)
+{
+    const py::str identifier = textOf(self.as<Document::Package>().identifier().get());
+    const QString path = self.session().path(boxOf(self));
+    return path.isEmpty() ? py::str("{!r}").format(identifier)
+                          : py::str("{!r} of {!r}").format(identifier, py::str(pathOf(path)));
+}
+
+py::str shownText(const Dependency& self)
+{
+    const auto& dependency = self.as<Document::Dependency>();
+    return isOwn(dependency) ? py::str("on itself")
+                             : py::str("on {!r}").format(
+                                   py::str(pathOf(Orv::fromBytes(dependency.filename().get()))));
+}
+
+py::str shownText(const Content& self)
+{
+    return py::str("{!r}").format(textOf(namesOf(self).identifierAttribute().get()));
+}
+
 void bindPackage(py::module_& module)
 {
-    py::class_<Package, Handle> package(module, "Package",
-                                        "An open package: its graphs, functions and resources.");
+    auto package = declared<Package, Handle>(module, "Package");
     bindPackageTexts(package);
     package
         .def_property_readonly(
@@ -315,22 +335,15 @@ void bindPackage(py::module_& module)
         .def(
             "edit",
             [](const Package& self, const py::str& name) { return editBlock(self.world(), name); },
-            py::arg("name"), "Returns a block for `with`. See Session.edit().")
-        .def("__repr__", [](const Package& self) {
-            if (!self.isValid())
-                return std::string("<kestrix.Package, gone>");
-            const py::object path = pathOrNone(self.session().path(boxOf(self)));
-            return "<kestrix.Package " +
-                   py::repr(textOf(self.as<Document::Package>().identifier().get()))
-                       .cast<std::string>() +
-                   (path.is_none() ? std::string() : " of " + py::str(path).cast<std::string>()) +
-                   '>';
-        });
+            py::arg("name"), "Returns a block for `with`. See Session.edit().");
+    bindRepr(package, &shownText);
 }
 
 void bindDependency(py::module_& module)
 {
-    py::class_<Dependency, Handle>(module, "Dependency", "A package that another one refers to.")
+    auto bound = declared<Dependency, Handle>(module, "Dependency");
+    bindRepr(bound, &shownText);
+    bound
         .def_property_readonly(
             "path",
             [](const Dependency& self) {
@@ -348,19 +361,14 @@ void bindDependency(py::module_& module)
             "Whether the package names itself.")
         .def_property_readonly("package", &openPackageOf, "The package. None while it is not open.")
         .def("remove", &removeDependency,
-             "Removes the dependency. Data paths are left as they are.")
-        .def("__repr__", [](const py::object& self) {
-            return self.attr("is_valid").cast<bool>()
-                       ? "<kestrix.Dependency on " +
-                             py::str(self.attr("path")).cast<std::string>() + '>'
-                       : std::string("<kestrix.Dependency, gone>");
-        });
+             "Removes the dependency. Data paths are left as they are.");
 }
 
 void bindContent(py::module_& module)
 {
-    py::class_<Content, Handle>(module, "Content",
-                                "What a graph, a function and a resource have in common.")
+    auto bound = declared<Content, Handle>(module, "Content");
+    bindRepr(bound, &shownText);
+    bound
         .def_property(
             "identifier",
             [](const Content& self) { return textOf(namesOf(self).identifierAttribute().get()); },
@@ -375,14 +383,7 @@ void bindContent(py::module_& module)
             "The data path of the object, as other packages name it.")
         .def_property_readonly(
             "package", [](const Content& self) { return Package(self.world(), packageOf(self)); },
-            "The package of the object.")
-        .def("__repr__", [](const py::object& self) {
-            const std::string name =
-                "kestrix." + py::type::of(self).attr("__name__").cast<std::string>();
-            if (!self.attr("is_valid").cast<bool>())
-                return '<' + name + ", gone>";
-            return '<' + name + ' ' + py::repr(self.attr("identifier")).cast<std::string>() + '>';
-        });
+            "The package of the object.");
 }
 
 } // namespace
@@ -402,10 +403,7 @@ py::object contentObject(const WorldPointer& world, const BaseObject* object)
 
 void bindPackages(py::module_& module)
 {
-    py::class_<Handle> handle(module, "Object", R"(Anything that is in an open package.
-
-Two objects are equal if they mean the same thing of the document. An object raises GoneError once it
-has left the document, and is valid again if an undo brings it back.)");
+    auto handle = declared<Handle>(module, "Object");
     handle
         .def(
             "__eq__", [](const Handle& a, const Handle& b) { return a.isSame(b); },

@@ -138,21 +138,20 @@ const Data::Desc::Parameter& descriptionOf(const Parameter& parameter)
     return controllerOf(parameter).description();
 }
 
-Parameter parameterObject(const Handle& owner, const std::string& identifier)
+Parameter parameterObject(const Handle& owner, const py::str& identifier)
 {
+    const std::string wanted = textFrom(identifier);
     Core::ParametersController* const parameters = parametersOf(owner);
     const std::size_t count = parameters == nullptr ? 0 : parameters->count();
     for (std::size_t i = 0; i < count; ++i)
-        if (parameters->at(i).identifier() == identifier)
-            return {owner, identifier, i};
-    throw py::key_error(identifier);
+        if (parameters->at(i).identifier() == wanted)
+            return {owner, wanted, i};
+    raiseMissing(identifier);
 }
 
 void bindParameters(py::module_& module)
 {
-    py::class_<Parameter>(module, "Parameter", R"(A parameter of a graph or node.
-
-It has a value whether the document stores one or not.)")
+    declared<Parameter>(module, "Parameter")
         .def_property_readonly(
             "identifier", [](const Parameter& self) { return textOf(self.identifier); },
             "The name of the parameter, such as \"outputsize\".")

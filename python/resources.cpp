@@ -6,7 +6,6 @@
 #include "objects.h"
 #include "values.h"
 #include <QFileInfo>
-#include <cmath>
 
 namespace Ksx::Python {
 
@@ -27,11 +26,22 @@ void linkTo(const Resource& self, const py::object& path)
             "the resource is kept inside the package");
 }
 
+[[noreturn]] void raiseUnreadable(const Resource& self)
+{
+    const bool isInside = !self.as<Document::Resource>().source().isEmpty();
+    const py::object failure =
+        py::module_::import("kestrix.errors")
+            .attr("Failure")(pathOf(listenerOf(self).filePath()),
+                             isInside ? "it is kept inside the package" : "the file cannot be read",
+                             true);
+    raise("OpenError", py::make_tuple(failure));
+}
+
 py::bytes read(const Resource& self)
 {
     const auto data = listenerOf(self).data();
     if (!data)
-        raise("OpenError", py::list(), "the file of the resource cannot be read");
+        raiseUnreadable(self);
     return {data->constData(), static_cast<std::size_t>(data->size())};
 }
 
@@ -49,7 +59,7 @@ py::list usersIn(const Resource& self, const Graph& graph)
 void bindResources(py::module_& module)
 {
     using Type = Document::Resource;
-    py::class_<Resource, Content>(module, "Resource", "A file that a package uses.")
+    declared<Resource, Content>(module, "Resource")
         .def_property_readonly(
             "path", [](const Resource& self) { return pathOf(listenerOf(self).filePath()); },
             "The file. Absolute in a package that was opened.")
@@ -79,7 +89,7 @@ void bindResources(py::module_& module)
             "cooked_quality",
             [](const Resource& self) { return self.as<Type>().cookedQuality().get()[0]; },
             [](const Resource& self, float quality) {
-                require(std::isfinite(quality), "a finite number is wanted");
+                requireFinite(quality);
                 listenerOf(self).setCookedQuality(quality);
             },
             "The quality in which a compiled package stores the image.")

@@ -16,12 +16,41 @@ using Orv::Core::UndoStack;
 
 namespace {
 
-// A session as Python has it.
+// A session as Python has it. It is closed, and has no world, until Python has initialised it.
 struct Session
 {
     WorldPointer world;
 
-    Core::Session& get() const { return world->session(); }
+    // For an object that Session.__new__() made alone: makes it at its first use.
+    static void* operator new(std::size_t size) { return ::new (::operator new(size)) Session(); }
+    static void operator delete(void* session) { ::operator delete(session); }
+
+    bool isClosed() const { return world == nullptr || world->isClosed(); }
+    Core::Session& get() const
+    {
+        check();
+        return world->session();
+    }
+    // Raises SessionError if the session is closed, and in any other thread.
+    void check() const
+    {
+        if (world == nullptr)
+            raise("SessionError", "the session is closed");
+        world->check();
+    }
+    void close() const
+    {
+        if (isClosed())
+            return;
+        world->check();
+        world->close();
+    }
+    const char* fault() const
+    {
+        if (isClosed())
+            return "closed";
+        return world->isUsable() ? nullptr : "of another thread";
+    }
 };
 
 // The edits between entering and leaving are one step.
@@ -35,29 +64,27 @@ public:
         UndoStack& steps = m_world->session().steps();
         if (m_isOpen)
             raise("EditError", "the block is open already");
-        m_count = steps.undoCount();
+        m_count = steps.openCount();
         Orv::Core::beginUndoableTransaction(m_name);
         m_isOpen = true;
     }
 
-    // Takes the edits back if the block ended by an exception.
+    // Takes the edits back if the block ended by an exception, also inside another block.
     void leave(bool hasFailed)
     {
         if (!m_isOpen || m_world->isClosed())
             return;
         UndoStack& steps = m_world->session().steps();
+        const bool isDone = !hasFailed || steps.takeBack(m_count);
         Orv::Core::commitTransaction();
         m_isOpen = false;
-        if (!hasFailed || steps.undoCount() == m_count)
-            return;
-        steps.undo();
-        steps.clearUndone();
+        require(isDone, "the edits of the block cannot be taken back");
     }
 
 private:
     WorldPointer m_world;
     QString m_name;
-    std::size_t m_count = 0; // of the steps before it
+    std::size_t m_count = 0; // of the commands of the outer blocks before it
     bool m_isOpen = false;
 };
 
@@ -67,7 +94,7 @@ py::list failuresOf(const Core::Session& session)
     py::list failures;
     for (const Core::Session::Failure& failure : session.failures())
         failures.append(
-            type(pathOf(failure.filename), textOf(failure.reason), failure.isDependency));
+            type(pathOf(failure.filename), messageOf(failure.reason), failure.isDependency));
     return failures;
 }
 
@@ -106,7 +133,7 @@ Package findPackage(const Session& self, const py::object& path)
 {
     const auto package = self.get().package(pathFrom(path));
     if (!package)
-        throw py::key_error("no package of that file is open");
+        raiseMissing(path);
     return {self.world, *package};
 }
 
@@ -119,16 +146,20 @@ Package addPackage(const Session& self, const py::str& identifier)
 
 void bindEditBlock(py::module_& module)
 {
-    py::class_<EditBlock>(module, "EditBlock", "Edits that are one step. Made by edit().")
+    makeClass<EditBlock>(module, "EditBlock", "Edits that are one step. Made by edit().")
         .def(
             "__enter__",
             [](EditBlock& self) -> EditBlock& {
                 self.enter();
                 return self;
             },
-            py::return_value_policy::reference)
-        .def("__exit__", [](EditBlock& self, const py::object& type, const py::object&,
-                            const py::object&) { self.leave(!type.is_none()); });
+            py::return_value_policy::reference, "Begins the step.")
+        .def(
+            "__exit__",
+            [](EditBlock& self, const py::object& type, const py::object&, const py::object&) {
+                self.leave(!type.is_none());
+            },
+            "Ends the step. Takes its edits back if there was an exception.");
 }
 
 void bindUndo(py::class_<Session>& session)
@@ -157,7 +188,10 @@ void bindUndo(py::class_<Session>& session)
             "Forgets all steps, and with them the objects that edits have removed.")
         .def(
             "edit",
-            [](const Session& self, const py::str& name) { return editBlock(self.world, name); },
+            [](const Session& self, const py::str& name) {
+                self.check();
+                return editBlock(self.world, name);
+            },
             py::arg("name"),
             "Returns a block for `with`, whose edits are one step of that name. An exception that "
             "leaves the block takes its edits back. Of blocks in blocks the outermost is the step.");
@@ -184,6 +218,7 @@ meanwhile: reading and writing release the interpreter's lock.
 
 The paths are where "obl://" references lead: the first of them, or the current folder without any.
 Objects of a session cannot be used after close().)");
+    session.attr("__module__") = "kestrix";
     session
         .def(py::init([](const py::iterable& presets) {
                  return Session{std::make_shared<World>(pathsFrom(presets))};
@@ -219,29 +254,24 @@ Objects of a session cannot be used after close().)");
         .def_property_readonly(
             "failures", [](const Session& self) { return failuresOf(self.get()); },
             "The files that failed in the last call of open() or open_all().")
+        .def("close", &Session::close, "Closes all packages. Closing twice does nothing.")
+        .def_property_readonly("is_closed", &Session::isClosed, "Whether the session is closed.")
         .def(
-            "close",
-            [](const Session& self) {
-                if (!self.world->isClosed())
-                    self.world->check();
-                self.world->close();
+            "__enter__",
+            [](const py::object& self) {
+                self.cast<const Session&>().check();
+                return self;
             },
-            "Closes all packages. Closing twice does nothing.")
-        .def_property_readonly(
-            "is_closed", [](const Session& self) { return self.world->isClosed(); },
-            "Whether the session is closed.")
-        .def("__enter__", [](const py::object& self) { return self; })
-        .def("__exit__",
-             [](const Session& self, const py::object&, const py::object&, const py::object&) {
-                 if (!self.world->isClosed())
-                     self.world->check();
-                 self.world->close();
-             })
-        .def("__repr__", [](const Session& self) {
-            return self.world->isClosed()
-                       ? std::string("<kestrix.Session, closed>")
-                       : "<kestrix.Session of " + std::to_string(self.get().packages().size()) +
-                             " packages>";
+            "Returns the session.")
+        .def(
+            "__exit__",
+            [](const Session& self, const py::object&, const py::object&, const py::object&) {
+                self.close();
+            },
+            "Closes the session.");
+    bindRepr(
+        session, +[](const Session& self) {
+            return py::str("of {} packages").format(self.get().packages().size());
         });
     bindUndo(session);
 }

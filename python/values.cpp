@@ -49,12 +49,15 @@ Number numberFrom(const py::handle& value)
     // A truth value is no number here, and a number no truth value.
     if (py::isinstance<py::bool_>(value))
         throw py::type_error("a number is wanted, and not a truth value");
+    // A whole number never comes from a fraction, whose rest would be lost.
+    const bool canFit = !std::is_integral_v<Number> || PyIndex_Check(value.ptr()) != 0;
     try {
-        return value.cast<Number>();
-    } catch (const py::cast_error&) {
-        throw py::type_error("a number that fits is wanted, and not " +
-                             py::repr(value).cast<std::string>());
+        if (canFit)
+            return value.cast<Number>();
+    } catch (const py::cast_error&) { // raised below
     }
+    throw py::type_error("a number that fits is wanted, and not " +
+                         py::repr(value).cast<std::string>());
 }
 
 // The readers of values. A vector of one is a number.
@@ -81,7 +84,7 @@ boost::any writeVector(const py::handle& value)
         return vector;
     }
     if (!py::isinstance<py::sequence>(value) || py::isinstance<py::str>(value) ||
-        py::len(value) != vector.elements.size())
+        py::isinstance<py::bytes>(value) || py::len(value) != vector.elements.size())
         throw py::type_error(std::to_string(vector.elements.size()) +
                              " numbers are wanted, and not " + py::repr(value).cast<std::string>());
     const auto sequence = py::reinterpret_borrow<py::sequence>(value);
@@ -98,11 +101,16 @@ boost::any writeBool(const py::handle& value)
     return value.cast<bool>();
 }
 
-boost::any writeText(const py::handle& value)
+std::string textIn(const py::handle& value)
 {
     if (!py::isinstance<py::str>(value))
         throw py::type_error("a text is wanted, and not " + py::repr(value).cast<std::string>());
     return textFrom(py::reinterpret_borrow<py::str>(value));
+}
+
+boost::any writeText(const py::handle& value)
+{
+    return textIn(value);
 }
 
 struct ShapeRow
@@ -163,6 +171,12 @@ py::str textOf(const QString& text)
 std::string textFrom(const py::str& text)
 {
     return checked(PyUnicode_AsLatin1String(text.ptr())).cast<py::bytes>();
+}
+
+py::str messageOf(const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    return checked(PyUnicode_DecodeUTF8(bytes.constData(), bytes.size(), "replace"));
 }
 
 py::object pathOf(const QString& path)
@@ -227,7 +241,7 @@ boost::any parameterValueFrom(const py::handle& value, const Data::Desc::Paramet
 {
     if (py::isinstance<py::str>(value))
         for (const Data::Desc::ValueEntry& entry : parameter.entries)
-            if (entry.identifier == value.cast<std::string>())
+            if (entry.identifier == textFrom(py::reinterpret_borrow<py::str>(value)))
                 return entry.value;
     // The single integer of a parameter is the index of an item.
     if (ValueType::plain(parameter.type) == ValueType::Int1)
@@ -247,8 +261,11 @@ std::vector<Core::InterfaceUsage> usagesFrom(const py::iterable& usages)
 {
     std::vector<Core::InterfaceUsage> list;
     for (const py::handle usage : usages) {
-        const auto pair = usage.cast<std::pair<py::str, py::str>>();
-        list.push_back({textFrom(pair.first), textFrom(pair.second)});
+        if (!py::isinstance<py::tuple>(usage) || py::len(usage) != 2)
+            throw py::type_error("a pair of a name and of components is wanted, and not " +
+                                 py::repr(usage).cast<std::string>());
+        const auto pair = py::reinterpret_borrow<py::tuple>(usage);
+        list.push_back({textIn(pair[0]), textIn(pair[1])});
     }
     return list;
 }

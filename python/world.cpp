@@ -106,8 +106,17 @@ const Orv::Data::BaseObject& Handle::object() const
 
 bool Handle::isValid() const
 {
-    const ObjectBox& box = *m_anchor->box;
-    return !m_anchor->world->isClosed() && box && isAttached(*box);
+    if (world()->isClosed())
+        return false;
+    world()->check();
+    return *m_anchor->box && isAttached(**m_anchor->box);
+}
+
+const char* Handle::fault() const
+{
+    if (!world()->isClosed() && !world()->isUsable())
+        return "of another thread";
+    return isValid() ? nullptr : "gone";
 }
 
 bool Handle::isSame(const Handle& other) const

@@ -33,6 +33,8 @@ public:
     // Closes the session. Objects of its packages are gone then.
     void close();
     bool isClosed() const { return m_session == nullptr; }
+    // Returns whether the session is open in this thread.
+    bool isUsable() const { return m_session != nullptr && m_thread == std::this_thread::get_id(); }
 
     // Takes a box that its object of Python does not need any more.
     void giveBack(std::unique_ptr<ObjectBox> box) noexcept;
@@ -64,8 +66,11 @@ public:
     {
         return static_cast<const T&>(object());
     }
-    // Returns whether object() raises nothing.
+    // Returns whether the object is part of an open package. Raises SessionError in another thread
+    // than that of an open session.
     bool isValid() const;
+    // Returns the reason for which the object cannot be used. Returns null for a valid object.
+    const char* fault() const;
 
     const WorldPointer& world() const { return m_anchor->world; }
     Core::Session& session() const { return world()->session(); }

@@ -35,9 +35,3 @@ __all__ = [
     "ParameterGraph", "ParameterNode", "Report", "Resource", "SaveError", "Session",
     "SessionError", "__version__", "edit_inputs", "specialize", "update",
 ]
-
-# The classes are compiled elsewhere, and belong here for users.
-for _name in __all__:
-    if getattr(globals()[_name], "__module__", None) == f"{__name__}._kestrix":
-        globals()[_name].__module__ = __name__
-del _name
