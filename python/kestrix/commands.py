@@ -19,21 +19,23 @@ Value = Union[bool, int, float, str, Iterable[float]]
 
 
 class Report(NamedTuple):
-    """What a command did."""
+    """What a command did.
+
+    `exit_code` is 0, and 1 in a CommandError. `loaded` has the packages that update() opened, with
+    those that others depend on; the other commands name none. `saved` has the files that were
+    written, and `errors` the lines of the standard error stream."""
 
     exit_code: int
-    #: The packages that were opened, with those that others depend on.
     loaded: tuple[pathlib.Path, ...]
-    #: The files that were written.
     saved: tuple[pathlib.Path, ...]
-    #: The lines of the standard error stream: errors and warnings.
     errors: tuple[str, ...]
 
 
 class Image(NamedTuple):
     """A picture for an input of a filter.
 
-    `format` is "RAW" or "JPEG", and `level` the quality of the latter, from 0 to 1."""
+    `path` is its file. `format` is "RAW" or "JPEG", and `level` the quality of the latter, from 0
+    to 1. `tiling` says that the picture repeats."""
 
     path: Path
     format: str = "RAW"

@@ -11,7 +11,10 @@ if TYPE_CHECKING:
 
 
 class Failure(NamedTuple):
-    """A file that could not be opened."""
+    """A file that could not be opened.
+
+    `path` is the file, and `reason` the cause in a sentence. `is_dependency` is true for a
+    file that another package needs."""
 
     path: pathlib.Path
     reason: str

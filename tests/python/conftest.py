@@ -1,4 +1,4 @@
-"""What the tests share: an open session, packages in it, and copies of the examples."""
+"""The fixtures of the tests: an open session, packages in it, and copies of the examples."""
 
 from __future__ import annotations
 

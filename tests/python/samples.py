@@ -1,4 +1,4 @@
-"""Packages for the tests: those of `examples/`, and tiny ones as text."""
+"""Packages for the tests: the packages of `examples/`, and tiny ones as text."""
 
 from __future__ import annotations
 

@@ -82,8 +82,8 @@ def test_edit_inputs_freezes_and_sets_defaults(session: kestrix.Session,
 
 def test_edit_inputs_freezes_to_a_value(session: kestrix.Session,
                                         tmp_path: pathlib.Path) -> None:
-    kestrix.edit_inputs(BRICKS, freeze={"mortar_width": 0.75, "light_angle": None}, output_path=tmp_path,
-                        presets_path=PRESETS)
+    kestrix.edit_inputs(BRICKS, freeze={"mortar_width": 0.75, "light_angle": None},
+                        output_path=tmp_path, presets_path=PRESETS)
     graph = session.open(tmp_path / "brick_wall_edited.obl").graphs[0]
     constants = [parameter.function.nodes[0].value for node in graph.nodes
                  for parameter in node.parameters if parameter.function

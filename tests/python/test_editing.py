@@ -673,7 +673,7 @@ def test_a_function_node_without_value_refuses_one(body: kestrix.FunctionGraph) 
         body.add("mul").value = 1.0
 
 
-# What cannot be written.
+# Values that cannot be written.
 
 @pytest.mark.parametrize("write", [
     lambda graph: setattr(graph.package, "author", "Ω"),

@@ -40,7 +40,7 @@ def properties_of(item: object) -> list[str]:
 
 
 def fates(item: object) -> set[str]:
-    """The outcomes of reading all properties, but those which a gone object may have still."""
+    """Returns the outcomes of reading all properties, except the few that a gone object keeps."""
     return {fate(item, name) for name in properties_of(item)
             if (type(item).__name__[-9:], name) not in KEPT}
 
@@ -384,7 +384,7 @@ def test_objects_cannot_be_copied(wood: kestrix.Package) -> None:
     "class A: pass\na = A(); a.a = a; a.s = kestrix.Session(); a.p = a.s.open(path)",
     "s = kestrix.Session(); p = s.open(path); p.close(); p = p.is_valid",
     "kestrix.Session.__new__(kestrix.Session)",
-    "import atexit; s = kestrix.Session(); p = s.open(path); atexit.register(p.save, '/dev/null/x')",
+    "import atexit; p = kestrix.Session().open(path); atexit.register(p.save, '/dev/null/x')",
     "sys.modules['kept'] = kestrix.Session().open(path).graphs[0].connections",
 ], ids=range(8))
 def test_the_interpreter_ends_well_whatever_is_left_open(program: str) -> None:
@@ -395,6 +395,6 @@ def test_the_interpreter_ends_well_whatever_is_left_open(program: str) -> None:
 
 @pytest.fixture(autouse=True)
 def collected() -> Iterator[None]:
-    """Ends what a failed test has kept alive."""
+    """Destroys the objects that a failed test has kept alive."""
     yield
     gc.collect()

@@ -60,7 +60,8 @@ def test_a_relative_target_starts_in_the_current_folder(graph: kestrix.Graph,
     assert (tmp_path / "saved.obl").is_file()
 
 
-@pytest.mark.parametrize("name", [b"\xff\xfe.obl", "Ω ☃.obl".encode()], ids=["no UTF-8", "Unicode"])
+@pytest.mark.parametrize("name", [b"\xff\xfe.obl", "Ω ☃.obl".encode()],
+                         ids=["no UTF-8", "Unicode"])
 def test_names_of_targets_keep_their_bytes(graph: kestrix.Graph, tmp_path: pathlib.Path,
                                            name: bytes) -> None:
     graph.package.save(tmp_path / os.fsdecode(name))

@@ -137,10 +137,10 @@ def test_a_second_session_is_refused_in_any_thread(session: kestrix.Session) -> 
 
 
 def progress_during(call: Callable[[], object]) -> int:
-    """What another thread counts while this one makes a call.
+    """Returns the number up to which another thread counts while this one makes a call.
 
-    A thread that waits for the interpreter's lock asks for it at the end of the switch interval. So
-    with an interval of an hour the other thread counts only while the call has released the lock."""
+    A thread that waits for the interpreter's lock asks for it at the end of the switch interval. The
+    interval is an hour here. So the other thread counts only while the call has released the lock."""
     former = sys.getswitchinterval()
     with Counter() as counter:
         sys.setswitchinterval(3600)

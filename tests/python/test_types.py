@@ -1,4 +1,4 @@
-"""The stub and the docstrings say what the module has."""
+"""The stub and the docstrings agree with the module."""
 
 from __future__ import annotations
 
@@ -118,6 +118,13 @@ def test_everything_public_has_a_docstring(owner: object) -> None:
     texts = {name: described(value) for name, value in documented(owner).items()}
 
     assert [name for name, text in texts.items() if not re.match(r"[A-Z].*\.", text, re.S)] == []
+
+
+@pytest.mark.parametrize("owner", [kestrix.Failure, kestrix.Image, kestrix.Report], ids=name_of)
+def test_every_field_has_its_text_in_the_class(owner: type[tuple[object, ...]]) -> None:
+    fields: tuple[str, ...] = getattr(owner, "_fields")
+
+    assert [name for name in fields if f"`{name}`" not in (owner.__doc__ or "")] == []
 
 
 def described(value: object) -> str:

@@ -1,4 +1,4 @@
-"""Values of every type: what is written is read, and what has another shape is refused."""
+"""Values of every type are read as they were written, and other shapes are refused."""
 
 from __future__ import annotations
 
@@ -18,8 +18,9 @@ VALUES: list[tuple[str, bool | float | str | tuple[float, ...]]] = [
     ("float2", (0.5, -1.5)), ("float3", (0.5, 1.5, 2.5)), ("float4", (0.0, 0.25, 0.5, 1.0)),
     ("string", ""), ("string", "Grüße, \"ça va\"?\n\t& <end>"),
 ]
-SHAPES: dict[str, bool | int | str | tuple[int, ...]] = {"bool": True, "int1": 7, "int2": (1, 2), "int3": (1, 2, 3), "int4": (1, 2, 3, 4),
-          "string": "text"}
+SHAPES: dict[str, bool | int | str | tuple[int, ...]] = {
+    "bool": True, "int1": 7, "int2": (1, 2), "int3": (1, 2, 3), "int4": (1, 2, 3, 4),
+    "string": "text"}
 
 
 @pytest.mark.parametrize("kind, value", VALUES, ids=str)

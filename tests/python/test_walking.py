@@ -1,4 +1,4 @@
-"""Reading what is in packages."""
+"""Packages are shown as objects with properties and lists."""
 
 from __future__ import annotations
 
@@ -61,8 +61,8 @@ def test_content_is_found_by_its_identifier(everything: kestrix.Package, kind: s
 
 @pytest.mark.parametrize("kind", ["graph", "function", "resource"])
 @pytest.mark.parametrize("identifier", ["none", "", "été"])
-def test_missing_content_raises_key_error_with_the_identifier(everything: kestrix.Package, kind: str,
-                                                              identifier: str) -> None:
+def test_missing_content_raises_key_error_with_its_identifier(
+        everything: kestrix.Package, kind: str, identifier: str) -> None:
     with pytest.raises(KeyError) as raised:
         getattr(everything, kind)(identifier)
 
@@ -444,7 +444,9 @@ def read_all(package: kestrix.Package) -> set[str]:
                 continue
             value = getattr(owner, name)
             items = value if isinstance(value, list) else [value]
-            found = [part for item in items for part in (item if isinstance(item, tuple) else (item,))
+            parts = [part for item in items
+                     for part in (item if isinstance(item, tuple) else (item,))]
+            found = [part for part in parts
                      if type(part).__module__ == "kestrix" and part not in known]
             known.update(found)
             waiting += found
