@@ -3,7 +3,7 @@
 
   check_layout.py SOURCES floors     each folder and room includes only what is above it there
   check_layout.py SOURCES public     public headers include no internal one, and each has a room
-  check_layout.py SOURCES printing   only the tool and ProgramOptions write to standard streams
+  check_layout.py SOURCES printing   only the programs and ProgramOptions write to standard streams
 
 Prints each line that breaks the rule, and answers 1 if there is one.
 """
@@ -15,12 +15,12 @@ import sys
 PUBLIC = "kestrix/common/include/ksx/core"
 
 # Folders from the lowest to the highest. The rooms of core/ follow, in the order of CONTRIBUTING.md;
-# above them come the libraries that are loaded at need, and the tool.
+# above them come the libraries that are loaded at need, and the programs.
 BELOW_ROOMS = ["common/data", "common/core", "data/content", "data/desc"]
-ABOVE_ROOMS = ["archives", "imageformats", "cli"]
+ABOVE_ROOMS = ["archives", "imageformats", "console", "cli"]
 
 INCLUDE_ROOTS = ["", "common/data/include", "common/core/include", "kestrix/common/include", "core",
-                 "cli"]
+                 "console", "cli"]
 
 # Public headers that have no source to tell their room.
 ROOM_OF_HEADER = {
@@ -37,7 +37,7 @@ ROOM_OF_HEADER = {
 
 PRINTING = re.compile(r"std::(cout|cerr|clog)\b|\b(f?printf|fputs|fputc|puts|qDebug|qInfo)\s*\("
                       r"|\b(stdout|stderr)\b")
-MAY_PRINT = re.compile(r"cli/|common/core/(programoptions|programcommand)\.cpp$"
+MAY_PRINT = re.compile(r"(cli|console)/|common/core/(programoptions|programcommand)\.cpp$"
                        # Writes the log of commands to a file that it opened.
                        r"|common/core/commandmanager\.cpp$")
 
@@ -53,7 +53,7 @@ def rooms(sources):
 
 
 def code_files(sources):
-    for folder in ["common", "data", "core", "kestrix", "archives", "imageformats", "cli"]:
+    for folder in ["common", "data", "core", "kestrix", "archives", "imageformats", "console", "cli"]:
         for path in sorted((sources / folder).rglob("*")):
             if path.suffix in (".h", ".cpp", ".inc"):
                 yield path.relative_to(sources).as_posix()

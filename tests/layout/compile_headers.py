@@ -15,7 +15,7 @@ import shlex
 import subprocess
 import sys
 
-FOLDERS = ["common", "data", "core", "kestrix", "archives", "imageformats", "cli"]
+FOLDERS = ["common", "data", "core", "kestrix", "archives", "imageformats", "console", "cli"]
 # Whose options do for a header of a folder without sources.
 STAND_INS = {"kestrix": "core"}
 

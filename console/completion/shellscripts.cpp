@@ -17,10 +17,10 @@ std::string commandNames(const Program& program, const char* separator)
     return names;
 }
 
-std::string optionNames(const Command& command)
+std::string optionNames(const std::vector<Option>& options)
 {
     std::string names;
-    for (const Option& option : command.options)
+    for (const Option& option : options)
         names += (names.empty() ? "--" : " --") + option.name;
     return names;
 }
@@ -81,7 +81,8 @@ std::string bashScript(const Program& program)
 {
     std::string options;
     for (const Command& command : program.commands)
-        options += "        " + command.name + ") words='" + optionNames(command) + "' ;;\n";
+        options +=
+            "        " + command.name + ") words='" + optionNames(command.options) + "' ;;\n";
     std::string endings;
     for (const std::string_view ending : PackageEndings)
         endings += "; compgen -f -X '!*." + std::string(ending) + "' -- \"$current\"";
@@ -116,7 +117,8 @@ std::string bashScript(const Program& program)
         ;;
     esac
     if [[ $current == -* ]]; then
-        words=--help
+        words=')" +
+           optionNames(program.options) + R"('
         case $command in
 )" + options +
            R"(        esac
@@ -136,6 +138,9 @@ complete -F _)" +
 
 std::string zshScript(const Program& program)
 {
+    std::string globals;
+    for (const Option& option : program.options)
+        globals += " '--" + option.name + "[" + option.text + "]'";
     std::string cases;
     for (const Command& command : program.commands) {
         cases += "    " + command.name + ")\n        _arguments \\\n";
@@ -147,8 +152,9 @@ std::string zshScript(const Program& program)
            R"(()
 {
     local line state
-    _arguments -C '--help[show the help of a command]' '1:command:()" +
-           commandNames(program, " ") + R"()' '*::argument:->arguments'
+    _arguments -C)" +
+           globals + R"( '1:command:()" + commandNames(program, " ") +
+           R"()' '*::argument:->arguments'
     [[ $state == arguments ]] || return
     case $line[1] in
 )" + cases +
@@ -162,8 +168,14 @@ std::string fishScript(const Program& program)
 {
     const std::string complete = "complete -c " + program.name;
     const std::string names = commandNames(program, " ");
-    std::string script = madeBy(program, "fish") + complete + " -f\n" + complete +
-                         " -n '__fish_use_subcommand' -l help -d 'show the help of a command'\n";
+    std::string script = madeBy(program, "fish") + complete + " -f\n";
+    for (const Option& option : program.options)
+        script.append(complete)
+            .append(" -n '__fish_use_subcommand' -l ")
+            .append(option.name)
+            .append(" -d '")
+            .append(option.text)
+            .append("'\n");
     for (const Command& command : program.commands) {
         script += complete + " -n '__fish_use_subcommand' -a " + command.name + "\n";
         const std::string of = complete + " -n '__fish_seen_subcommand_from " + command.name + "'";

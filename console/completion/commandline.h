@@ -1,13 +1,12 @@
 // The commands and options of a program, as those see them who complete its command line.
 #pragma once
 
-#include <memory>
 #include <string>
 #include <vector>
 
-namespace Orv::Core {
-class ProgramCommand;
-} // namespace Orv::Core
+namespace boost::program_options {
+class options_description;
+} // namespace boost::program_options
 
 namespace Completion {
 
@@ -36,16 +35,20 @@ struct Command
 struct Program
 {
     std::string name;
+    std::vector<Option> options; // in front of a command
     std::vector<Command> commands;
 };
 
-// Reads the options out of the commands themselves.
-Program programOf(const std::string& name,
-                  const std::vector<std::unique_ptr<Orv::Core::ProgramCommand>>& commands);
+// Reads the options out of the description by which they are parsed.
+std::vector<Option> optionsOf(const boost::program_options::options_description& description);
 
 // Return a script for the shell. A command takes package files wherever it takes no option.
 std::string bashScript(const Program& program);
 std::string zshScript(const Program& program);
 std::string fishScript(const Program& program);
+
+// The main function of a program that writes one of the scripts to standard output: "bash", "zsh" or
+// "fish" is the argument. The build runs it.
+int printScript(int argc, const char* const* argv, const Program& program);
 
 } // namespace Completion

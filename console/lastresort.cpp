@@ -10,6 +10,8 @@
 
 namespace {
 
+int exitCodeOfFailure = 1;
+
 // The first line of the text. C++ streams may have to allocate; this one has no buffer.
 void print(const char* text) noexcept
 {
@@ -22,19 +24,20 @@ void print(const char* text) noexcept
 {
     if (std::current_exception() != nullptr)
         endWithException();
-    std::_Exit(1);
+    std::_Exit(exitCodeOfFailure);
 }
 
 void endWithoutMemory(int)
 {
     print("Out of memory");
-    std::_Exit(1);
+    std::_Exit(exitCodeOfFailure);
 }
 
 } // namespace
 
-void installLastResort() noexcept
+void installLastResort(int exitCode) noexcept
 {
+    exitCodeOfFailure = exitCode;
     std::set_terminate(&endProcess);
 }
 
@@ -56,5 +59,5 @@ void endWithException() noexcept
     } catch (...) {
         print("Unknown failure");
     }
-    std::_Exit(1);
+    std::_Exit(exitCodeOfFailure);
 }

@@ -1,8 +1,7 @@
 #include "completion/commandline.h"
 
-#include "core/programcommand.h"
-#include "data/filename.h"
 #include <boost/program_options/options_description.hpp>
+#include <iostream>
 #include <map>
 
 namespace Completion {
@@ -44,19 +43,26 @@ std::string firstSentence(const std::string& text)
 
 } // namespace
 
-Program programOf(const std::string& name,
-                  const std::vector<std::unique_ptr<Orv::Core::ProgramCommand>>& commands)
+std::vector<Option> optionsOf(const po::options_description& description)
 {
-    Program program{name, {}};
-    for (const auto& pointer : commands) {
-        const Orv::Core::ProgramCommand& command = *pointer;
-        Command& one = program.commands.emplace_back();
-        one.name = Orv::toBytes(command.name());
-        for (const auto& option : command.options().options())
-            one.options.push_back(
-                {option->long_name(), firstSentence(option->description()), valuesOf(*option)});
+    std::vector<Option> options;
+    for (const auto& option : description.options())
+        options.push_back(
+            {option->long_name(), firstSentence(option->description()), valuesOf(*option)});
+    return options;
+}
+
+int printScript(int argc, const char* const* argv, const Program& program)
+{
+    const std::map<std::string, std::string (*)(const Program&)> scripts = {
+        {"bash", &bashScript}, {"zsh", &zshScript}, {"fish", &fishScript}};
+    const auto script = scripts.find(argc == 2 ? argv[1] : "");
+    if (script == scripts.end()) {
+        std::cerr << "usage: " << program.name << "-completion bash|zsh|fish\n";
+        return 2;
     }
-    return program;
+    std::cout << script->second(program);
+    return 0;
 }
 
 } // namespace Completion

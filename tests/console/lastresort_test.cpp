@@ -45,3 +45,13 @@ TEST(LastResort, AnEndWithoutAnExceptionIsAFailure)
 {
     EXPECT_EXIT(terminateWithoutAnException(), testing::ExitedWithCode(1), "^$");
 }
+
+TEST(LastResort, AProgramMayEndWithAnotherExitCode)
+{
+    EXPECT_EXIT(
+        {
+            installLastResort(2);
+            std::terminate();
+        },
+        testing::ExitedWithCode(2), "^$");
+}
