@@ -1,7 +1,7 @@
 # What `cmake --install` puts where.
 #
-#   bin/kestrix                          the tool
-#   lib/libksx.so, lib/liborv.so         the libraries, with their versions
+#   bin/kestrix, bin/ksx                 the tools
+#   lib/libksxkit.so, libksx.so, liborv.so   the libraries, with their versions
 #   lib/kestrix/                         what they load or start at need
 #   lib/cmake/Kestrix, lib/pkgconfig     for programs that use the libraries
 #   include/kestrix/                     the public headers
@@ -58,29 +58,39 @@ target_link_libraries(ksx_installed
     PUBLIC orv_installed
     PRIVATE Qt${QT_VERSION_MAJOR}::Xml)
 
-install(TARGETS kestrix RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
+kestrix_installed_library(ksxkit)
+target_link_libraries(ksxkit_installed PUBLIC ksx_installed)
+
+install(TARGETS kestrix ksxtool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
 install(TARGETS ksx_archives ksx_imageformats kestrix-decode
     RUNTIME DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime
     LIBRARY DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime)
 
 find_program(GZIP gzip REQUIRED)
 mark_as_advanced(GZIP)
-add_custom_command(
-    OUTPUT "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
-    COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/man"
-    COMMAND "${GZIP}" -9nc "${PROJECT_SOURCE_DIR}/docs/man/kestrix.1" > "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
-    DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/kestrix.1"
-    VERBATIM)
-add_custom_target(kestrix_man ALL DEPENDS "${PROJECT_BINARY_DIR}/man/kestrix.1.gz")
-install(FILES "${PROJECT_BINARY_DIR}/man/kestrix.1.gz"
-    DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
 set(completion_dir "${PROJECT_BINARY_DIR}/completion")
-install(FILES "${completion_dir}/kestrix.bash" RENAME kestrix
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tool)
-install(FILES "${completion_dir}/kestrix.zsh" RENAME _kestrix
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT tool)
-install(FILES "${completion_dir}/kestrix.fish"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT tool)
+foreach(program kestrix ksx)
+    set(page "${PROJECT_SOURCE_DIR}/docs/man/${program}.1")
+    set(packed_page "${PROJECT_BINARY_DIR}/man/${program}.1.gz")
+    add_custom_command(
+        OUTPUT "${packed_page}"
+        COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/man"
+        COMMAND "${GZIP}" -9nc "${page}" > "${packed_page}"
+        DEPENDS "${page}"
+        VERBATIM)
+    add_custom_target(${program}_man ALL DEPENDS "${packed_page}")
+    install(FILES "${packed_page}"
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
+    install(FILES "${completion_dir}/${program}.bash" RENAME ${program}
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tool)
+    install(FILES "${completion_dir}/${program}.zsh" RENAME _${program}
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions" COMPONENT tool)
+    install(FILES "${completion_dir}/${program}.fish"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT tool)
+endforeach()
+
+install(FILES "${PROJECT_SOURCE_DIR}/docs/ksx.schema.json"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/kestrix" COMPONENT tool)
 
 # Headers that do the work of macros end with .inc, and tables of members with .members.
 install(DIRECTORY

@@ -34,7 +34,8 @@ set(CPACK_DEBIAN_KESTRIX_PACKAGE_NAME kestrix)
 set(CPACK_DEBIAN_KESTRIX_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_KESTRIX_DESCRIPTION "Brings the package files of a procedural texture-graph authoring system to
 the current format, changes or freezes their inputs, and makes ready graphs
-of filters. Runs without a user, and never leaves a file half written.")
+of filters. Runs without a user, and never leaves a file half written. The tool ksx lists
+what is in packages.")
 
 set(CPACK_DEBIAN_KESTRIX_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/triggers")
 

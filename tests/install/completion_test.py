@@ -16,14 +16,16 @@ SCRIPTS = pathlib.Path(sys.argv[1]).resolve() / "completion"
 def in_bash(line, folder):
     """The completions of the last word of a line, which is split as readline splits it."""
     words = line.replace("=", " = ").split(" ")
-    program = (f"source '{SCRIPTS}/kestrix.bash'; COMP_WORDS=({' '.join(map(repr, words))}); "
-               "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kestrix; printf '%s\\n' \"${COMPREPLY[@]}\"")
+    tool = words[0]
+    program = (f"source '{SCRIPTS}/{tool}.bash'; COMP_WORDS=({' '.join(map(repr, words))}); "
+               f"COMP_CWORD=$((${{#COMP_WORDS[@]}} - 1)); _{tool}; "
+               "printf '%s\\n' \"${COMPREPLY[@]}\"")
     return subprocess.run(["bash", "--norc", "-c", program], cwd=folder, text=True, check=True,
                           capture_output=True).stdout.split()
 
 
 def in_fish(line, folder):
-    program = f"source '{SCRIPTS}/kestrix.fish'; complete -C '{line}'"
+    program = f"source '{SCRIPTS}/{line.split()[0]}.fish'; complete -C '{line}'"
     result = subprocess.run(["fish", "--no-config", "-c", program], cwd=folder, text=True,
                             check=True, capture_output=True,
                             env={"HOME": str(folder), "PATH": os.environ["PATH"]})
@@ -32,7 +34,7 @@ def in_fish(line, folder):
 
 ZSH_SETUP = """
 mkdir functions
-cp '{script}' functions/_kestrix
+cp '{scripts}/{tool}.zsh' functions/_{tool}
 fpath=($PWD/functions $fpath)
 autoload -Uz compinit
 compinit -u -D
@@ -46,7 +48,7 @@ print READY
 
 def in_zsh(line, folder):
     """The line behind the tabulator: zsh completes as far as all possibilities agree."""
-    (folder / "setup").write_text(ZSH_SETUP.format(script=SCRIPTS / "kestrix.zsh"))
+    (folder / "setup").write_text(ZSH_SETUP.format(scripts=SCRIPTS, tool=line.split()[0]))
     child, terminal = pty.fork()
     if child == 0:
         os.chdir(folder)
@@ -85,6 +87,22 @@ class Completion(unittest.TestCase):
     def test_bash_completes_options_of_the_command(self):
         self.assertEqual(in_bash("kestrix update --p", self.folder), ["--presets-path"])
         self.assertEqual(in_bash("kestrix update --connect", self.folder), [])
+
+    def test_bash_completes_ksx(self):
+        self.assertEqual(in_bash("ksx --v", self.folder), ["--version"])
+        self.assertEqual(in_bash("ksx inf", self.folder), ["info"])
+        self.assertEqual(in_bash("ksx info --b", self.folder), ["--brief"])
+        self.assertEqual(in_bash("ksx info w", self.folder), ["wood.obl"])
+
+    def test_fish_completes_ksx(self):
+        self.needs("fish")
+        self.assertEqual(in_fish("ksx inf", self.folder), ["info"])
+        self.assertEqual(in_fish("ksx info --b", self.folder), ["--brief"])
+
+    def test_zsh_completes_ksx(self):
+        self.needs("zsh")
+        self.assertEqual(in_zsh("ksx inf", self.folder), "ksx info")
+        self.assertEqual(in_zsh("ksx info --br", self.folder), "ksx info --brief")
 
     def test_bash_completes_packages(self):
         self.assertEqual(in_bash("kestrix update ", self.folder),

@@ -40,6 +40,27 @@ def values_of(package):
     return "".join(re.findall(r'<(?:identifier|value) v="[^"]*"/>', package.read_text()))
 
 
+ASKER_BUILD = """
+cmake_minimum_required(VERSION 3.25)
+project(asker LANGUAGES CXX)
+find_package(Kestrix 1.0 REQUIRED COMPONENTS ksxkit)
+add_executable(asker main.cpp)
+target_link_libraries(asker PRIVATE Kestrix::ksxkit)
+set_target_properties(asker PROPERTIES CXX_STANDARD 17)
+"""
+ASKER = """
+#include "ksx/kit/packagehead.h"
+#include <iostream>
+
+int main(int, char** argv)
+{
+    QString reason;
+    const auto head = Ksx::Kit::readHead(QString::fromUtf8(argv[1]), reason);
+    std::cout << (head ? head->identifier : reason).toStdString() << std::endl;
+}
+"""
+
+
 class Installation(unittest.TestCase):
     """One installed tree, which has been moved since."""
 
@@ -89,6 +110,29 @@ class Installation(unittest.TestCase):
         self.assertEqual(result.returncode, 1)
         self.assertIn("kestrix-decode", result.stderr)
 
+    def test_ksx_reads_packages_and_archives(self):
+        result = run(self.tree / "bin/ksx", "info", "wood/wood_planks.obl",
+                     "assemblies/metal_filters.oblar", cwd=self.work)
+        self.assertEqual((result.returncode, result.stderr), (0, ""))
+        self.assertIn("graph wood_planks (5 inputs", result.stdout)
+        self.assertIn("graph metal_filters/patina", result.stdout)
+
+    def test_what_belongs_to_ksx_is_installed(self):
+        for name in ["man/man1/ksx.1.gz", "bash-completion/completions/ksx",
+                     "zsh/vendor-completions/_ksx", "fish/vendor_completions.d/ksx.fish"]:
+            self.assertTrue((self.tree / "share" / name).is_file(), name)
+
+    def test_a_program_asks_the_kit(self):
+        source = self.work / "asker"
+        source.mkdir()
+        (source / "CMakeLists.txt").write_text(ASKER_BUILD)
+        (source / "main.cpp").write_text(ASKER)
+        run_well(CMAKE, "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.tree}",
+                 "-DCMAKE_BUILD_TYPE=Release")
+        run_well(CMAKE, "--build", source / "build")
+        result = run_well(source / "build/asker", self.work / "wood/wood_planks.obl")
+        self.assertEqual(result.stdout, "wood_planks\n")
+
     def test_a_program_builds_and_runs_against_the_library(self):
         build = self.work / "doubled"
         run_well(CMAKE, "-S", SOURCES / "examples/library", "-B", build,
@@ -120,7 +164,7 @@ class Installation(unittest.TestCase):
         config = next(self.tree.rglob("kestrix.pc")).parent
         result = run_well("pkg-config", "--cflags", "--libs", "kestrix",
                           env={"PATH": "/usr/bin:/bin", "PKG_CONFIG_PATH": str(config)})
-        self.assertIn("-lksx -lorv", result.stdout)
+        self.assertIn("-lksxkit -lksx -lorv", result.stdout)
         self.assertIn("kestrix", result.stdout)
 
 

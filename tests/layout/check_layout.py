@@ -2,7 +2,7 @@
 """Checks what the sources of Kestrix include and print against the rules of CONTRIBUTING.md.
 
   check_layout.py SOURCES floors     each folder and room includes only what is above it there
-  check_layout.py SOURCES public     public headers include no internal one, and each has a room
+  check_layout.py SOURCES public     public headers and kit/ include no internal header
   check_layout.py SOURCES printing   only the programs and ProgramOptions write to standard streams
 
 Prints each line that breaks the rule, and answers 1 if there is one.
@@ -13,14 +13,15 @@ import re
 import sys
 
 PUBLIC = "kestrix/common/include/ksx/core"
+PUBLIC_KIT = "kestrix/common/include/ksx/kit"
 
 # Folders from the lowest to the highest. The rooms of core/ follow, in the order of CONTRIBUTING.md;
 # above them come the libraries that are loaded at need, and the programs.
 BELOW_ROOMS = ["common/data", "common/core", "data/content", "data/desc"]
-ABOVE_ROOMS = ["archives", "imageformats", "console", "cli"]
+ABOVE_ROOMS = ["archives", "imageformats", "kit", "console", "kit/command", "cli"]
 
 INCLUDE_ROOTS = ["", "common/data/include", "common/core/include", "kestrix/common/include", "core",
-                 "console", "cli"]
+                 "console", "kit", "cli"]
 
 # Public headers that have no source to tell their room.
 ROOM_OF_HEADER = {
@@ -37,7 +38,7 @@ ROOM_OF_HEADER = {
 
 PRINTING = re.compile(r"std::(cout|cerr|clog)\b|\b(f?printf|fputs|fputc|puts|qDebug|qInfo)\s*\("
                       r"|\b(stdout|stderr)\b")
-MAY_PRINT = re.compile(r"(cli|console)/|common/core/(programoptions|programcommand)\.cpp$"
+MAY_PRINT = re.compile(r"(cli|console|kit/command)/|common/core/(programoptions|programcommand)\.cpp$"
                        # Writes the log of commands to a file that it opened.
                        r"|common/core/commandmanager\.cpp$")
 
@@ -53,7 +54,8 @@ def rooms(sources):
 
 
 def code_files(sources):
-    for folder in ["common", "data", "core", "kestrix", "archives", "imageformats", "console", "cli"]:
+    for folder in ["common", "data", "core", "kestrix", "archives", "imageformats", "console",
+                   "kit", "cli"]:
         for path in sorted((sources / folder).rglob("*")):
             if path.suffix in (".h", ".cpp", ".inc"):
                 yield path.relative_to(sources).as_posix()
@@ -91,7 +93,10 @@ class Layout:
             stem = pathlib.PurePosixPath(file).stem
             room = self.room_of_source.get(stem) or ROOM_OF_HEADER.get(stem)
             return "core/" + room if room else None
-        return next((place for place in self.order if file.startswith(place + "/")), None)
+        if file.startswith(PUBLIC_KIT):
+            return "kit"
+        return max((place for place in self.order if file.startswith(place + "/")), key=len,
+                   default=None)
 
 
 def check_floors(layout):
@@ -105,12 +110,18 @@ def check_floors(layout):
             yield f"{file}: belongs to no folder or room of CONTRIBUTING.md"
 
 
+def is_internal(header):
+    """Returns whether a header of the libraries is not installed."""
+    return (header.startswith(("core/", "archives/", "imageformats/"))
+            or re.match(r"common/\w+/(?!include/)", header) is not None)
+
+
 def check_public(layout):
     for file in layout.files:
-        if not file.startswith(PUBLIC):
+        if not file.startswith((PUBLIC, PUBLIC_KIT, "kit/")):
             continue
         for number, target in layout.includes(file):
-            if target.startswith("core/"):
+            if is_internal(target):
                 yield f"{file}:{number}: includes {target}, which is not installed"
 
 

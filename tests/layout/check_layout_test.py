@@ -77,6 +77,33 @@ class LayoutTest(unittest.TestCase):
         self.write(check_layout.PUBLIC + "/node.h", '#include "content/walk.h"\n')
         self.assertEqual(len(self.faults("public")), 1)
 
+    def test_the_kit_is_a_client_of_the_public_headers(self):
+        self.write("kit/inventory.cpp", '#include "ksx/core/node.h"\n#include "content/walk.h"\n')
+        self.assertEqual(self.faults("public"),
+                         ["kit/inventory.cpp:2: includes core/content/walk.h, which is not"
+                          " installed"])
+
+    def test_the_kit_knows_neither_its_commands_nor_the_other_tool(self):
+        self.write("kit/command/command.h", "")
+        self.write("cli/services.h", "")
+        self.write("kit/inventory.cpp", '#include "kit/command/command.h"\n')
+        self.write("kit/command/command.cpp", '#include "cli/services.h"\n')
+        self.assertEqual([fault.split(":")[0] for fault in self.faults("floors")],
+                         ["kit/command/command.cpp", "kit/inventory.cpp"])
+
+    def test_a_public_header_of_the_kit_counts_to_the_kit(self):
+        self.write(check_layout.PUBLIC_KIT + "/inventory.h", '#include "ksx/core/node.h"\n')
+        self.write("core/content/walk.h", '#include "ksx/kit/inventory.h"\n')
+        self.assertEqual(self.faults("floors"),
+                         ["core/content/walk.h:1: core/content includes"
+                          " kestrix/common/include/ksx/kit/inventory.h, which is above it"])
+
+    def test_only_the_commands_of_the_kit_print(self):
+        self.write("kit/command/command.cpp", "std::cout << 1;\n")
+        self.write("kit/inventory.cpp", "std::cout << 1;\n")
+        self.assertEqual(self.faults("printing"),
+                         ["kit/inventory.cpp:1: writes to a standard stream"])
+
     def test_printing_in_the_library_is_a_fault(self):
         self.write("core/content/corewalk.cpp", "void f()\n{ std::cout << 1; }\n")
         self.assertEqual(self.faults("printing"),

@@ -15,7 +15,8 @@ import shlex
 import subprocess
 import sys
 
-FOLDERS = ["common", "data", "core", "kestrix", "archives", "imageformats", "console", "cli"]
+FOLDERS = ["common", "data", "core", "kestrix", "archives", "imageformats", "console", "kit",
+           "cli"]
 # Whose options do for a header of a folder without sources.
 STAND_INS = {"kestrix": "core"}
 
@@ -28,13 +29,21 @@ def options(command):
 
 
 def commands(sources, build):
-    """Returns the options of one source for each top folder."""
+    """Returns the options of one source for each folder with sources in it or below."""
     found = {}
     for entry in json.loads((build / "compile_commands.json").read_text()):
         file = pathlib.Path(entry["file"])
         if sources in file.parents and build not in file.parents:
-            found.setdefault(file.relative_to(sources).parts[0], options(entry["command"]))
+            for folder in file.relative_to(sources).parents:
+                found.setdefault(folder, options(entry["command"]))
     return found
+
+
+def command_for(header, by_folder):
+    """Returns the options of the nearest folder around a header."""
+    stand_in = STAND_INS.get(header.parts[0])
+    folders = [pathlib.Path(stand_in)] if stand_in else header.parents
+    return next(by_folder[folder] for folder in folders if folder in by_folder)
 
 
 def compile_alone(sources, header, command):
@@ -54,9 +63,7 @@ def main(arguments):
                for path in sorted((sources / folder).rglob("*.h"))]
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         errors = list(pool.map(
-            lambda header: compile_alone(
-                sources, header,
-                by_folder[STAND_INS.get(header.parts[0], header.parts[0])]), headers))
+            lambda header: compile_alone(sources, header, command_for(header, by_folder)), headers))
     for header, error in zip(headers, errors):
         if error:
             print(f"{header} does not compile by itself:\n{error}")

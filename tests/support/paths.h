@@ -11,5 +11,7 @@ std::string sourcePath(const std::string& name);
 std::string buildPath(const std::string& name);
 // Returns the path of the built tool.
 std::string toolPath();
+// Returns the path of the built tool ksx.
+std::string ksxPath();
 
 } // namespace TestSupport

@@ -144,6 +144,12 @@ Tool& Tool::onOneCore()
     return *this;
 }
 
+Tool& Tool::withInputFrom(const std::string& path)
+{
+    m_input = path;
+    return *this;
+}
+
 Tool& Tool::withOutputTo(const std::string& path)
 {
     m_output = path;
@@ -167,7 +173,7 @@ bool Tool::prepare(int out, int err) const
 {
     for (const auto& [name, value] : m_environment)
         setenv(name.c_str(), value.c_str(), 1);
-    const int input = open("/dev/null", O_RDONLY);
+    const int input = open(m_input.c_str(), O_RDONLY);
     const int output = m_output.empty() ? out : open(m_output.c_str(), O_WRONLY);
     return dup2(input, STDIN_FILENO) >= 0 && dup2(output, STDOUT_FILENO) >= 0 &&
            dup2(err, STDERR_FILENO) >= 0 && (m_closedStream < 0 || close(m_closedStream) == 0) &&

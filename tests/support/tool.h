@@ -38,6 +38,8 @@ public:
     Tool& onOneCore();
     // Its calls of the system, which one thread makes, fail as tests/support/faults/faults.cpp says.
     Tool& withFaults(const std::string& plan);
+    // Standard input comes from that file, and is empty otherwise.
+    Tool& withInputFrom(const std::string& path);
     // Standard output goes to that file, which is there, and is none of the run's texts.
     Tool& withOutputTo(const std::string& path);
     // 0, 1 or 2 is closed when the program starts.
@@ -57,6 +59,7 @@ private:
     std::string m_name = "tool";
     std::string m_executable = executable();
     std::map<std::string, std::string> m_environment;
+    std::string m_input = "/dev/null";
     std::string m_output;
     int m_closedStream = -1;
     bool m_isOnOneCore = false;

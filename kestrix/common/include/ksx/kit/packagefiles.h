@@ -1,0 +1,35 @@
+// Finds the package files that a user means.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+namespace Ksx::Kit {
+
+// A file or folder that could not be read, and why.
+struct Failure
+{
+    QString file;
+    // A sentence without a full stop for users, in English.
+    QString reason;
+};
+
+// The result of a search.
+struct PackageFiles
+{
+    // The files, each once, in the order of the names that led to them.
+    QStringList files;
+    // The folders that could not be searched. All others were.
+    std::vector<Failure> failures;
+};
+
+// Returns the files that the names stand for. A folder stands for all files below it that end with
+// ".obl", ".oblar" or ".oblasm", sorted by their paths. Any other name stands for itself, whether or
+// not there is such a file.
+//
+// Folders whose names begin with a dot are left out, such as copies that were made before an update.
+// So are links to folders, unless such a link is one of the names.
+PackageFiles findPackageFiles(const QStringList& names);
+
+} // namespace Ksx::Kit

@@ -1,0 +1,15 @@
+// The functions of the table of commands.
+#pragma once
+
+namespace boost::program_options {
+class options_description;
+} // namespace boost::program_options
+
+namespace Ksx::Kit {
+
+struct Request;
+
+void declareInfoOptions(boost::program_options::options_description& options);
+int runInfo(const Request& request);
+
+} // namespace Ksx::Kit

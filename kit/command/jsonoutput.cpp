@@ -1,0 +1,142 @@
+#include "command/jsonoutput.h"
+
+#include <QJsonDocument>
+#include <iostream>
+
+namespace Ksx::Kit {
+
+QJsonObject toJson(const NamedDependency& dependency)
+{
+    return {{"filename", dependency.filename}, {"uid", dependency.uid}};
+}
+
+QJsonObject toJson(const Dependency& dependency)
+{
+    QJsonObject object = toJson(dependency.named);
+    object["way"] = wordOf(dependency.way);
+    object["path"] = dependency.path;
+    object["found"] = dependency.isFound;
+    return object;
+}
+
+QJsonObject toJson(const Input& input)
+{
+    return {{"identifier", input.identifier}, {"uid", qint64(input.uid)},
+            {"label", input.label},           {"group", input.group},
+            {"type", nameOfType(input.type)}, {"default", input.defaultValue},
+            {"widget", input.widget},         {"minimum", input.minimum},
+            {"maximum", input.maximum},       {"disabled", input.isDisabled}};
+}
+
+QJsonObject toJson(const Usage& usage)
+{
+    return {{"name", usage.name}, {"components", usage.components}};
+}
+
+QJsonObject toJson(const Output& output)
+{
+    return {{"identifier", output.identifier},
+            {"uid", qint64(output.uid)},
+            {"label", output.label},
+            {"usages", arrayOf(output.usages)},
+            {"disabled", output.isDisabled}};
+}
+
+QJsonObject toJson(const Resource& resource)
+{
+    return {{"identifier", resource.identifier}, {"uid", qint64(resource.uid)},
+            {"format", resource.format},         {"path", resource.path},
+            {"found", resource.isFound},         {"size", resource.size},
+            {"source", resource.source}};
+}
+
+QJsonObject toJson(const Function& function)
+{
+    return {{"identifier", function.identifier},
+            {"uid", qint64(function.uid)},
+            {"label", function.label},
+            {"type", nameOfType(function.type)},
+            {"inputs", arrayOf(function.inputs)}};
+}
+
+QJsonObject toJson(const Graph& graph)
+{
+    return {{"identifier", graph.identifier},
+            {"uid", qint64(graph.uid)},
+            {"label", graph.label},
+            {"description", graph.description},
+            {"inputs", arrayOf(graph.inputs)},
+            {"outputs", arrayOf(graph.outputs)},
+            {"nodes", qint64(graph.nodeCount)},
+            {"connections", qint64(graph.connectionCount)},
+            {"content", toJson(graph.content)}};
+}
+
+QJsonObject toJson(const Group& group)
+{
+    return {{"identifier", group.identifier},
+            {"uid", qint64(group.uid)},
+            {"content", toJson(group.content)}};
+}
+
+QJsonObject toJson(const Content& content)
+{
+    return {{"groups", arrayOf(content.groups)},
+            {"graphs", arrayOf(content.graphs)},
+            {"functions", arrayOf(content.functions)},
+            {"resources", arrayOf(content.resources)}};
+}
+
+QJsonObject toJson(const Failure& failure)
+{
+    return {{"file", failure.file}, {"reason", failure.reason}};
+}
+
+QJsonObject toJson(const QString& file, const PackageHead& head)
+{
+    return {{"file", file},
+            {"kind", wordOf(head.kind)},
+            {"size", head.size},
+            {"identifier", head.identifier},
+            {"description", head.description},
+            {"author", head.author},
+            {"formatVersion", head.formatVersion},
+            {"updaterVersion", head.updaterVersion},
+            {"fileUID", head.fileUid},
+            {"versionUID", head.versionUid},
+            {"dependencies", arrayOf(head.dependencies)}};
+}
+
+QJsonObject toJson(const QString& file, const Inventory& inventory)
+{
+    QJsonObject object = toJson(file, inventory.head);
+    object["dependencies"] = arrayOf(inventory.dependencies);
+    object["updates"] = QJsonArray::fromStringList(inventory.updates);
+    object["objects"] = qint64(inventory.objectCount);
+    object["content"] = toJson(inventory.content);
+    return object;
+}
+
+JsonList::JsonList(const char* command, const char* member)
+{
+    std::cout << "{\"ksx\":" << JsonVersion << ",\"command\":\"" << command << "\",\"" << member
+              << "\":[";
+}
+
+void JsonList::add(const QJsonObject& result)
+{
+    const QByteArray text = QJsonDocument(result).toJson(QJsonDocument::Compact);
+    std::cout << (m_isEmpty ? "" : ",");
+    std::cout.write(text.constData(), text.size());
+    m_isEmpty = false;
+}
+
+void JsonList::finish(const std::vector<Failure>& failures)
+{
+    const QByteArray text = QJsonDocument(arrayOf(failures)).toJson(QJsonDocument::Compact);
+    std::cout << "],\"failures\":";
+    std::cout.write(text.constData(), text.size());
+    std::cout << "}\n";
+}
+
+} // namespace Ksx::Kit

@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""Checks what ksx prints as JSON against docs/ksx.schema.json, and that the schema is strict."""
+
+import copy
+import json
+import pathlib
+import subprocess
+import sys
+import unittest
+
+import jsonschema
+
+KSX, SOURCES = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
+SCHEMA = json.loads((SOURCES / "docs/ksx.schema.json").read_text())
+VALIDATOR = jsonschema.Draft7Validator(SCHEMA)
+
+
+def output_of(*arguments):
+    """The document of a run that may have failures."""
+    result = subprocess.run([KSX, *arguments, "--json"], cwd=SOURCES / "examples", text=True,
+                            capture_output=True, check=False)
+    return json.loads(result.stdout)
+
+
+def objects_in(value):
+    """All objects of a document, from the outside in."""
+    if isinstance(value, dict):
+        yield value
+    for part in value.values() if isinstance(value, dict) else value if isinstance(value, list) else []:
+        yield from objects_in(part)
+
+
+class JsonSchema(unittest.TestCase):
+    def assertValid(self, document):
+        self.assertEqual([error.message for error in VALIDATOR.iter_errors(document)], [])
+
+    def test_is_a_schema(self):
+        jsonschema.Draft7Validator.check_schema(SCHEMA)
+
+    def test_describes_all_inventories(self):
+        self.assertValid(output_of("info", "."))
+
+    def test_describes_brief_inventories(self):
+        self.assertValid(output_of("info", "--brief", "."))
+
+    def test_describes_failures(self):
+        document = output_of("info", "none.obl", "README.md")
+        self.assertEqual(len(document["failures"]), 2)
+        self.assertValid(document)
+
+    def test_names_each_member(self):
+        document = output_of("info", "mixed/everything.obl")
+        for number, _ in enumerate(objects_in(document)):
+            changed = copy.deepcopy(document)
+            list(objects_in(changed))[number]["another"] = 1
+            self.assertFalse(VALIDATOR.is_valid(changed), number)
+
+    def test_requires_each_member(self):
+        document = output_of("info", "wood/wood_planks.obl")
+        for member in [*document, *document["packages"][0]]:
+            changed = copy.deepcopy(document)
+            changed.pop(member, changed["packages"][0].pop(member, None))
+            self.assertFalse(VALIDATOR.is_valid(changed), member)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
