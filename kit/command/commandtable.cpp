@@ -8,6 +8,8 @@ const std::vector<Command>& commands()
 {
     static const std::vector<Command> all = {
         {"info", "PACKAGE|FOLDER|-...", "Lists what is in packages", &declareInfoOptions, &runInfo},
+        {"schema", "", "Writes the format of packages as a schema", &declareSchemaOptions,
+         &runSchema},
     };
     return all;
 }

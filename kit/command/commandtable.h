@@ -12,4 +12,7 @@ struct Request;
 void declareInfoOptions(boost::program_options::options_description& options);
 int runInfo(const Request& request);
 
+void declareSchemaOptions(boost::program_options::options_description& options);
+int runSchema(const Request& request);
+
 } // namespace Ksx::Kit

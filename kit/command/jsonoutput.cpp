@@ -5,6 +5,24 @@
 
 namespace Ksx::Kit {
 
+namespace {
+
+QString wordOf(MemberKind kind)
+{
+    switch (kind) {
+    case MemberKind::Structure:
+        return QStringLiteral("structure");
+    case MemberKind::List:
+        return QStringLiteral("list");
+    case MemberKind::Union:
+        return QStringLiteral("union");
+    default:
+        return QStringLiteral("value");
+    }
+}
+
+} // namespace
+
 QJsonObject toJson(const NamedDependency& dependency)
 {
     return {{"filename", dependency.filename}, {"uid", dependency.uid}};
@@ -85,6 +103,35 @@ QJsonObject toJson(const Content& content)
             {"graphs", arrayOf(content.graphs)},
             {"functions", arrayOf(content.functions)},
             {"resources", arrayOf(content.resources)}};
+}
+
+QJsonObject toJson(const FormatItem& item)
+{
+    return {{"element", QString::fromStdString(item.element)},
+            {"structure", QString::fromStdString(item.structure)}};
+}
+
+QJsonObject toJson(const FormatMember& member)
+{
+    QJsonObject object{{"element", QString::fromStdString(member.element)},
+                       {"kind", wordOf(member.kind)},
+                       {"required", member.isRequired}};
+    if (member.kind == MemberKind::Value) {
+        object["type"] = QString::fromStdString(member.type);
+        object["default"] = QString::fromStdString(member.defaultValue);
+        object["filePath"] = member.isFilePath;
+    } else if (member.kind == MemberKind::Structure) {
+        object["structure"] = QString::fromStdString(member.structure);
+    } else {
+        object["items"] = arrayOf(member.items);
+    }
+    return object;
+}
+
+QJsonObject toJson(const FormatStructure& structure)
+{
+    return {{"name", QString::fromStdString(structure.name)},
+            {"members", arrayOf(structure.members)}};
 }
 
 QJsonObject toJson(const Failure& failure)

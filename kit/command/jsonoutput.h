@@ -1,6 +1,7 @@
 // Results as JSON. docs/ksx.schema.json describes all of it.
 #pragma once
 
+#include "ksx/kit/format.h"
 #include "ksx/kit/inventory.h"
 #include "ksx/kit/packagefiles.h"
 #include <QByteArray>
@@ -24,6 +25,9 @@ QJsonObject toJson(const Function& function);
 QJsonObject toJson(const Graph& graph);
 QJsonObject toJson(const Group& group);
 QJsonObject toJson(const Content& content);
+QJsonObject toJson(const FormatItem& item);
+QJsonObject toJson(const FormatMember& member);
+QJsonObject toJson(const FormatStructure& structure);
 QJsonObject toJson(const QString& file, const PackageHead& head);
 QJsonObject toJson(const QString& file, const Inventory& inventory);
 

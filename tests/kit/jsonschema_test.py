@@ -43,6 +43,9 @@ class JsonSchema(unittest.TestCase):
     def test_describes_brief_inventories(self):
         self.assertValid(output_of("info", "--brief", "."))
 
+    def test_describes_the_format(self):
+        self.assertValid(output_of("schema"))
+
     def test_describes_failures(self):
         document = output_of("info", "none.obl", "README.md")
         self.assertEqual(len(document["failures"]), 2)
