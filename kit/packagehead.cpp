@@ -186,6 +186,11 @@ QString wordOf(PackageKind kind)
     }
 }
 
+bool isPackageName(const QString& file)
+{
+    return formOf(file) != nullptr;
+}
+
 std::optional<PackageHead> readHead(const QString& file, QString& reason)
 {
     const Form* const form = formOf(file);

@@ -9,6 +9,9 @@ namespace Ksx::Kit {
 
 struct Request;
 
+void declareCheckOptions(boost::program_options::options_description& options);
+int runCheck(const Request& request);
+
 void declareInfoOptions(boost::program_options::options_description& options);
 int runInfo(const Request& request);
 

@@ -23,6 +23,14 @@ QString wordOf(MemberKind kind)
 
 } // namespace
 
+QJsonObject toJson(const Finding& finding)
+{
+    const FindingKind& kind = finding.kind();
+    return {{"code", kind.name},    {"severity", wordOf(kind.severity)}, {"place", finding.place},
+            {"line", finding.line}, {"column", finding.column},          {"text", finding.text},
+            {"advice", kind.advice}};
+}
+
 QJsonObject toJson(const NamedDependency& dependency)
 {
     return {{"filename", dependency.filename}, {"uid", dependency.uid}};

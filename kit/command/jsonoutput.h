@@ -1,6 +1,7 @@
 // Results as JSON. docs/ksx.schema.json describes all of it.
 #pragma once
 
+#include "ksx/kit/finding.h"
 #include "ksx/kit/format.h"
 #include "ksx/kit/inventory.h"
 #include "ksx/kit/packagefiles.h"
@@ -15,6 +16,7 @@ namespace Ksx::Kit {
 constexpr int JsonVersion = 1;
 
 QJsonObject toJson(const Failure& failure);
+QJsonObject toJson(const Finding& finding);
 QJsonObject toJson(const NamedDependency& dependency);
 QJsonObject toJson(const Dependency& dependency);
 QJsonObject toJson(const Input& input);

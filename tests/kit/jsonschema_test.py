@@ -43,6 +43,15 @@ class JsonSchema(unittest.TestCase):
     def test_describes_brief_inventories(self):
         self.assertValid(output_of("info", "--brief", "."))
 
+    def test_describes_findings(self):
+        self.assertValid(output_of("check", ".", "none.obl"))
+
+    def test_knows_the_codes_of_findings(self):
+        document = output_of("check", "old")
+        finding = document["packages"][0]["findings"][0]
+        finding["code"] = "another"
+        self.assertFalse(VALIDATOR.is_valid(document))
+
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))
 

@@ -47,6 +47,10 @@ struct PackageHead
     std::vector<NamedDependency> dependencies;
 };
 
+// Returns whether a name ends as that of a package that can be opened: ".obl", ".obl.orvautosave",
+// ".oblar" or ".oblasm".
+bool isPackageName(const QString& file);
+
 // Reads the head of a file and no more of it. Returns none on failure, with a sentence in `reason`.
 // The content is neither read nor checked, unless it comes in front of the version or dependencies.
 std::optional<PackageHead> readHead(const QString& file, QString& reason);

@@ -1,0 +1,147 @@
+// The command "check": whether packages are current and sound.
+#include "command/commandtable.h"
+#include "command/jsonoutput.h"
+#include "command/packagework.h"
+#include "command/texttable.h"
+#include "data/filename.h"
+#include "ksx/kit/check.h"
+#include <algorithm>
+#include <iostream>
+#include <optional>
+#include <set>
+
+namespace Ksx::Kit {
+
+namespace {
+
+namespace po = boost::program_options;
+using Findings = std::vector<Finding>;
+
+constexpr const char* StrictOption = "strict";
+constexpr const char* IgnoreOption = "ignore";
+
+// Returns the codes that the user leaves out. Throws UsageError for one that there is not.
+std::set<FindingCode> ignoredCodes(const Request& request)
+{
+    std::set<FindingCode> codes;
+    if (!request.has(IgnoreOption))
+        return codes;
+    for (const std::string& name : request.options[IgnoreOption].as<std::vector<std::string>>()) {
+        const auto& kinds = findingKinds();
+        const auto kind = std::find_if(kinds.begin(), kinds.end(),
+                                       [&](const FindingKind& one) { return one.name == name; });
+        if (kind == kinds.end())
+            throw UsageError("There is no code " + name);
+        codes.insert(kind->code);
+    }
+    return codes;
+}
+
+// "FILE:LINE:COLUMN", as far as it is known.
+QString locationOf(const QString& file, const Finding& finding)
+{
+    if (finding.line == 0)
+        return lineText(file);
+    return QStringLiteral("%1:%2:%3").arg(lineText(file)).arg(finding.line).arg(finding.column);
+}
+
+QString findingText(const QString& file, const Finding& finding)
+{
+    const FindingKind& kind = finding.kind();
+    QString text = QStringLiteral("%1: %2: %3 [%4]\n")
+                       .arg(locationOf(file, finding), wordOf(kind.severity),
+                            lineText(finding.text), QLatin1String(kind.name));
+    if (!finding.place.isEmpty())
+        text += QStringLiteral("    at %1\n").arg(lineText(finding.place));
+    return text + QStringLiteral("    %1\n").arg(QLatin1String(kind.advice));
+}
+
+QString counted(std::size_t number, const char* word)
+{
+    return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(word),
+                                                     number == 1 ? QString() : QStringLiteral("s"));
+}
+
+// The findings as the user wants them, and their counts.
+class Results
+{
+public:
+    explicit Results(bool isJson)
+    {
+        if (isJson)
+            m_json.emplace("check", "packages");
+    }
+
+    void add(const QString& file, const Findings& findings)
+    {
+        ++m_packages;
+        for (const Finding& finding : findings)
+            ++(finding.kind().severity == Severity::Error ? m_errors : m_warnings);
+        if (m_json)
+            m_json->add({{"file", file}, {"findings", arrayOf(findings)}});
+        else
+            for (const Finding& finding : findings)
+                std::cout << Orv::toBytes(findingText(file, finding));
+    }
+
+    void finish(const PackageFiles& files)
+    {
+        if (m_json)
+            m_json->finish(files.failures);
+        else
+            std::cout << Orv::toBytes(QStringLiteral("%1 and %2 in %3\n")
+                                          .arg(counted(m_errors, "error"),
+                                               counted(m_warnings, "warning"),
+                                               counted(m_packages, "package")));
+    }
+
+    bool hasFound(bool countsWarnings) const
+    {
+        return m_errors > 0 || (countsWarnings && m_warnings > 0);
+    }
+
+private:
+    std::optional<JsonList> m_json; // none for people
+    std::size_t m_packages = 0;
+    std::size_t m_errors = 0;
+    std::size_t m_warnings = 0;
+};
+
+} // namespace
+
+void declareCheckOptions(po::options_description& options)
+{
+    // clang-format off
+    options.add_options()
+        (StrictOption, po::bool_switch(), "Takes warnings for errors: they give exit code 1 as well.")
+        (IgnoreOption, po::value<std::vector<std::string>>()->value_name("CODE"),
+         "Leaves out findings of that code, such as unused-dependency. May be given several times.");
+    // clang-format on
+    declareReadingOptions(options);
+}
+
+int runCheck(const Request& request)
+{
+    const std::set<FindingCode> ignored = ignoredCodes(request);
+    const QStringList presetsPaths = presetsPathsOf(request);
+    const unsigned jobs = jobsOf(request);
+    PackageFiles files = filesOf(request);
+    Results results(request.has("json")); // prints, so the request is sound by now
+    const auto read = [&](const QString& file, QString& reason) {
+        return checkPackage(file, presetsPaths, reason);
+    };
+    const auto take = [&](const QString& file, Findings&& findings) {
+        findings.erase(
+            std::remove_if(findings.begin(), findings.end(),
+                           [&](const Finding& one) { return ignored.count(one.code) == 1; }),
+            findings.end());
+        results.add(file, findings);
+    };
+    readAll<Findings>(files, jobs, read, take);
+    results.finish(files);
+    if (!files.failures.empty())
+        return CannotDo;
+    return results.hasFound(request.has(StrictOption)) ? SomethingFound : NothingFound;
+}
+
+} // namespace Ksx::Kit

@@ -1,0 +1,14 @@
+// Checks the elements of a package file against the format.
+#pragma once
+
+#include <QString>
+
+namespace Ksx::Kit {
+
+class FindingList;
+
+// Adds what is missing, unknown, double or no value of its type, with lines and columns. Ends where
+// the file is no document any more, without a finding of its own. The file is of the current format.
+void checkElements(const QString& file, FindingList& findings);
+
+} // namespace Ksx::Kit

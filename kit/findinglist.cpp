@@ -1,0 +1,51 @@
+#include "findinglist.h"
+
+#include "ksx/core/datapath.h"
+#include "packageparts.h"
+
+namespace Ksx::Kit {
+
+namespace {
+
+constexpr int MaximumText = 1000;
+
+QString cut(const QString& text)
+{
+    return text.size() > MaximumText ? text.left(MaximumText) + QStringLiteral("...") : text;
+}
+
+} // namespace
+
+void FindingList::add(FindingCode code, const QString& place, const QString& text, qint64 line,
+                      qint64 column)
+{
+    if (++m_counts[static_cast<std::size_t>(code)] <= MaximumOfAKind)
+        m_findings.push_back({code, cut(place), line, column, cut(text)});
+}
+
+std::vector<Finding> FindingList::take()
+{
+    for (const FindingKind& kind : findingKinds()) {
+        const std::size_t count = m_counts[static_cast<std::size_t>(kind.code)];
+        if (count > MaximumOfAKind)
+            m_findings.push_back(
+                {kind.code, QString(), 0, 0,
+                 QStringLiteral("There are %1 more of this kind").arg(count - MaximumOfAKind)});
+    }
+    return std::move(m_findings);
+}
+
+QString placeIn(const QString& outer, const QString& identifier)
+{
+    return cut(outer.isEmpty() ? QStringLiteral("pkg://") + identifier
+                               : outer + QLatin1Char('/') + identifier);
+}
+
+QString placeOfNode(const QString& graph, unsigned uid)
+{
+    return QStringLiteral("%1?%2=CompNodeType&%3=%4")
+        .arg(graph, latinText(Core::DataPathKey::Type), latinText(Core::DataPathKey::CompNodeUid))
+        .arg(uid);
+}
+
+} // namespace Ksx::Kit
