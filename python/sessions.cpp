@@ -235,7 +235,7 @@ Objects of a session cannot be used after close().)");
             "Opens a package, with all that it depends on unless told otherwise, and returns it. Old "
             "packages are brought to the current format in memory. Raises OpenError if a file cannot "
             "be opened; with `allow_missing`, a dependency that cannot be opened is only noted in "
-            "`failures`.")
+            "`failures`. A file that is open already stays as it is.")
         .def(
             "open_all",
             [](const Session& self, const py::iterable& paths, bool dependencies,

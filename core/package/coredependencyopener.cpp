@@ -176,6 +176,14 @@ bool DependencyOpener::open(const QStringList& paths, MessageNode* report)
     return m_failures.empty();
 }
 
+// Makes the name of the file of an entry canonical, and finds its package if that counts as open.
+void DependencyOpener::locate(Entry& entry) const
+{
+    makeCanonical(entry.filename);
+    if (m_takesOpen)
+        entry.package = m_manager.packageForPath(entry.filename);
+}
+
 // Lets the workers begin with the files that will be read next.
 void DependencyOpener::readAhead(Opening& opening) const
 {
@@ -186,8 +194,8 @@ void DependencyOpener::readAhead(Opening& opening) const
         opening.lastAhead = next;
         if (next->package)
             continue;
-        makeCanonical(next->filename);
-        if (opening.expected.contains(next->filename) ||
+        locate(*next);
+        if (next->package || opening.expected.contains(next->filename) ||
             opening.loaded.findByFile(next->filename) != nullptr)
             continue;
         opening.expected.insert(next->filename);
@@ -209,7 +217,7 @@ bool DependencyOpener::visit(Opening& opening) const
     if (opening.aheadCount > 0) // readAhead() has made the name canonical
         --opening.aheadCount;
     else if (!entry.package)
-        makeCanonical(entry.filename);
+        locate(entry);
     const bool isDependency = opening.visitedCount++ >= opening.fileCount;
     if (!findPackage(entry, opening.loaded)) {
         const std::size_t messageCount =

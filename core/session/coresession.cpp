@@ -74,6 +74,7 @@ bool Session::open(const QStringList& paths, bool followsDependencies)
 {
     DependencyOpener opener(manager(), m_parts->presetsPaths, DependencyOpener::OnFailure::GoOn);
     opener.setFollowsDependencies(followsDependencies);
+    opener.setTakesOpen(true);
     Orv::Core::MessageNode report;
     m_parts->steps.setRecording(false);
     const bool isOpen = opener.open(paths, &report);

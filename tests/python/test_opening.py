@@ -36,15 +36,51 @@ def test_open_without_dependencies_opens_one_file(session: kestrix.Session) -> N
     assert session.failures == []
 
 
-def test_a_file_that_is_opened_again_is_read_again(session: kestrix.Session) -> None:
-    first = session.open(WOOD)
-    first.author = "nobody"
+def test_a_file_that_is_open_stays_as_it_is(session: kestrix.Session) -> None:
+    package = session.open(WOOD)
+    package.author = "nobody"
+    count = len(session.packages)
 
-    second = session.open(WOOD)
+    assert session.open(WOOD.parent / ".." / "wood" / WOOD.name) == package
+    assert session.open_all([WOOD, WOOD]) == [package, package]
+    assert (package.author, package.path) == ("nobody", WOOD)
+    assert len(session.packages) == count
 
-    assert (first.author, first.path) == ("nobody", None)
-    assert session.package(WOOD) == second
-    assert second != first
+
+def test_a_dependency_that_is_open_stays_as_it_is(session: kestrix.Session) -> None:
+    library = session.open(PRESETS / "presets_library.obl")
+    bricks = session.open(BRICKS)
+
+    assert bricks.dependencies[1].package == library
+    assert session.package(PRESETS / "presets_library.obl") == library
+
+
+def test_dependencies_of_an_open_package_are_opened_later(session: kestrix.Session) -> None:
+    package = session.open(BRICKS, dependencies=False)
+
+    assert session.open(BRICKS) == package
+    assert len(session.packages) == 3
+
+
+def test_a_missing_dependency_is_opened_when_it_has_come(session: kestrix.Session,
+                                                         tmp_path: pathlib.Path) -> None:
+    path = write_package(tmp_path / "tiny.obl", dependency("gone.obl", 7))
+    package = session.open(path, allow_missing=True)
+    package.author = "nobody"
+    came = write_package(tmp_path / "gone.obl")
+
+    assert session.open(path) == package
+    assert package.dependencies[0].package == session.package(came)
+    assert session.undo()
+
+
+def test_a_package_that_was_closed_is_read_again(session: kestrix.Session) -> None:
+    package = session.open(WOOD)
+    package.author = "nobody"
+    package.close()
+
+    assert session.open(WOOD).author == "Åsa Öberg"
+    assert not package.is_valid
 
 
 def test_open_all_returns_the_packages_in_the_order_of_the_paths(session: kestrix.Session) -> None:

@@ -75,6 +75,49 @@ TEST_F(SessionTest, OpensPackagesAlone)
     EXPECT_EQ(session.packages().size(), 1u);
 }
 
+TEST_F(SessionTest, LeavesAPackageThatIsOpenAlready)
+{
+    writePackage("a.obl");
+    Session session;
+    session.open({at("a.obl")});
+    const auto opened = session.packages().front();
+    firstInput(session, at("a.obl")).setDefaultValue(Float1{{2.0F}});
+
+    EXPECT_TRUE(session.open({at("a.obl"), at("./a.obl")}));
+
+    EXPECT_EQ(session.packages(), std::vector{opened});
+    EXPECT_EQ(session.path(opened), at("a.obl"));
+    EXPECT_EQ(firstNumber(session, at("a.obl")), 2.0F);
+    EXPECT_TRUE(session.undo());
+}
+
+TEST_F(SessionTest, OpensTheDependenciesOfAPackageThatIsOpenAlready)
+{
+    directory.write("a.obl", aPackage().named("a").dependingOn("b.obl", 7).text());
+    directory.write("b.obl", aPackage().named("b").text());
+    Session session;
+    session.openAlone({at("a.obl")});
+
+    EXPECT_TRUE(session.open({at("a.obl")}));
+
+    ASSERT_EQ(session.packages().size(), 2u);
+    EXPECT_EQ(session.path(session.packages()[1]), at("b.obl"));
+}
+
+TEST_F(SessionTest, ReadsAFileAgainWhosePackageWasClosed)
+{
+    writePackage("a.obl");
+    Session session;
+    session.open({at("a.obl")});
+    firstInput(session, at("a.obl")).setDefaultValue(Float1{{2.0F}});
+    session.close(session.packages().front());
+
+    EXPECT_TRUE(session.open({at("a.obl")}));
+
+    ASSERT_EQ(session.packages().size(), 1u);
+    EXPECT_EQ(firstNumber(session, at("a.obl")), 0.5F);
+}
+
 TEST_F(SessionTest, SaysWhichFilesFailedAndWhy)
 {
     directory.write("a.obl", aPackage().named("a").dependingOn("b.obl", 7).text());

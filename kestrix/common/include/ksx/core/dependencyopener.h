@@ -103,13 +103,17 @@ public:
     // themselves are opened.
     void setFollowsDependencies(bool follows) { m_followsDependencies = follows; }
 
+    // Chooses whether a file that is open already is taken as it is. It is read and attached again at
+    // first.
+    void setTakesOpen(bool takes) { m_takesOpen = takes; }
+
     // Sets the number of threads that read files. At first there are as many as the process may use
     // cores. With fewer than two, and for a single file, the thread of the opener reads.
     void setWorkers(unsigned workers) { m_workers = workers; }
 
     // Opens the files and attaches them by one undoable command. Old files are brought to the
     // current format in memory; no file is changed and no copy is made. A file that an earlier
-    // opening attached is attached again.
+    // opening attached is attached again, unless setTakesOpen() says otherwise.
     //
     // Returns true if all files were opened. Returns false if one failed. With OnFailure::Stop
     // nothing is attached then, and with OnFailure::GoOn all other packages are. The reasons are
@@ -127,6 +131,7 @@ public:
 private:
     struct Opening;
 
+    void locate(Entry& entry) const;
     bool visit(Opening& opening) const;
     void readAhead(Opening& opening) const;
     std::unique_ptr<Data::Content::Package> read(const QString& filename,
@@ -137,6 +142,7 @@ private:
     OnFailure m_onFailure;
     unsigned m_workers = Orv::Core::availableCores();
     bool m_followsDependencies = true;
+    bool m_takesOpen = false;
     std::vector<Failure> m_failures;
 };
 

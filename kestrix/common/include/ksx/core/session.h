@@ -71,7 +71,8 @@ public:
 
     // Opens the files and all that they depend on, and brings old ones to the current format in
     // memory. Returns true if all files were opened. Returns false if one failed; all other packages
-    // are open all the same. See DependencyOpener.
+    // are open all the same. A file that is open already stays as it is; close its package to read
+    // it again. See DependencyOpener.
     bool open(const QStringList& paths);
     // Opens the files without what they depend on.
     bool openAlone(const QStringList& paths);
