@@ -42,10 +42,11 @@ def properties_of(item: object) -> list[str]:
 def fates(item: object) -> set[str]:
     """Returns the outcomes of reading all properties, except the few that a gone object keeps."""
     return {fate(item, name) for name in properties_of(item)
-            if (type(item).__name__[-9:], name) not in KEPT}
+            if (type(item).__name__, name) not in KEPT}
 
 
-KEPT = {("Connector", "identifier"), ("Connector", "uid"), ("Parameter", "identifier")}
+KEPT = {("InputConnector", "identifier"), ("OutputConnector", "identifier"),
+        ("OutputConnector", "uid"), ("Parameter", "identifier")}
 
 
 def fate(item: object, name: str) -> str:
