@@ -18,7 +18,7 @@ bool canBeRead(const QString& file)
     return isPackageName(file) && Orv::Core::RegularFile(file).open(QIODevice::ReadOnly);
 }
 
-// Adds what is wrong with a package whose head can be read.
+// Adds the faults of a package whose head can be read.
 void checkReadable(const QString& file, const PackageHead& head, const QStringList& presetsPaths,
                    FindingList& findings)
 {

@@ -7,8 +7,9 @@ namespace Ksx::Kit {
 
 class FindingList;
 
-// Adds what is missing, unknown, double or no value of its type, with lines and columns. Ends where
-// the file is no document any more, without a finding of its own. The file is of the current format.
+// Adds elements that are missing, unknown, double or of a bad value, with lines and columns. Ends
+// where the file is no document any more, without a finding of its own. The file is of the current
+// format.
 void checkElements(const QString& file, FindingList& findings);
 
 } // namespace Ksx::Kit

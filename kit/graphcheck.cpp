@@ -29,11 +29,11 @@ std::set<unsigned> uidsOf(const Items& items)
     return uids;
 }
 
-// The place of a list of nodes in the findings, and the words for what a node is.
+// The place of a list of nodes, and the word for its owner in a sentence.
 struct NodeWords
 {
     QString place;
-    QString owner; // "graph" or "function"
+    QString owner;
 };
 
 // Adds connections to nodes that are not there, and the cycles of the others. `Node` has a uid and
@@ -140,7 +140,7 @@ void checkFilter(const Doc::CompFilter& filter, const QString& place, FindingLis
         checkParamsGraph(graph, place, findings);
 }
 
-// Checks a graph with what its nodes refer to.
+// Checks a graph and its nodes.
 class GraphCheck
 {
 public:

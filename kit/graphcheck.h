@@ -1,4 +1,4 @@
-// Checks the nodes of a graph and what leads from one to another.
+// Checks the nodes of a graph and the connections between them.
 #pragma once
 
 #include <QString>

@@ -47,19 +47,19 @@ bool isBeyond(const Numbers& values, const Numbers& bounds, const Compare& compa
 
 } // namespace
 
-void checkInput(const Doc::ParamInput& document, const QString& place, FindingList& findings)
+void checkInput(const Doc::ParamInput& input, const QString& place, FindingList& findings)
 {
-    const Input input = inputOf(document);
+    const Input shown = inputOf(input);
     namespace ValueType = Data::Desc::ValueType;
-    if ((input.type & (ValueType::Text | ValueType::String)) != 0)
+    if ((shown.type & (ValueType::Text | ValueType::String)) != 0)
         return;
-    const Numbers values = numbersIn(input.defaultValue);
-    if (isBeyond(values, numbersIn(input.minimum), std::less<>()) ||
-        isBeyond(values, numbersIn(input.maximum), std::greater<>()))
+    const Numbers values = numbersIn(shown.defaultValue);
+    if (isBeyond(values, numbersIn(shown.minimum), std::less<>()) ||
+        isBeyond(values, numbersIn(shown.maximum), std::greater<>()))
         findings.add(
             FindingCode::OutOfRange, place,
             QStringLiteral("The default %1 of the input '%2' is not in its range, %3 to %4")
-                .arg(input.defaultValue, input.identifier, input.minimum, input.maximum));
+                .arg(shown.defaultValue, shown.identifier, shown.minimum, shown.maximum));
 }
 
 } // namespace Ksx::Kit

@@ -22,9 +22,9 @@ QString latinText(std::string_view text);
 Input inputOf(const Data::Content::ParamInput& input);
 Resource resourceOf(const Data::Content::Resource& resource);
 
-// The head has the names of the file, and the package has the paths to which they lead. Updates keep
-// the order of dependencies, and add new ones behind them, which are left out. `file` is that of the
-// package.
+// The head has the names of the file, and the package has the paths to which they lead. Updates
+// keep the order of dependencies, and add new ones behind them, which are left out. `file` is that
+// of the package.
 std::vector<Dependency> dependenciesOf(const Data::Content::Package& package,
                                        const PackageHead& head, const QString& file);
 

@@ -132,7 +132,7 @@ private:
         return target.index ? &*target.index : nullptr;
     }
 
-    // A path to an object inside of another one, such as a node, is none of an instance.
+    // Instances have paths to graphs and functions, and no paths to objects inside of them.
     void addUse(const Core::TextAttribute& text, const DataPath& path)
     {
         const BaseObject* const user = contentObjectOf(&text);
@@ -174,7 +174,7 @@ private:
     FindingList& m_findings;
     const ContentIndex m_own;
     std::map<unsigned, Target> m_targets; // by the uid of the dependency
-    // Graphs and functions, and those that each of them has instances of.
+    // Graphs and functions. m_uses has the numbers of the ones that each has instances of.
     std::vector<const BaseObject*> m_users;
     std::unordered_map<const BaseObject*, std::size_t> m_numbers;
     Edges m_uses;

@@ -14,8 +14,8 @@ namespace Ksx::Kit {
 class FindingList;
 
 // Adds dependencies that are missing, broken, double or never used, paths that lead nowhere, and
-// graphs and functions that are instances of themselves. Opens the dependencies that paths lead into.
-// `package` is not changed.
+// graphs and functions that are instances of themselves. Opens the dependencies that paths lead
+// into. `package` is not changed.
 void checkReferences(Data::Content::Package& package, const std::vector<Dependency>& dependencies,
                      const QStringList& presetsPaths, FindingList& findings);
 

@@ -26,7 +26,7 @@ ValueForm patternForm(const QString& type, const QString& pattern)
     return {type, QStringLiteral("string"), {{QStringLiteral("pattern"), pattern}}};
 }
 
-// Any one character stands between two components, and one may follow the last.
+// Any one character is between two components, and one may follow the last.
 ValueForm vectorForm(const QString& type, const char* component, int size)
 {
     const QString one = QStringLiteral("(%1)").arg(QLatin1String(component));

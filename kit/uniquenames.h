@@ -8,7 +8,7 @@
 
 namespace Ksx::Kit {
 
-// Adds each uid that a former item of the list has. `words` are those for the items, in plural.
+// Adds each uid that a former item of the list has. `words` names the items, in plural.
 template <class Items>
 void checkUids(const Items& items, const QString& place, const char* words, FindingList& findings)
 {

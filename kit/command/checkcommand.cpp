@@ -1,4 +1,4 @@
-// The command "check": whether packages are current and sound.
+// The command "check", which finds the faults of packages.
 #include "command/commandtable.h"
 #include "command/jsonoutput.h"
 #include "command/packagework.h"
@@ -113,9 +113,11 @@ void declareCheckOptions(po::options_description& options)
 {
     // clang-format off
     options.add_options()
-        (StrictOption, po::bool_switch(), "Takes warnings for errors: they give exit code 1 as well.")
+        (StrictOption, po::bool_switch(),
+         "Takes warnings for errors: they give exit code 1 as well.")
         (IgnoreOption, po::value<std::vector<std::string>>()->value_name("CODE"),
-         "Leaves out findings of that code, such as unused-dependency. May be given several times.");
+         "Leaves out findings of that code, such as unused-dependency. May be given several "
+         "times.");
     // clang-format on
     declareReadingOptions(options);
 }

@@ -1,4 +1,4 @@
-// The commands of ksx, and what each of them is given.
+// The commands of ksx, and the command lines that they are given.
 #pragma once
 
 #include <QString>
@@ -11,12 +11,9 @@
 namespace Ksx::Kit {
 
 // The exit codes of all commands.
-enum ExitCode
-{
-    NothingFound = 0,
-    SomethingFound = 1,
-    CannotDo = 2,
-};
+constexpr int NothingFound = 0;
+constexpr int SomethingFound = 1;
+constexpr int CannotDo = 2;
 
 // A command line behind the name of the command.
 struct Request
@@ -34,7 +31,7 @@ struct Request
 struct Command
 {
     const char* name;
-    // What stands behind the name on a command line, for the help.
+    // The words behind the name on a command line, for the help.
     const char* operands;
     // A sentence without a full stop.
     const char* summary;

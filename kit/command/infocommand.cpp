@@ -1,4 +1,4 @@
-// The command "info": what is in packages.
+// The command "info", which lists the objects of packages.
 #include "command/commandtable.h"
 #include "command/inventorytext.h"
 #include "command/jsonoutput.h"

@@ -95,7 +95,7 @@ public:
     }
 
 private:
-    // The end of a long path is that which tells objects apart.
+    // Objects differ at the end of a long path.
     static QString pathOf(const QString& outer, const QString& identifier)
     {
         constexpr int maximum = 50;

@@ -43,8 +43,8 @@ QJsonArray arrayOf(const std::vector<Item>& items)
     return array;
 }
 
-// Prints a document with one list of results, on one line. Prints each result when it comes, so that
-// no more than one is held.
+// Prints a document with one list of results, on one line. Prints each result when it comes, so
+// that no more than one is held.
 class JsonList
 {
 public:

@@ -1,4 +1,4 @@
-// What all commands that read packages have in common: operands, options, workers, failures.
+// The operands, options, workers and failures of all commands that read packages.
 #pragma once
 
 #include "command/command.h"
@@ -15,7 +15,7 @@ namespace Ksx::Kit {
 // Adds the options "json", "presets-path" and "jobs".
 void declareReadingOptions(boost::program_options::options_description& options);
 
-// Returns the files that the operands stand for. "-" stands for the lines of standard input. Prints
+// Returns the files that the operands mean. "-" means the lines of standard input. Prints
 // the failures of the search. Throws UsageError without an operand.
 PackageFiles filesOf(const Request& request);
 
@@ -29,8 +29,8 @@ unsigned jobsOf(const Request& request);
 // Prints "Error! ", the file and the reason to standard error.
 void printFailure(const Failure& failure);
 
-// Reads the files with workers and hands the results on in the order of the files. `read` runs in any
-// thread. It returns none on failure, with the reason. `take` runs in this thread. Failures are
+// Reads the files with workers and hands the results on in the order of the files. `read` runs in
+// any thread. It returns none on failure, with the reason. `take` runs in this thread. Failures are
 // printed, and added to `files.failures`.
 template <class Result>
 void readAll(PackageFiles& files, unsigned jobs,

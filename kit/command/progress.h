@@ -10,8 +10,8 @@ namespace Ksx::Kit {
 // Returns the line, such as "1200 of 10000 files, 600 a second, 15 s left".
 QString progressText(std::size_t done, std::size_t total, double seconds);
 
-// Shows the line on standard error while files are worked on, if that is a terminal. Shows nothing in
-// the first second. The line is gone when the progress ends, and while others print.
+// Shows the line on standard error while files are worked on, if that is a terminal. Shows nothing
+// in the first second. The line is gone when the progress ends, and while others print.
 class Progress
 {
 public:

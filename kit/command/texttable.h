@@ -10,11 +10,11 @@ namespace Ksx::Kit {
 // Returns a text of one line that steers no terminal: blanks take the place of line ends and
 // tabulators, and "?" that of all other control characters.
 QString lineText(const QString& text);
-// Returns such a text with no more characters than a cell of a table has: a long one is cut.
+// Returns the same, cut to the size of a cell of a table.
 QString cellText(const QString& text);
 
-// Rows of cells, in columns that are as wide as their widest cell. A column that is empty in all rows
-// is left out. Long texts are cut, but for those of the last column, which nothing follows.
+// Rows of cells, in columns that are as wide as their widest cell. A column that is empty in all
+// rows is left out. Long texts are cut, but for those of the last column, which nothing follows.
 class TextTable
 {
 public:
@@ -35,8 +35,8 @@ public:
     void add(const QStringList& cells);
     bool isEmpty() const { return m_rows.empty(); }
 
-    // Returns the lines with that many blanks in front of each. The heads are the first line. Returns
-    // an empty text without rows.
+    // Returns the lines with that many blanks in front of each. The heads are the first line.
+    // Returns an empty text without rows.
     QString text(int indent = 0) const;
 
 private:

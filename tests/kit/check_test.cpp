@@ -20,7 +20,6 @@ using TestSupport::aGroupSaying;
 using TestSupport::anInput;
 using TestSupport::anInputBridge;
 using TestSupport::aNode;
-using TestSupport::anOutput;
 using TestSupport::anOutputBridge;
 using TestSupport::aPackage;
 using TestSupport::aResource;

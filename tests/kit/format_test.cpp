@@ -69,8 +69,8 @@ std::map<std::string, Lines> tableLines()
     return blocks;
 }
 
-// Structures of values that may be overloaded are told apart by types in the format, and by elements
-// in the table.
+// Structures of values that may be overloaded are told apart by types in the format, and by
+// elements in the table.
 bool isOverloadable(const Lines& lines)
 {
     return lines.front() == "value required";

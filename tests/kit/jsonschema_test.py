@@ -24,9 +24,11 @@ def output_of(*arguments):
 
 def objects_in(value):
     """All objects of a document, from the outside in."""
+    parts = value if isinstance(value, list) else []
     if isinstance(value, dict):
         yield value
-    for part in value.values() if isinstance(value, dict) else value if isinstance(value, list) else []:
+        parts = value.values()
+    for part in parts:
         yield from objects_in(part)
 
 

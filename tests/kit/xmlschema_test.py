@@ -42,8 +42,8 @@ VARIANTS = {
 }
 
 
-def run_well(*command, **options):
-    return subprocess.run([str(word) for word in command], capture_output=True, check=True, **options)
+def run_well(*command):
+    return subprocess.run([str(word) for word in command], capture_output=True, check=True)
 
 
 def current_examples():

@@ -1,4 +1,4 @@
-// What ksx does with its arguments before a command runs.
+// The arguments of ksx before a command runs.
 #include "support/golden.h"
 #include "support/paths.h"
 #include "support/shelfcases.h"

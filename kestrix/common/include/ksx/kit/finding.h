@@ -1,4 +1,4 @@
-// What a check of a package may find.
+// The findings of a check of a package.
 #pragma once
 
 #include <QString>
@@ -52,7 +52,7 @@ struct FindingKind
     // The name of the code for users, which stays the same: "missing-element".
     const char* name;
     Severity severity;
-    // What to do about it, in a sentence without a full stop.
+    // The cure, in a sentence without a full stop.
     const char* advice;
 };
 
@@ -63,12 +63,12 @@ const std::vector<FindingKind>& findingKinds();
 struct Finding
 {
     FindingCode code = FindingCode::UnreadablePackage;
-    // A data path such as "pkg://group/graph". A long one is cut. Empty for the package as a whole.
+    // A data path like "pkg://group/graph". A long one is cut. Empty for the package as a whole.
     QString place;
     // Where it is in the file, from 1 on. 0 where only the place is known.
     qint64 line = 0;
     qint64 column = 0;
-    // What was found, in a sentence without a full stop.
+    // The fault, in a sentence without a full stop.
     QString text;
 
     const FindingKind& kind() const { return findingKinds()[static_cast<std::size_t>(code)]; }

@@ -6,7 +6,7 @@
 
 namespace Ksx::Kit {
 
-// What the element of a member holds.
+// The form of the element of a member.
 enum class MemberKind
 {
     // A value in the attribute "v".
@@ -57,8 +57,8 @@ struct FormatStructure
 };
 
 // Returns all structures of the current format, made of the member tables. Each is named by its
-// element, and structures of values that may be overloaded by the type of the value. The first one is
-// the root of a file, "package".
+// element, and structures of values that may be overloaded by the type of the value. The first one
+// is the root of a file, "package".
 std::vector<FormatStructure> packageFormat();
 
 } // namespace Ksx::Kit

@@ -1,4 +1,4 @@
-// What is in a package.
+// Lists the objects of a package.
 #pragma once
 
 #include "ksx/kit/packagehead.h"
@@ -53,7 +53,7 @@ struct Input
     bool isDisabled = false;
 };
 
-// What an output is for.
+// The purpose of an output.
 struct Usage
 {
     QString name;
@@ -152,8 +152,8 @@ struct Inventory
 std::optional<Inventory> takeInventory(const QString& file, const QStringList& presetsPaths,
                                        QString& reason);
 
-// Returns the name of a ValueType: "color", "grayscale" or "image" for images, "float3" and the like
-// for values, and the number for anything else.
+// Returns the name of a ValueType: "color", "grayscale" or "image" for images, "float3" and the
+// like for values, and the number for anything else.
 QString nameOfType(unsigned type);
 
 } // namespace Ksx::Kit

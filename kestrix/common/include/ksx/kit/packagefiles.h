@@ -24,12 +24,12 @@ struct PackageFiles
     std::vector<Failure> failures;
 };
 
-// Returns the files that the names stand for. A folder stands for all files below it that end with
-// ".obl", ".oblar" or ".oblasm", sorted by their paths. Any other name stands for itself, whether or
-// not there is such a file.
+// Returns the files that the names mean. A folder means all files below it that end with ".obl",
+// ".oblar" or ".oblasm", sorted by their paths. Any other name means itself, whether or not there
+// is a file of that name.
 //
-// Folders whose names begin with a dot are left out, such as copies that were made before an update.
-// So are links to folders, unless such a link is one of the names.
+// Folders whose names begin with a dot are left out: they hold copies and files of other tools.
+// Links to folders are left out as well, unless the link is one of the names.
 PackageFiles findPackageFiles(const QStringList& names);
 
 } // namespace Ksx::Kit

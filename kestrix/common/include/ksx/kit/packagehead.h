@@ -1,4 +1,4 @@
-// What the head of a package file says.
+// Reads the head of a package file.
 #pragma once
 
 #include <QString>
