@@ -167,6 +167,8 @@ INSTANTIATE_TEST_SUITE_P(
         GoodCase{"OnesOfAParameterEntity",
                  doctype("<!ENTITY % p \"<!ENTITY e 'xyz'>\"> %p;") + "<a>&e;</a>", 3},
         GoodCase{"DefaultValues", doctype("<!ATTLIST a b CDATA 'xyz'>") + "<a/>", 3},
+        GoodCase{"DefaultValuesBesideOthers", doctype("<!ATTLIST a b CDATA 'xyz'>") + "<a c='12'/>",
+                 5},
         GoodCase{"PercentSignsInFrontOfTheRoot", "<!--" + repeated("%20", 10000) + "--><a>x</a>",
                  1},
         GoodCase{"ALongCommentInFrontOfTheRoot", "<!--" + repeated("<x> ", 100000) + "--><a>x</a>",
@@ -480,6 +482,19 @@ protected:
 private:
     QByteArray m_begin;
 };
+
+TEST(BoundedXmlReader, RefusesAReferenceInsideOfAnother)
+{
+    EXPECT_NE(errorOf(readAll(doctype(FourThousand) + "<a>&e&e;</a>")), "");
+}
+
+TEST(BoundedXmlReader, TakesADocumentWithoutADevice)
+{
+    BoundedXmlReader reader(nullptr);
+    reader.addData(QByteArray("<!DOCTYPE a><a/>"));
+
+    EXPECT_EQ(tokensOf(reader, [&] { reader.advance(); }).size(), 5);
+}
 
 TEST(BoundedXmlReader, EndsWhenItsDeviceFails)
 {
