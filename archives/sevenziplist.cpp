@@ -276,7 +276,7 @@ void ListScan::subStreams(const std::vector<Folder>& folders)
     if (accept(Mark::Size))
         numbers(sizes);
     if (accept(Mark::Checksums))
-        checksums(m_form == ListForm::Plain ? unknown : 0);
+        checksums(unknown);
     expect(Mark::End);
 }
 

@@ -2,6 +2,7 @@
 
 #include "data/content/package.h"
 #include "data/diagnosticlog.h"
+#include "support/damage.h"
 #include "support/packagetext.h"
 #include <QBuffer>
 #include <QFile>
@@ -62,6 +63,17 @@ TEST_F(OblImport, TellsItsProgress)
     ASSERT_FALSE(progress.empty());
     EXPECT_GE(progress.front(), 0.0F);
     EXPECT_LE(progress.back(), 1.0F);
+    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
+}
+
+// A comment is met when most of the document has been read, which begins again then.
+TEST_F(OblImport, TellsNoSmallerProgressWhenItReadsADocumentAgain)
+{
+    const std::string groups = TestSupport::repeated(aGroup("g"), 30000);
+
+    import(replaced(aPackage().containing(groups).text(), "</package>", "<!-- --></package>"));
+
+    EXPECT_GT(progress.size(), 20u);
     EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
 }
 
