@@ -280,6 +280,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FaultCase{"TheOwnerMayNotBeGiven", "owner:1:EPERM"},
                     FaultCase{"NeitherOwnerNorGroupMayBeGiven", "owner:1+:EPERM"},
                     FaultCase{"AttributesMayNotBeListed", "extra:1+:EPERM"},
+                    FaultCase{"ThereIsNoAccessList", "extra:2:ENODATA"},
                     FaultCase{"AttributesAreNotSupported", "extra:1+:EOPNOTSUPP"}),
     caseName<FaultCase>);
 

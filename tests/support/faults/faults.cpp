@@ -85,12 +85,12 @@ struct ErrorName
     std::string_view name;
     int number;
 };
-constexpr ErrorName Errors[] = {{"EIO", EIO},       {"ENOSPC", ENOSPC}, {"EDQUOT", EDQUOT},
-                                {"ENOMEM", ENOMEM}, {"EINTR", EINTR},   {"EACCES", EACCES},
-                                {"EPERM", EPERM},   {"EINVAL", EINVAL}, {"EROFS", EROFS},
-                                {"EMFILE", EMFILE}, {"EXDEV", EXDEV},   {"ENOENT", ENOENT},
-                                {"EEXIST", EEXIST}, {"ENOSYS", ENOSYS}, {"EOPNOTSUPP", EOPNOTSUPP},
-                                {"KILL", Kill},     {"SHORT", Shorten}, {"KILLED", KillAfterwards}};
+constexpr ErrorName Errors[] = {
+    {"EIO", EIO},       {"ENOSPC", ENOSPC},   {"EDQUOT", EDQUOT},        {"ENOMEM", ENOMEM},
+    {"EINTR", EINTR},   {"EACCES", EACCES},   {"EPERM", EPERM},          {"EINVAL", EINVAL},
+    {"EROFS", EROFS},   {"EMFILE", EMFILE},   {"EXDEV", EXDEV},          {"ENOENT", ENOENT},
+    {"EEXIST", EEXIST}, {"ENODATA", ENODATA}, {"ENOSYS", ENOSYS},        {"EOPNOTSUPP", EOPNOTSUPP},
+    {"KILL", Kill},     {"SHORT", Shorten},   {"KILLED", KillAfterwards}};
 
 // Nothing here may allocate: the allocator calls it.
 struct Plan
