@@ -146,8 +146,8 @@ LightElement LightDocument::makeElement(std::string_view name)
 
 LightElement LightDocument::makeLeaf(std::string_view name, const QString& value)
 {
-    LightElement leaf = makeElement(name);
-    leaf.setValue(value);
+    const LightElement leaf = makeElement(name);
+    m_nodes->setValue(leaf.m_node, value.constData(), value.size());
     return leaf;
 }
 
