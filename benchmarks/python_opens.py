@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Opens a package many times from Python, and prints the memory of the process on the way.
 
-    PYTHONPATH=build/release/python/lib/python3/dist-packages benchmarks/python_opens.py PACKAGE
+    PYTHONPATH=build/release/python/lib/python3.11/dist-packages benchmarks/python_opens.py PACKAGE
 
 A session opens, walks and closes the package ten times, and is closed then. The next one follows."""
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Walks over all nodes of a package and what feeds them, twice, as walkgraphs does in C++.
 
-    PYTHONPATH=build/release/python/lib/python3/dist-packages \\
+    PYTHONPATH=build/release/python/lib/python3.11/dist-packages \\
         python3 benchmarks/walk_graphs.py PACKAGE"""
 
 import sys
