@@ -1,8 +1,7 @@
 #include "contentindex.h"
 
-#include "data/content/graph.h"
-#include "data/content/group.h"
 #include "data/content/package.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/datapath.h"
 
 namespace Ksx::Kit {
@@ -12,15 +11,6 @@ namespace {
 namespace Doc = Data::Content;
 using Orv::Data::BaseObject;
 using ContentList = Orv::Data::ContainerList<Doc::ContentObjectBase>;
-
-const ContentList* contentOf(const BaseObject& object)
-{
-    if (const auto* group = dynamic_cast<const Doc::Group*>(&object))
-        return &group->content();
-    if (const auto* graph = dynamic_cast<const Doc::Graph*>(&object))
-        return &graph->content();
-    return nullptr;
-}
 
 } // namespace
 
@@ -34,7 +24,7 @@ ContentIndex::ContentIndex(const Doc::Package& package) : m_package(package)
         for (const Doc::ContentObjectBase& item : *content) {
             const auto* const named = dynamic_cast<const Doc::ContentInterface*>(&item);
             m_objects.try_emplace({owner, named->identifierAttribute().get()}, &item);
-            if (const ContentList* inner = contentOf(item))
+            if (const ContentList* inner = Core::contentOf(item))
                 open.emplace_back(&item, inner);
         }
     }

@@ -2,13 +2,13 @@
 #include "core/undostack.h"
 #include "data/content/function.h"
 #include "data/content/graph.h"
-#include "data/content/group.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
 #include "data/filename.h"
 #include "data/latin1.h"
 #include "edits.h"
 #include "ksx/core/compgraphcontroller.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/filereferences.h"
 #include "ksx/core/objecturl.h"
@@ -28,50 +28,21 @@ namespace py = pybind11;
 namespace Document = Data::Content;
 using Orv::Data::Attribute;
 using Orv::Data::BaseObject;
-using Orv::Data::ContainerList;
 using Orv::Data::Text;
 
 namespace {
 
-using ContentList = ContainerList<Document::ContentObjectBase>;
-
 constexpr unsigned BitmapResource = 3;
-
-const ContentList* contentOf(const Document::ContentObjectBase& object)
-{
-    if (const auto* group = dynamic_cast<const Document::Group*>(&object))
-        return &group->content();
-    const auto* graph = dynamic_cast<const Document::Graph*>(&object);
-    return graph == nullptr ? nullptr : &graph->content();
-}
-
-// Calls `visit` for all objects of a package's content, owners first, in the order of the document.
-// Groups lie in groups, thousands deep if a file says so.
-template <class Visit>
-void visitContent(const Document::Package& package, const Visit& visit)
-{
-    std::vector<std::pair<const ContentList*, std::size_t>> levels = {{&package.content(), 0}};
-    while (!levels.empty()) {
-        auto& [list, next] = levels.back();
-        if (next == list->size()) {
-            levels.pop_back();
-            continue;
-        }
-        const Document::ContentObjectBase& object = list->at(next++);
-        visit(object);
-        if (const ContentList* inner = contentOf(object))
-            levels.emplace_back(inner, 0);
-    }
-}
 
 template <class DocumentClass, class Class>
 py::list contentOfKind(const Package& self)
 {
     py::list objects;
-    visitContent(self.as<Document::Package>(), [&](const Document::ContentObjectBase& object) {
-        if (dynamic_cast<const DocumentClass*>(&object) != nullptr)
-            objects.append(Class(self.world(), object));
-    });
+    Core::visitContent(self.as<Document::Package>(),
+                       [&](const Document::ContentObjectBase& object) {
+                           if (dynamic_cast<const DocumentClass*>(&object) != nullptr)
+                               objects.append(Class(self.world(), object));
+                       });
     return objects;
 }
 
@@ -80,11 +51,12 @@ Class findContent(const Package& self, const py::str& identifier)
 {
     const std::string wanted = textFrom(identifier);
     const DocumentClass* found = nullptr;
-    visitContent(self.as<Document::Package>(), [&](const Document::ContentObjectBase& object) {
-        const auto* const candidate = dynamic_cast<const DocumentClass*>(&object);
-        if (found == nullptr && candidate != nullptr && candidate->identifier().get() == wanted)
-            found = candidate;
-    });
+    Core::visitContent(
+        self.as<Document::Package>(), [&](const Document::ContentObjectBase& object) {
+            const auto* const candidate = dynamic_cast<const DocumentClass*>(&object);
+            if (found == nullptr && candidate != nullptr && candidate->identifier().get() == wanted)
+                found = candidate;
+        });
     if (found == nullptr)
         raiseMissing(identifier);
     return Class(self.world(), *found);

@@ -1,6 +1,5 @@
 #include "ksx/core/datanotifier.h"
 
-#include "content/contentwalk.h"
 #include "content/nodekind.h"
 #include "core/manipulatorcontext.h"
 #include "data/content/function.h"
@@ -9,6 +8,7 @@
 #include "data/content/package.h"
 #include "data/content/resource.h"
 #include "data/treewalk.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/edit.h"
 #include "ksx/core/plainroute.h"
 #include <QtGlobal>

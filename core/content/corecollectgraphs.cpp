@@ -1,7 +1,7 @@
 #include "ksx/core/collectgraphs.h"
 
-#include "content/contentwalk.h"
 #include "data/content/graph.h"
+#include "ksx/core/contentwalk.h"
 
 namespace Ksx::Core {
 

@@ -1,7 +1,6 @@
 #include "ksx/core/contentinsertion.h"
 
 #include "content/contentuids.h"
-#include "content/contentwalk.h"
 #include "content/uniqueidentifier.h"
 #include "core/manipulatorlist.h"
 #include "core/manipulatorstruct.h"
@@ -10,6 +9,7 @@
 #include "data/content/group.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
+#include "ksx/core/contentwalk.h"
 #include <algorithm>
 #include <unordered_set>
 #include <vector>

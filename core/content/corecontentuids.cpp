@@ -1,8 +1,8 @@
 #include "content/contentuids.h"
 
-#include "content/contentwalk.h"
 #include "data/content/package.h"
 #include "data/shadowobject.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/listenerof.h"
 #include <vector>
 

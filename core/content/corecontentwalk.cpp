@@ -1,4 +1,4 @@
-#include "content/contentwalk.h"
+#include "ksx/core/contentwalk.h"
 
 #include "data/content/graph.h"
 #include "data/content/group.h"

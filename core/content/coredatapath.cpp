@@ -1,10 +1,10 @@
 #include "ksx/core/datapath.h"
 
-#include "content/contentwalk.h"
 #include "content/nodekind.h"
 #include "data/content/function.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
+#include "ksx/core/contentwalk.h"
 #include <QtGlobal>
 #include <algorithm>
 #include <charconv>

@@ -1,9 +1,9 @@
 #include "ksx/core/filereferences.h"
 
-#include "content/contentwalk.h"
 #include "data/content/package.h"
 #include "data/content/resource.h"
 #include "data/treewalk.h"
+#include "ksx/core/contentwalk.h"
 
 namespace Ksx::Core {
 

@@ -1,8 +1,8 @@
 #include "content/uniqueidentifier.h"
 
 #include "content/contentidentifiers.h"
-#include "content/contentwalk.h"
 #include "data/identifiersuite.h"
+#include "ksx/core/contentwalk.h"
 #include <QString>
 #include <string_view>
 #include <unordered_set>

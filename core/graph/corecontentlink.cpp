@@ -1,8 +1,8 @@
 #include "graph/contentlink.h"
 
-#include "content/contentwalk.h"
 #include "content/packageof.h"
 #include "data/content/package.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/listenerof.h"
 #include "ksx/core/objecturl.h"

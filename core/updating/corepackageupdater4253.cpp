@@ -1,8 +1,8 @@
 #include "updating/packageupdater4253.h"
 
-#include "content/contentwalk.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/uidsource.h"
 #include <algorithm>
 #include <optional>

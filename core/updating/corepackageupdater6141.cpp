@@ -1,8 +1,8 @@
 #include "updating/packageupdater6141.h"
 
-#include "content/contentwalk.h"
 #include "data/content/package.h"
 #include "data/filename.h"
+#include "ksx/core/contentwalk.h"
 #include "ksx/core/datapath.h"
 #include "ksx/core/filereferences.h"
 #include "ksx/core/uidsource.h"
