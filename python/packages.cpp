@@ -74,9 +74,8 @@ py::object pathOrNone(const QString& path)
 
 Graph addGraph(const Package& self, const py::str& identifier)
 {
-    const auto graph = self.session()
-                           .controller(boxOf(self))
-                           ->addGraphObject(QString::fromLatin1(textFrom(identifier).c_str()));
+    const auto graph =
+        self.session().controller(boxOf(self))->addGraphObject(wideTextFrom(identifier));
     require(bool(graph), "the graph cannot be added");
     return {self.world(), *graph};
 }
@@ -84,7 +83,7 @@ Graph addGraph(const Package& self, const py::str& identifier)
 Resource addResource(const Package& self, const py::object& path, const py::str& identifier)
 {
     const QFileInfo file(QFileInfo(pathFrom(path)).absoluteFilePath());
-    const QString name = QString::fromLatin1(textFrom(identifier).c_str());
+    const QString name = wideTextFrom(identifier);
     const auto* const resource =
         self.session()
             .controller(boxOf(self))

@@ -139,7 +139,7 @@ Package findPackage(const Session& self, const py::object& path)
 
 Package addPackage(const Session& self, const py::str& identifier)
 {
-    const auto package = self.get().addPackage(QString::fromLatin1(textFrom(identifier).c_str()));
+    const auto package = self.get().addPackage(wideTextFrom(identifier));
     require(bool(package), "the package cannot be added");
     return {self.world, *package};
 }
@@ -202,7 +202,7 @@ void bindUndo(py::class_<Session>& session)
 py::object editBlock(const WorldPointer& world, const py::str& name)
 {
     world->check();
-    return py::cast(EditBlock(world, QString::fromLatin1(textFrom(name).c_str())));
+    return py::cast(EditBlock(world, wideTextFrom(name)));
 }
 
 void bindSessions(py::module_& module)

@@ -179,6 +179,11 @@ py::str messageOf(const QString& text)
     return checked(PyUnicode_DecodeUTF8(bytes.constData(), bytes.size(), "replace"));
 }
 
+QString wideTextFrom(const py::str& text)
+{
+    return QString::fromLatin1(textFrom(text).c_str());
+}
+
 py::object pathOf(const QString& path)
 {
     const std::string bytes = Orv::toBytes(path);

@@ -19,6 +19,7 @@ namespace Ksx::Python {
 pybind11::str textOf(const std::string& text);
 pybind11::str textOf(const QString& text);
 std::string textFrom(const pybind11::str& text);
+QString wideTextFrom(const pybind11::str& text);
 // Returns a text for users, which may name a file and keeps all of Unicode.
 pybind11::str messageOf(const QString& text);
 
