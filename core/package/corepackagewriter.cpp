@@ -120,21 +120,23 @@ void stampPackage(const Package& package, const QString& path)
 }
 
 bool writePackage(const Package& package, const QString& file, const QDir& presetsDir,
-                  QString* keptCopy)
+                  QString* keptCopy, const QString& place)
 {
     Orv::Core::FileSaver saver(file);
-    const bool isSaved = saver.open(QIODevice::WriteOnly) &&
-                         writeDocument(saver, package, file, presetsDir) && saver.commit();
+    const bool isSaved =
+        saver.open(QIODevice::WriteOnly) &&
+        writeDocument(saver, package, place.isEmpty() ? file : place, presetsDir) && saver.commit();
     if (keptCopy != nullptr)
         *keptCopy = saver.keptCopy();
     return isSaved;
 }
 
 bool savePackage(const Package& package, const QString& path, const QDir& presetsDir,
-                 QString* keptCopy)
+                 QString* keptCopy, const QString& place)
 {
-    stampPackage(package, path);
-    return writePackage(package, Orv::Core::realPath(path), presetsDir, keptCopy);
+    stampPackage(package, place.isEmpty() ? path : place);
+    return writePackage(package, Orv::Core::realPath(path), presetsDir, keptCopy,
+                        place.isEmpty() ? QString() : Orv::Core::realPath(place));
 }
 
 } // namespace Ksx::Core

@@ -14,8 +14,9 @@ namespace Ksx::Core {
 void stampPackage(const Data::Content::Package& package, const QString& path);
 
 // Writes a stamped package as savePackage() does, to a file as Orv::Core::realPath() returns it. Only
-// reads the package.
+// reads the package. `place`, which may be null, is such a file as well, for which the bytes are
+// meant.
 bool writePackage(const Data::Content::Package& package, const QString& file,
-                  const QDir& presetsDir, QString* keptCopy);
+                  const QDir& presetsDir, QString* keptCopy, const QString& place = QString());
 
 } // namespace Ksx::Core

@@ -126,8 +126,8 @@ QString stepText(const IUpdater& updater)
 class Opening
 {
 public:
-    Opening(const QUrl& url, MessageNode* log, const ProgressFunction& progress)
-        : m_url(url), m_log(log), m_progress(progress)
+    Opening(const QUrl& url, const QUrl& place, MessageNode* log, const ProgressFunction& progress)
+        : m_url(url), m_place(place), m_log(log), m_progress(progress)
     {}
 
     bool openDevice();
@@ -153,6 +153,7 @@ private:
     }
 
     const QUrl& m_url;
+    const QUrl& m_place; // where the file is taken to lie
     MessageNode* m_log;
     const ProgressFunction& m_progress;
     const IDataImporter* m_importer = nullptr;
@@ -166,7 +167,7 @@ private:
 
 bool Opening::openDevice()
 {
-    m_importer = ExtensionRegistry::instance().importerFor(m_url);
+    m_importer = ExtensionRegistry::instance().importerFor(m_place);
     if (m_importer == nullptr)
         return fail(readerText("ERROR_NO_IMPORTER_FOUND"));
     m_device = m_importer->createDevice(m_url);
@@ -294,9 +295,9 @@ void Opening::convertReferences(Package& package, const PackageReader::Converter
 {
     std::unique_ptr<Orv::Data::IXmlValueConverter> absolute;
     PackageReader::Converters all;
-    if (m_url.scheme() == QLatin1String("file")) {
+    if (m_place.scheme() == QLatin1String("file")) {
         absolute = std::make_unique<Orv::Data::XmlValueConverterURLRelativeToAbsolute>(
-            m_url.toLocalFile());
+            m_place.toLocalFile());
         all.push_back(absolute.get());
     }
     if (converters != nullptr)
@@ -329,9 +330,9 @@ std::unique_ptr<Package> PackageReader::open(const QUrl& url, MessageNode* log,
                                              const ProgressFunction& progress,
                                              const ConfirmFunction& confirmUpdate,
                                              const Converters* converters, bool* wasUpdated,
-                                             bool noBackup)
+                                             bool noBackup, const QUrl& place)
 {
-    Opening opening(url, log, progress);
+    Opening opening(url, place.isEmpty() ? url : place, log, progress);
     if (!opening.openDevice() || !opening.readVersions())
         return nullptr;
     opening.selectUpdaters();

@@ -640,3 +640,14 @@ INSTANTIATE_TEST_SUITE_P(
     caseName<PresetsCase>);
 
 } // namespace
+
+TEST_F(SavedPackage, IsWrittenAsOneThatWillLieAtAnotherPlace)
+{
+    directory.write("in/x.png", "");
+    const auto saved =
+        packageFrom(aPackage().containing(aResource("r", directory.path("in/x.png"))));
+
+    EXPECT_TRUE(savePackage(*saved, at("copy.tmp"), presets, nullptr, at("in/a.obl")));
+
+    EXPECT_EQ(directory.read("copy.tmp"), aPackage().containing(aResource("r", "x.png")).text());
+}

@@ -2,6 +2,7 @@
 
 #include "data/content/group.h"
 #include "data/content/package.h"
+#include "ksx/core/filereferences.h"
 #include "reading/extensionregistry.h"
 #include "support/packagetext.h"
 #include "support/shelfcases.h"
@@ -1022,3 +1023,17 @@ TEST_F(PackageReading, ProgressIsTold)
 }
 
 } // namespace
+
+// The place of a file that has another name.
+
+TEST_F(PackageReading, TakesAFileForOneAtAnotherPlace)
+{
+    directory.write("copy.tmp", aPackage().containing(aResource("r", "x.png")).text());
+
+    const auto package =
+        PackageReader::open(urlOf("copy.tmp"), &log, {}, {}, nullptr, nullptr, true,
+                            QUrl::fromLocalFile(QStringLiteral("/somewhere/else/a.obl")));
+
+    ASSERT_NE(package, nullptr) << logText();
+    EXPECT_EQ(Ksx::Core::fileReferencesOf(*package).front()->get(), "/somewhere/else/x.png");
+}

@@ -48,11 +48,15 @@ public:
     //
     // Unless `noBackup` is set, a file that needs an update is first copied into the directory
     // ".autosave" beside it. A copy that fails is reported and stops nothing.
+    //
+    // `place` may be empty, which means the URL itself. The bytes at the URL are read as those of a
+    // file at `place`: its ending chooses the importer, and file references begin there. Tools such
+    // as git hand over the versions of a file under names of their own.
     static std::unique_ptr<Data::Content::Package>
     open(const QUrl& url, Orv::Core::MessageNode* log,
          const Orv::Core::Extensions::ProgressFunction& progress,
          const ConfirmFunction& confirmUpdate, const Converters* converters, bool* wasUpdated,
-         bool noBackup);
+         bool noBackup, const QUrl& place = QUrl());
 };
 
 } // namespace Ksx::Core

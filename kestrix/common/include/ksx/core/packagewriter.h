@@ -27,8 +27,11 @@ namespace Ksx::Core {
 //
 // `keptCopy` may be null. It becomes the path of a copy of the old bytes, if these could not be put
 // back. Else it becomes a null text.
+//
+// `place` may be empty, which means `path` itself. The file is written as one that will lie at
+// `place`: its name chooses the versions, and file references begin there.
 bool savePackage(const Data::Content::Package& package, const QString& path, const QDir& presetsDir,
-                 QString* keptCopy = nullptr);
+                 QString* keptCopy = nullptr, const QString& place = QString());
 
 // Returns `value` relative to the directory of `path`, if it leads to a file or folder that exists.
 // Returns it unchanged otherwise. First of the two conversions of a file reference on the way out.
