@@ -19,6 +19,7 @@ namespace {
 
 namespace Doc = Data::Content;
 using Orv::Core::MessageNode;
+using PresetsNames = Orv::Data::XmlValueConverterURLPrefixReplacement;
 
 const char* const PresetsPrefix = "obl://";
 const char* const OldPresetsPrefix = "ksx://";
@@ -128,8 +129,7 @@ std::vector<Dependency> dependenciesOf(const Doc::Package& package, const Packag
 std::unique_ptr<Doc::Package> openPackage(const QString& file, const QStringList& presetsPaths,
                                           QStringList& updates, QString& reason)
 {
-    const Orv::Data::XmlValueConverterURLPrefixReplacement presets(PresetsPrefix,
-                                                                   foldersOf(presetsPaths));
+    const PresetsNames presets(PresetsPrefix, foldersOf(presetsPaths));
     const Core::PackageReader::Converters converters{&presets};
     const auto note = [&](const Core::PackageReader::Updaters& steps, const QUrl&, const auto&) {
         for (const auto* step : steps)
@@ -143,6 +143,24 @@ std::unique_ptr<Doc::Package> openPackage(const QString& file, const QStringList
     if (package == nullptr)
         reason = Core::failureReason(file, firstErrorIn(report));
     return package;
+}
+
+std::unique_ptr<Doc::Package> openVersionAt(const QString& place, const QString& file,
+                                            QString& reason)
+{
+    MessageNode report;
+    auto package = Core::PackageReader::open(QUrl::fromLocalFile(file), &report, {}, {}, nullptr,
+                                             nullptr, true, QUrl::fromLocalFile(place));
+    if (package == nullptr)
+        reason = Core::failureReason(file, firstErrorIn(report));
+    return package;
+}
+
+QString pathOfReference(const QString& reference, const QStringList& presetsPaths)
+{
+    const PresetsNames presets(PresetsPrefix, foldersOf(presetsPaths));
+    std::string path;
+    return presets.convert(Orv::toBytes(reference), path) ? Orv::fromBytes(path) : reference;
 }
 
 } // namespace Ksx::Kit

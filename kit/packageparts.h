@@ -34,4 +34,13 @@ std::unique_ptr<Data::Content::Package> openPackage(const QString& file,
                                                     const QStringList& presetsPaths,
                                                     QStringList& updates, QString& reason);
 
+// Opens a package as one that lies at `place`: see Core::PackageReader. Names of the presets library
+// stay as they are.
+std::unique_ptr<Data::Content::Package> openVersionAt(const QString& place, const QString& file,
+                                                      QString& reason);
+
+// Returns the path that a file reference leads to. References other than names of the presets
+// library are returned as they are.
+QString pathOfReference(const QString& reference, const QStringList& presetsPaths);
+
 } // namespace Ksx::Kit

@@ -1,6 +1,7 @@
 #include "referencecheck.h"
 
 #include "contentindex.h"
+#include "contentplace.h"
 #include "cycle.h"
 #include "data/content/function.h"
 #include "data/content/graph.h"
@@ -20,27 +21,6 @@ namespace {
 namespace Doc = Data::Content;
 using Core::DataPath;
 using Orv::Data::BaseObject;
-
-// Returns the nearest object of the content that an object is in, or is.
-const BaseObject* contentObjectOf(const BaseObject* object)
-{
-    while (object != nullptr && dynamic_cast<const Doc::ContentInterface*>(object) == nullptr)
-        object = object->getParent();
-    return object;
-}
-
-QString placeOf(const BaseObject* object)
-{
-    std::vector<QString> names;
-    for (object = contentObjectOf(object); object != nullptr;
-         object = contentObjectOf(object->getParent()))
-        names.push_back(latinText(
-            dynamic_cast<const Doc::ContentInterface*>(object)->identifierAttribute().get()));
-    QString place;
-    for (auto name = names.rbegin(); name != names.rend(); ++name)
-        place = placeIn(place, *name);
-    return place;
-}
 
 bool isUser(const BaseObject* object)
 {

@@ -1,0 +1,36 @@
+#include "compare/version.h"
+
+#include "core/fileplace.h"
+#include "data/content/package.h"
+#include "packageparts.h"
+#include <QFileInfo>
+
+namespace Ksx::Kit {
+
+namespace {
+
+QString placeOfVersion(const PackageVersion& version)
+{
+    const QString& place = version.place.isEmpty() ? version.file : version.place;
+    // References begin in the folder in which the file really lies.
+    const QString canonical = Orv::Core::canonicalPath(place);
+    return canonical.isEmpty() ? Orv::Core::absolutePath(place) : canonical;
+}
+
+} // namespace
+
+QDir folderOf(const PackageVersion& version)
+{
+    return QFileInfo(placeOfVersion(version)).absoluteDir();
+}
+
+std::unique_ptr<Data::Content::Package> openVersion(const PackageVersion& version,
+                                                    const QDir& folder, QString& reason)
+{
+    if (version.file == QLatin1String("/dev/null"))
+        return std::make_unique<Data::Content::Package>();
+    const QString name = QFileInfo(placeOfVersion(version)).fileName();
+    return openVersionAt(folder.filePath(name), version.file, reason);
+}
+
+} // namespace Ksx::Kit
