@@ -1,0 +1,261 @@
+#include "merge/contentmerge.h"
+
+#include "compare/objectcomparison.h"
+#include "contentplace.h"
+#include "data/content/package.h"
+#include "merge/mergescope.h"
+#include "merge/objectmerge.h"
+#include <unordered_set>
+
+namespace Ksx::Kit {
+
+namespace {
+
+namespace Doc = Data::Content;
+using Orv::Data::BaseObject;
+using Orv::Data::ContainerListBase;
+
+constexpr std::size_t None = Alignment::None;
+constexpr const char* Itself = "?himself";
+
+const QString BothMove = QStringLiteral("Both sides have moved it");
+
+QString keptText(Side remover)
+{
+    return remover == Ours ? QStringLiteral("Our side has removed it, and theirs has changed it")
+                           : QStringLiteral("Their side has removed it, and ours has changed it");
+}
+
+} // namespace
+
+Trio PackageTrio::objects() const
+{
+    return {&base, {sides[Ours], sides[Theirs]}};
+}
+
+ContentMerge::ContentMerge(const PackageTrio& packages, MergeState& state, ObjectMerge& objects)
+    : m_packages(packages), m_state(state),
+      m_objects(objects), m_pairs{ContentPairs(packages.base, *packages.sides[Ours]),
+                                  ContentPairs(packages.base, *packages.sides[Theirs])}
+{
+    for (const Side side : BothSides)
+        m_pairs[side].addTo(m_state.translations[side]);
+}
+
+void ContentMerge::mergeInto(Doc::Package& out)
+{
+    planDependencies();
+    planContent();
+    chooseOwnersAndNames();
+    dropRemoved();
+    keepOwners();
+    addPaths();
+    m_objects.mergeMembers(out, m_packages.objects());
+    m_objects.mergeItems(out.dependencies(), m_dependencies);
+    build(out);
+}
+
+void ContentMerge::planDependencies()
+{
+    m_dependencies = planOf(m_packages.objects().mapped([](const BaseObject& package) {
+        return memberOf(package, "dependencies");
+    }),
+                            m_state);
+    for (const PlannedItem& item : m_dependencies.items) {
+        for (const Side side : BothSides)
+            if (const BaseObject* const version = item.versions.sides[side])
+                m_state.translations[side].setDependency(*ownUidOf(*version), *item.uid);
+        const BaseObject* const any =
+            item.versions.base != nullptr ? item.versions.base : &item.versions.any();
+        if (*nameOf(*any) == Itself)
+            m_state.paths.setOwn(*item.uid);
+    }
+}
+
+void ContentMerge::planContent()
+{
+    const ListPlan plan =
+        planList(m_pairs[Ours].first(), {m_pairs[Ours].second(), m_pairs[Theirs].second()},
+                 {m_pairs[Ours].alignment(), m_pairs[Theirs].alignment()}, m_state.preferred());
+    for (const PlannedItem& item : plan.items) {
+        for (const BaseObject* const version :
+             {item.versions.base, item.versions.sides[Ours], item.versions.sides[Theirs]})
+            if (version != nullptr)
+                m_places.emplace(version, m_entries.size());
+        m_entries.push_back({item});
+    }
+}
+
+std::size_t ContentMerge::ownerIn(const BaseObject* version) const
+{
+    const BaseObject* const owner = version == nullptr ? nullptr : contentOwnerOf(*version);
+    return owner == nullptr ? None : m_places.at(owner);
+}
+
+std::size_t ContentMerge::chosenOwner(const Entry& entry)
+{
+    const Trio& versions = entry.item.versions;
+    if (!versions.hasBoth())
+        return ownerIn(&versions.any());
+    const std::array<std::size_t, 2> owners{ownerIn(versions.sides[Ours]),
+                                            ownerIn(versions.sides[Theirs])};
+    const std::size_t base = ownerIn(versions.base);
+    const auto won = winner(versions.base == nullptr ? nullptr : &base, owners);
+    if (!won)
+        m_state.addConflictOf(versions.any(), versions, BothMove);
+    return owners[won.value_or(m_state.preferred())];
+}
+
+// A conflict of names is found again when the object is merged.
+std::string ContentMerge::chosenName(const Entry& entry) const
+{
+    const Trio& versions = entry.item.versions;
+    if (!versions.hasBoth())
+        return *nameOf(versions.any());
+    const std::array<std::string, 2> names{*nameOf(*versions.sides[Ours]),
+                                           *nameOf(*versions.sides[Theirs])};
+    const std::string* const base = versions.base == nullptr ? nullptr : nameOf(*versions.base);
+    return names[winner(base, names).value_or(m_state.preferred())];
+}
+
+void ContentMerge::chooseOwnersAndNames()
+{
+    for (Entry& entry : m_entries) {
+        const Trio& versions = entry.item.versions;
+        if (versions.sides[Ours] == nullptr && versions.sides[Theirs] == nullptr) {
+            entry.isKept = false;
+            continue;
+        }
+        entry.owner = chosenOwner(entry);
+        entry.name = chosenName(entry);
+    }
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (m_entries[i].isKept && isInItself(i)) {
+            const Trio& versions = m_entries[i].item.versions;
+            m_state.addConflictOf(versions.any(), versions,
+                                  QStringLiteral("The sides have moved objects into each other"));
+            m_entries[i].owner = None;
+        }
+}
+
+bool ContentMerge::isInItself(std::size_t index) const
+{
+    std::unordered_set<std::size_t> known;
+    std::size_t owner = m_entries[index].owner;
+    while (owner != None && owner != index && known.insert(owner).second)
+        owner = m_entries[owner].owner;
+    return owner == index;
+}
+
+bool ContentMerge::isChanged(const Entry& entry, Side side)
+{
+    const Trio& versions = entry.item.versions;
+    const BaseObject* const version = versions.sides[side];
+    return ownerIn(versions.base) != ownerIn(version) ||
+           !isSame(*versions.base, *version, m_state.translations[side]);
+}
+
+void ContentMerge::dropRemoved()
+{
+    for (Entry& entry : m_entries) {
+        Trio& versions = entry.item.versions;
+        if (!entry.isKept || versions.base == nullptr || versions.hasBoth())
+            continue;
+        const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
+        entry.isKept = isChanged(entry, otherSide(remover));
+        if (!entry.isKept)
+            continue;
+        m_state.addConflictOf(versions.any(), versions, keptText(remover));
+        entry.isKept = m_state.preferred() != remover;
+        versions.base = nullptr;
+    }
+}
+
+void ContentMerge::keepOwners()
+{
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (m_entries[i].isKept)
+            keepOwnersOf(i);
+}
+
+// A side may have put something into an object that the other one has removed.
+void ContentMerge::keepOwnersOf(std::size_t index)
+{
+    for (std::size_t i = m_entries[index].owner; i != None; i = m_entries[i].owner) {
+        Trio& versions = m_entries[i].item.versions;
+        if (m_entries[i].isKept || versions.base == nullptr ||
+            (versions.sides[Ours] == nullptr && versions.sides[Theirs] == nullptr))
+            continue;
+        const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
+        m_state.addConflictOf(versions.any(), versions, keptText(remover));
+        m_entries[i].isKept = m_state.preferred() != remover;
+        versions.base = nullptr;
+    }
+}
+
+std::string ContentMerge::pathOfEntry(std::size_t index) const
+{
+    std::string path = m_entries[index].name;
+    for (std::size_t i = m_entries[index].owner; i != None; i = m_entries[i].owner)
+        path.insert(0, m_entries[i].name + '/');
+    return path;
+}
+
+// An object that the base lacks may have a path that another object has there, and goes by another
+// one in between.
+void ContentMerge::addPaths()
+{
+    std::unordered_set<std::string> known;
+    for (const Entry& entry : m_entries)
+        if (entry.item.versions.base != nullptr)
+            known.insert(pathOf(*entry.item.versions.base));
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+        if (!m_entries[i].isKept)
+            continue;
+        const Trio& versions = m_entries[i].item.versions;
+        const std::string to = pathOfEntry(i);
+        if (versions.base != nullptr) {
+            m_state.paths.setPath(pathOf(*versions.base), to);
+            continue;
+        }
+        for (const Side side : BothSides) {
+            if (versions.sides[side] == nullptr)
+                continue;
+            const std::string from = pathOf(*versions.sides[side]);
+            const std::string between = known.count(from) == 0 ? from : '\x01' + from;
+            if (between != from)
+                m_state.translations[side].setPath(from, between);
+            m_state.paths.setPath(between, to);
+        }
+    }
+}
+
+void ContentMerge::build(Doc::Package& out)
+{
+    std::vector<std::vector<std::size_t>> children(m_entries.size());
+    std::vector<std::pair<BaseObject*, std::vector<std::size_t>>> owners{{&out, {}}};
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
+        if (m_entries[i].isKept)
+            (m_entries[i].owner == None ? owners.front().second : children[m_entries[i].owner])
+                .push_back(i);
+    while (!owners.empty()) {
+        const auto [owner, entries] = std::move(owners.back());
+        owners.pop_back();
+        auto* const list =
+            static_cast<ContainerListBase*>(const_cast<BaseObject*>(memberOf(*owner, "content")));
+        for (const std::size_t i : entries) {
+            const BaseObject& any = m_entries[i].item.versions.any();
+            std::unique_ptr<BaseObject> child =
+                list == nullptr ? nullptr : list->createChild(any.getMeta().name);
+            if (child == nullptr)
+                continue; // the owner has become an object without content
+            BaseObject& merged = *child;
+            list->pushBack(std::move(child));
+            const Whereabouts::Item inside(m_state.walk, any);
+            m_objects.mergeItem(merged, m_entries[i].item);
+            owners.emplace_back(&merged, std::move(children[i]));
+        }
+    }
+}
+
+} // namespace Ksx::Kit
