@@ -1,4 +1,5 @@
 // The command "check", which finds the faults of packages.
+#include "command/colour.h"
 #include "command/commandtable.h"
 #include "command/jsonoutput.h"
 #include "command/packagework.h"
@@ -45,12 +46,14 @@ QString locationOf(const QString& file, const Finding& finding)
     return QStringLiteral("%1:%2:%3").arg(lineText(file)).arg(finding.line).arg(finding.column);
 }
 
-QString findingText(const QString& file, const Finding& finding)
+QString findingText(const QString& file, const Finding& finding, bool isColoured)
 {
     const FindingKind& kind = finding.kind();
-    QString text = QStringLiteral("%1: %2: %3 [%4]\n")
-                       .arg(locationOf(file, finding), wordOf(kind.severity),
-                            lineText(finding.text), QLatin1String(kind.name));
+    const Colour colour = kind.severity == Severity::Error ? Colour::Bad : Colour::Warning;
+    QString text =
+        QStringLiteral("%1: %2: %3 [%4]\n")
+            .arg(locationOf(file, finding), coloured(wordOf(kind.severity), colour, isColoured),
+                 lineText(finding.text), QLatin1String(kind.name));
     if (!finding.place.isEmpty())
         text += QStringLiteral("    at %1\n").arg(lineText(finding.place));
     return text + QStringLiteral("    %1\n").arg(QLatin1String(kind.advice));
@@ -81,7 +84,7 @@ public:
             m_json->add({{"file", file}, {"findings", arrayOf(findings)}});
         else
             for (const Finding& finding : findings)
-                std::cout << Orv::toBytes(findingText(file, finding));
+                std::cout << Orv::toBytes(findingText(file, finding, m_isColoured));
     }
 
     void finish(const PackageFiles& files)
@@ -101,6 +104,7 @@ public:
     }
 
 private:
+    const bool m_isColoured = hasColours();
     std::optional<JsonList> m_json; // none for people
     std::size_t m_packages = 0;
     std::size_t m_errors = 0;

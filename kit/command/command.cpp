@@ -32,8 +32,9 @@ std::string globalHelp()
     std::size_t width = 0;
     for (const Command& command : commands())
         width = std::max(width, std::string(command.name).size());
-    std::string text = "Usage: ksx COMMAND [OPTION...] [OPERAND...]\n\n"
-                       "Looks at package files, and writes to none of them.\n\nCommands:\n";
+    std::string text =
+        "Usage: ksx COMMAND [OPTION...] [OPERAND...]\n\n"
+        "Looks at package files, and writes none but those that it is told to write.\n\nCommands:\n";
     for (const Command& command : commands()) {
         std::string name = command.name;
         name.resize(width + 2, ' ');

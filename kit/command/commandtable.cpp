@@ -10,6 +10,10 @@ const std::vector<Command>& commands()
         {"info", "PACKAGE|FOLDER|-...", "Lists what is in packages", &declareInfoOptions, &runInfo},
         {"check", "PACKAGE|FOLDER|-...", "Finds whatever is out of date or wrong in packages",
          &declareCheckOptions, &runCheck},
+        {"diff", "FIRST SECOND", "Tells what differs between two packages or two folders",
+         &declareDiffOptions, &runDiff},
+        {"merge", "BASE OURS THEIRS", "Joins the changes that two sides made to a package",
+         &declareMergeOptions, &runMerge},
         {"schema", "", "Writes the format of packages as a schema", &declareSchemaOptions,
          &runSchema},
     };

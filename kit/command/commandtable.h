@@ -12,8 +12,14 @@ struct Request;
 void declareCheckOptions(boost::program_options::options_description& options);
 int runCheck(const Request& request);
 
+void declareDiffOptions(boost::program_options::options_description& options);
+int runDiff(const Request& request);
+
 void declareInfoOptions(boost::program_options::options_description& options);
 int runInfo(const Request& request);
+
+void declareMergeOptions(boost::program_options::options_description& options);
+int runMerge(const Request& request);
 
 void declareSchemaOptions(boost::program_options::options_description& options);
 int runSchema(const Request& request);

@@ -21,7 +21,42 @@ QString wordOf(MemberKind kind)
     }
 }
 
+QJsonObject locationJson(const Location& location)
+{
+    return {{"place", location.place},
+            {"within", QJsonArray::fromStringList(location.within)},
+            {"object", location.object},
+            {"name", location.name},
+            {"member", location.member}};
+}
+
+QJsonValue numberOrNull(const std::optional<unsigned>& number)
+{
+    return number ? QJsonValue(qint64(*number)) : QJsonValue();
+}
+
 } // namespace
+
+QJsonObject toJson(const Conflict& conflict)
+{
+    QJsonObject object = locationJson(conflict);
+    object["base"] = conflict.base;
+    object["ours"] = conflict.ours;
+    object["theirs"] = conflict.theirs;
+    object["reason"] = conflict.reason;
+    return object;
+}
+
+QJsonObject toJson(const Difference& difference)
+{
+    QJsonObject object = locationJson(difference);
+    object["kind"] = wordOf(difference.kind);
+    object["before"] = difference.before;
+    object["after"] = difference.after;
+    object["nodeBefore"] = numberOrNull(difference.nodeBefore);
+    object["nodeAfter"] = numberOrNull(difference.nodeAfter);
+    return object;
+}
 
 QJsonObject toJson(const Finding& finding)
 {

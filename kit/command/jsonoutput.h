@@ -1,9 +1,11 @@
 // Results as JSON. docs/ksx.schema.json describes all of it.
 #pragma once
 
+#include "ksx/kit/comparison.h"
 #include "ksx/kit/finding.h"
 #include "ksx/kit/format.h"
 #include "ksx/kit/inventory.h"
+#include "ksx/kit/merge.h"
 #include "ksx/kit/packagefiles.h"
 #include <QByteArray>
 #include <QJsonArray>
@@ -15,6 +17,8 @@ namespace Ksx::Kit {
 // The version of the schema. It grows when a program that reads the output could fail.
 constexpr int JsonVersion = 1;
 
+QJsonObject toJson(const Conflict& conflict);
+QJsonObject toJson(const Difference& difference);
 QJsonObject toJson(const Failure& failure);
 QJsonObject toJson(const Finding& finding);
 QJsonObject toJson(const NamedDependency& dependency);

@@ -40,10 +40,8 @@ void declareReadingOptions(po::options_description& options)
     // clang-format on
 }
 
-PackageFiles filesOf(const Request& request)
+QStringList operandsOf(const Request& request)
 {
-    if (request.operands.isEmpty())
-        throw UsageError("No package given");
     QStringList names;
     for (const QString& operand : request.operands) {
         if (operand == QLatin1String("-"))
@@ -51,7 +49,14 @@ PackageFiles filesOf(const Request& request)
         else
             names.append(operand);
     }
-    PackageFiles found = findPackageFiles(names);
+    return names;
+}
+
+PackageFiles filesOf(const Request& request)
+{
+    if (request.operands.isEmpty())
+        throw UsageError("No package given");
+    PackageFiles found = findPackageFiles(operandsOf(request));
     for (const Failure& failure : found.failures)
         printFailure(failure);
     return found;

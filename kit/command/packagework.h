@@ -15,6 +15,9 @@ namespace Ksx::Kit {
 // Adds the options "json", "presets-path" and "jobs".
 void declareReadingOptions(boost::program_options::options_description& options);
 
+// Returns the operands, with the lines of standard input in the place of "-".
+QStringList operandsOf(const Request& request);
+
 // Returns the files that the operands mean. "-" means the lines of standard input. Prints
 // the failures of the search. Throws UsageError without an operand.
 PackageFiles filesOf(const Request& request);

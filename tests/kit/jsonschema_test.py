@@ -54,6 +54,22 @@ class JsonSchema(unittest.TestCase):
         finding["code"] = "another"
         self.assertFalse(VALIDATOR.is_valid(document))
 
+    def test_describes_differences(self):
+        document = output_of("diff", "--layout", "mixed/everything.obl", "wood/wood_planks.obl")
+        self.assertEqual(len(document["comparisons"]), 1)
+        self.assertValid(document)
+
+    def test_describes_differences_of_nodes(self):
+        document = output_of("diff", "old/felt.obl", "/dev/null")
+        self.assertNotEqual(document["comparisons"][0]["differences"], [])
+        self.assertValid(document)
+
+    def test_describes_conflicts(self):
+        document = output_of("merge", "/dev/null", "wood/wood_planks.obl", "bricks/brick_wall.obl",
+                             "-o", "out.obl")
+        self.assertNotEqual(document["conflicts"], [])
+        self.assertValid(document)
+
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))
 

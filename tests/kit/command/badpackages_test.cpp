@@ -7,6 +7,7 @@
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include <gtest/gtest.h>
+#include <algorithm>
 #include <sstream>
 #include <sys/stat.h>
 
@@ -33,12 +34,33 @@ namespace {
 
 constexpr long MaximumKilobytes = 1024L * 1024;
 
-// Commands that read packages.
-const std::vector<Arguments>& readingCommands()
+using Commands = std::vector<Arguments>;
+
+// Commands that search folders, with "@" for the name of a package or a folder.
+const Commands& searchingCommands()
 {
-    static const std::vector<Arguments> all = {
-        {"info"},  {"info", "--json"}, {"info", "--brief"}, {"info", "--brief", "--json"},
-        {"check"}, {"check", "--json"}};
+    static const Commands all = {{"info", "@"},
+                                 {"info", "--json", "@"},
+                                 {"info", "--brief", "@"},
+                                 {"info", "--brief", "--json", "@"},
+                                 {"check", "@"},
+                                 {"check", "--json", "@"}};
+    return all;
+}
+
+// The same, and commands that read packages alone.
+const Commands& readingCommands()
+{
+    static const Commands all = [] {
+        Commands commands = searchingCommands();
+        commands.insert(commands.end(),
+                        {{"diff", "@", "@"},
+                         {"diff", "--json", "--layout", "@", "@"},
+                         {"diff", "--text", "@"},
+                         {"merge", "@", "@", "@", "-o", "merged.obl"},
+                         {"merge", "--json", "--ours", "@", "@", "@", "-o", "merged.obl"}});
+        return commands;
+    }();
     return all;
 }
 
@@ -47,13 +69,14 @@ class BadPackages : public testing::Test
 protected:
     ToolRun run(Arguments arguments, const std::string& operand) const
     {
-        arguments.push_back(operand);
+        std::replace(arguments.begin(), arguments.end(), std::string("@"), operand);
         return Tool(directory.path()).at(ksxPath()).withoutRootRights().run(arguments);
     }
     // In each command.
-    void expectRefused(const std::string& operand, const std::string& error) const
+    void expectRefused(const std::string& operand, const std::string& error,
+                       const Commands& commands = readingCommands()) const
     {
-        for (const Arguments& command : readingCommands()) {
+        for (const Arguments& command : commands) {
             const ToolRun found = run(command, operand);
             EXPECT_EQ(found.exitCode, 2) << found;
             EXPECT_EQ(found.err.rfind("Error! " + error, 0), 0U) << found;
@@ -106,7 +129,7 @@ TEST_F(BadPackages, AFolderNamedLikeAPackageIsSearched)
     allowAll();
     directory.makeDirectory("a.obl");
 
-    EXPECT_EQ(run({"info"}, "a.obl").exitCode, 0);
+    EXPECT_EQ(run({"info", "@"}, "a.obl").exitCode, 0);
 }
 
 TEST_F(BadPackages, APipeIsRefusedWithoutWaiting)
@@ -122,7 +145,7 @@ TEST_F(BadPackages, APipeInAFolderIsRefusedWithoutWaiting)
     allowAll();
     ASSERT_EQ(mkfifo(directory.path("a.obl").c_str(), 0666), 0);
 
-    expectRefused(".", "./a.obl: it cannot be opened");
+    expectRefused(".", "./a.obl: it cannot be opened", searchingCommands());
 }
 
 TEST_F(BadPackages, AFileThatMayNotBeReadIsRefused)
@@ -140,7 +163,8 @@ TEST_F(BadPackages, AFolderThatMayNotBeReadIsRefused)
     directory.makeDirectory("closed");
     directory.setMode("closed", 0);
 
-    expectRefused("closed", "closed: it cannot be searched: Permission denied");
+    expectRefused("closed", "closed: it cannot be searched: Permission denied",
+                  searchingCommands());
 }
 
 TEST_F(BadPackages, ALinkToItselfIsRefused)
@@ -158,8 +182,8 @@ TEST_F(BadPackages, APackageThatIsCutAnywhereIsToldAndLeavesTheOthers)
     writeMany(directory, static_cast<int>(text.size()) / 5,
               [&](int i) { return text.substr(0, static_cast<std::size_t>(i) * 5); });
 
-    const ToolRun listed = run({"info"}, "many");
-    const ToolRun checked = run({"check"}, "many");
+    const ToolRun listed = run({"info", "@"}, "many");
+    const ToolRun checked = run({"check", "@"}, "many");
 
     EXPECT_EQ(listed.exitCode, 2) << listed;
     EXPECT_EQ(linesWith("it is no sound document", listed.err), text.size() / 5);
