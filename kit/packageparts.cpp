@@ -23,7 +23,6 @@ using PresetsNames = Orv::Data::XmlValueConverterURLPrefixReplacement;
 
 const char* const PresetsPrefix = "obl://";
 const char* const OldPresetsPrefix = "ksx://";
-const char* const Itself = "?himself";
 
 QString firstErrorIn(const MessageNode& node)
 {
@@ -43,18 +42,9 @@ QString optionOf(const Doc::Options& options, std::string_view name)
     return {};
 }
 
-// Returns the text of the value of a constant, which is the first member of its structure.
-QString valueOf(const Doc::DefaultValue& value)
-{
-    if (value.isEmpty())
-        return {};
-    const auto& constant = static_cast<const Orv::Data::Container&>(*value.get());
-    return latinText(static_cast<const Orv::Data::AttributeBase&>(*constant.childAt(0)).toString());
-}
-
 DependencyWay wayOf(const QString& filename)
 {
-    if (filename == QLatin1String(Itself))
+    if (filename == QLatin1String(ItselfName))
         return DependencyWay::Itself;
     if (filename.startsWith(QLatin1String(PresetsPrefix)) ||
         filename.startsWith(QLatin1String(OldPresetsPrefix)))
@@ -71,6 +61,12 @@ std::list<QDir> foldersOf(const QStringList& presetsPaths)
 
 } // namespace
 
+std::string textOfConstant(const Orv::Data::BaseObject& constant)
+{
+    const auto& members = static_cast<const Orv::Data::Container&>(constant);
+    return static_cast<const Orv::Data::AttributeBase&>(*members.childAt(0)).toString();
+}
+
 QString latinText(std::string_view text)
 {
     return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
@@ -84,7 +80,8 @@ Input inputOf(const Doc::ParamInput& input)
             latinText(input.attributes().label().get()),
             latinText(input.group().get()),
             input.type().value().get(),
-            valueOf(input.defaultValue()),
+            input.defaultValue().isEmpty() ? QString()
+                                           : latinText(textOfConstant(*input.defaultValue().get())),
             latinText(input.defaultWidget().name().get()),
             optionOf(options, "min"),
             optionOf(options, "max"),

@@ -5,8 +5,13 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
+
+namespace Orv::Data {
+class BaseObject;
+} // namespace Orv::Data
 
 namespace Ksx::Data::Content {
 class Package;
@@ -15,6 +20,12 @@ class Resource;
 } // namespace Ksx::Data::Content
 
 namespace Ksx::Kit {
+
+// The name by which a package depends on itself.
+constexpr const char* ItselfName = "?himself";
+
+// Returns the text of a constant, whose structure has the value as its first member.
+std::string textOfConstant(const Orv::Data::BaseObject& constant);
 
 // Returns a text of a document, which has 8 bits.
 QString latinText(std::string_view text);
