@@ -1,10 +1,8 @@
 // A plain layout for graphs that are too large for the library of layouts.
+#include "drawing/drawinglayers.h"
 #include "drawing/drawinglayout.h"
 #include <algorithm>
 #include <cmath>
-#include <deque>
-#include <limits>
-#include <numeric>
 
 namespace Ksx::Kit {
 
@@ -14,80 +12,8 @@ constexpr double ColumnGap = 60;
 constexpr double RowGap = 16;
 constexpr double MinimumColumn = 12; // boxes that a column may always have
 
-using Numbers = std::vector<std::size_t>;
-
-// Layers of boxes: each wire goes to a later one, but for a wire that closes a cycle.
-class Layers
-{
-public:
-    explicit Layers(const Drawing& drawing)
-        : m_feeders(drawing.boxes.size()), m_users(drawing.boxes.size()),
-          m_layers(drawing.boxes.size())
-    {
-        for (const Wire& wire : drawing.wires) {
-            m_feeders[wire.to].push_back(wire.from);
-            m_users[wire.from].push_back(wire.to);
-        }
-        assign();
-        pullSources();
-    }
-
-    bool isAlone(std::size_t box) const { return m_feeders[box].empty() && m_users[box].empty(); }
-    const Numbers& feeders(std::size_t box) const { return m_feeders[box]; }
-    std::size_t of(std::size_t box) const { return m_layers[box]; }
-
-private:
-    // Takes the boxes whose feeders are all done, and the first of the others where there are none.
-    void assign()
-    {
-        Numbers open(m_feeders.size());
-        std::deque<std::size_t> ready;
-        std::vector<bool> isTaken(m_feeders.size());
-        for (std::size_t box = 0; box < open.size(); ++box) {
-            open[box] = m_feeders[box].size();
-            if (open[box] == 0)
-                ready.push_back(box);
-        }
-        for (std::size_t next = 0; next < open.size() || !ready.empty();) {
-            if (ready.empty()) {
-                ready.push_back(next++);
-                continue;
-            }
-            const std::size_t box = ready.front();
-            ready.pop_front();
-            if (isTaken[box])
-                continue;
-            isTaken[box] = true;
-            for (const std::size_t user : m_users[box]) {
-                if (isTaken[user])
-                    continue;
-                m_layers[user] = std::max(m_layers[user], m_layers[box] + 1);
-                if (--open[user] == 0)
-                    ready.push_back(user);
-            }
-        }
-    }
-
-    // Moves boxes that nothing feeds to the layer in front of their first user.
-    void pullSources()
-    {
-        for (std::size_t box = 0; box < m_layers.size(); ++box) {
-            if (!m_feeders[box].empty() || m_users[box].empty())
-                continue;
-            std::size_t first = std::numeric_limits<std::size_t>::max();
-            for (const std::size_t user : m_users[box])
-                first = std::min(first, m_layers[user]);
-            m_layers[box] = first == 0 ? 0 : first - 1;
-        }
-    }
-
-    std::vector<Numbers> m_feeders;
-    std::vector<Numbers> m_users;
-    Numbers m_layers;
-};
-
 // Sorts a layer by the mean of the places that the feeders of each box have in their own layers.
-void sortByFeeders(Numbers& layer, const Layers& layers, std::vector<double>& places)
+void sortByFeeders(Numbers& layer, const DrawingLayers& layers, std::vector<double>& places)
 {
     std::vector<std::pair<double, std::size_t>> keys;
     for (const std::size_t box : layer) {
@@ -146,7 +72,7 @@ std::size_t longestColumn(std::size_t boxes)
 void layOutInColumns(Drawing& drawing)
 {
     std::vector<Box>& boxes = drawing.boxes;
-    const Layers layers(drawing);
+    const DrawingLayers layers(drawing);
     std::vector<Numbers> columns;
     Numbers alone;
     for (std::size_t box = 0; box < boxes.size(); ++box) {

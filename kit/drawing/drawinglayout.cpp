@@ -1,5 +1,7 @@
 #include "drawing/drawinglayout.h"
 
+#include "drawing/drawinglayers.h"
+#include "drawing/layoutmodule.h"
 #include "drawing/textwidth.h"
 #include <QStringList>
 #include <algorithm>
@@ -22,6 +24,7 @@ constexpr double SameRow = 32; // boxes of stored places that are less apart are
 constexpr double MinimumApart = 8;     // stored places that are less apart are taken for one place
 constexpr std::size_t Neighbours = 64; // that are compared with a box
 constexpr int MaximumLines = 12;
+constexpr double Far = 1e12; // beyond all places
 
 // Sets the size of a box by its texts, and cuts these to it.
 void fit(Box& box)
@@ -171,21 +174,50 @@ void useStored(Drawing& drawing, const StoredPlaces& stored)
     }
 }
 
+// The bounds of a graph that the library gets. Its time and memory grow faster than the graph.
+constexpr std::size_t MaximumLibraryBoxes = 1000;
+constexpr std::size_t MaximumCrossings = 3000;
+
+// Returns false where the graph is too large for the library, or the library is missing.
+bool layOutByLibrary(Drawing& drawing)
+{
+    std::vector<Box>& boxes = drawing.boxes;
+    if (boxes.size() > MaximumLibraryBoxes || DrawingLayers(drawing).crossings() > MaximumCrossings)
+        return false;
+    const LayoutFunction run = layoutFunction();
+    if (run == nullptr)
+        return false;
+    std::vector<LayoutBox> places;
+    for (const Box& box : boxes)
+        places.push_back({box.width, box.height});
+    std::vector<LayoutWire> wires;
+    for (const Wire& wire : drawing.wires)
+        if (wire.from != wire.to)
+            wires.push_back({wire.from, wire.to});
+    if (!run(places.data(), places.size(), wires.data(), wires.size()))
+        return false;
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        centre(boxes[i], {places[i].x, places[i].y});
+    return true;
+}
+
 // Puts the notes below all boxes, beside each other.
 void placeNotesBelow(Drawing& drawing)
 {
-    double bottom = 0;
-    double right = 0;
+    double left = Far;
+    double right = -Far;
+    double bottom = -Far;
     for (const Box& box : drawing.boxes) {
-        bottom = std::max(bottom, box.y + box.height);
+        left = std::min(left, box.x);
         right = std::max(right, box.x + box.width);
+        bottom = std::max(bottom, box.y + box.height);
     }
-    double x = 0;
+    double x = left;
     double y = bottom + 2 * BoxGap;
     double lineHeight = 0;
     for (Note& note : drawing.notes) {
-        if (x > 0 && x + note.width > right) {
-            x = 0;
+        if (x > left && x + note.width > right) {
+            x = left;
             y += lineHeight + BoxGap;
             lineHeight = 0;
         }
@@ -201,7 +233,6 @@ void moveToOrigin(Drawing& drawing)
 {
     if (drawing.boxes.empty() && drawing.notes.empty())
         return;
-    constexpr double Far = 1e12;
     QPointF low(Far, Far);
     QPointF high(-Far, -Far);
     const auto visitAll = [&](const auto& visit) {
@@ -232,8 +263,10 @@ void layOut(Drawing& drawing, const StoredPlaces& places)
         drawing.way = LayoutWay::Stored;
         useStored(drawing, places);
     } else {
-        drawing.way = LayoutWay::Columns;
-        layOutInColumns(drawing);
+        const bool isComputed = layOutByLibrary(drawing);
+        drawing.way = isComputed ? LayoutWay::Computed : LayoutWay::Columns;
+        if (!isComputed)
+            layOutInColumns(drawing);
         placeNotesBelow(drawing);
     }
     moveToOrigin(drawing);

@@ -90,7 +90,8 @@ QByteArray connectorText(const Connector& connector, double x, double y, double 
 void fitRow(QString& input, QString& output, double width)
 {
     const double room = width - 2 * Padding;
-    const double outputRoom = input.isEmpty() ? room : room * 0.5;
+    const double wanted = input.isEmpty() ? 0 : textWidth(input, ConnectorSize) + Padding / 2;
+    const double outputRoom = std::max(room / 2, room - wanted);
     output = fittingText(output, outputRoom, ConnectorSize);
     const double used = output.isEmpty() ? 0 : textWidth(output, ConnectorSize) + Padding / 2;
     input = fittingText(input, room - used, ConnectorSize);

@@ -101,6 +101,17 @@ std::string manyNodes(unsigned count)
     return nodes;
 }
 
+// A chain behind node 1, each of whose nodes is fed by node 1 as well.
+std::string aLadder(unsigned end)
+{
+    std::string nodes;
+    for (unsigned i = 2; i <= end; ++i)
+        nodes += aNode(i, aFilter("blend"),
+                       aConnexion("source", i - 1, 999 + i) + aConnexion("destination", 1, 1001),
+                       1000 + i, 1);
+    return nodes;
+}
+
 std::string aNote(const std::string& kind, const std::string& text, const std::string& place)
 {
     return "<GUIObject><type v=\"" + kind + "\"/><GUILayout><gpos v=\"" + place +
@@ -212,6 +223,27 @@ TEST(Drawing, WithoutStoredPlacesWiresGoToTheRight)
     EXPECT_NE(drawing.way, LayoutWay::Stored);
     EXPECT_LT(drawing.boxes[0].x + drawing.boxes[0].width, drawing.boxes[1].x);
     EXPECT_LT(drawing.boxes[1].x + drawing.boxes[1].width, drawing.boxes[2].x);
+    EXPECT_EQ(coveredPairs(drawing), 0U);
+}
+
+TEST(Drawing, TheLibraryForLayoutsIsUsedWithoutStoredPlaces)
+{
+    EXPECT_EQ(drawingOf(aChain()).way, LayoutWay::Computed);
+}
+
+TEST(Drawing, TheSameGraphIsLaidOutInTheSameWay)
+{
+    EXPECT_EQ(svgOf(drawingOf(aChain())), svgOf(drawingOf(aChain())));
+}
+
+TEST(Drawing, AGraphThatTheLibraryWouldTakeLongForIsLaidOutInColumns)
+{
+    GraphText graph;
+    graph.nodes = aNode(1, aFilter("uniform"), {}, 1001, 1) + aLadder(400);
+
+    const Drawing drawing = drawingOf(graph);
+
+    EXPECT_EQ(drawing.way, LayoutWay::Columns);
     EXPECT_EQ(coveredPairs(drawing), 0U);
 }
 
