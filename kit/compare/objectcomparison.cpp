@@ -2,6 +2,7 @@
 
 #include "compare/pairscope.h"
 #include "compare/words.h"
+#include "contentplace.h"
 #include "data/attributebase.h"
 #include "data/containerstruct.h"
 #include "data/containerunion.h"
@@ -16,6 +17,20 @@ using Orv::Data::ContainerStructBase;
 using Orv::Data::ContainerUnionBase;
 using Orv::Data::ObjectKind;
 
+namespace {
+
+// Returns whether an item is a node of a graph or of a function. The nodes of a computed parameter
+// are a part of the parameter.
+bool isNode(const BaseObject& item)
+{
+    if (item.getMeta().name != "paramNode")
+        return item.getMeta().name == "compNode";
+    const BaseObject& body = *item.getParent()->getParent();
+    return contentObjectOf(&item) == body.getParent()->getParent();
+}
+
+} // namespace
+
 // A pair of items whose members are compared.
 class ObjectComparison::Inside
 {
@@ -24,7 +39,7 @@ public:
         : m_comparison(comparison), m_item(comparison.m_walk, second),
           m_nodeBefore(comparison.m_nodeBefore), m_nodeAfter(comparison.m_nodeAfter)
     {
-        if (second.getMeta().name != "compNode")
+        if (!isNode(second))
             return;
         comparison.m_nodeBefore = uidOf(first);
         comparison.m_nodeAfter = uidOf(second);
@@ -58,7 +73,7 @@ void ObjectComparison::addItem(ChangeKind kind, const BaseObject& item)
     m_differences.push_back({m_walk.locationOf(item), kind, isAdded ? QString() : summary,
                              isAdded ? summary : QString(), m_nodeBefore, m_nodeAfter});
     Difference& one = m_differences.back();
-    if (item.getMeta().name == "compNode")
+    if (isNode(item))
         (isAdded ? one.nodeAfter : one.nodeBefore) = uidOf(item);
 }
 

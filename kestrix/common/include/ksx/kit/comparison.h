@@ -49,7 +49,8 @@ struct Difference : Location
     // The values as a file has them, or a description of what has no single value.
     QString before;
     QString after;
-    // The numbers of the node of the graph that the object is in or is. None outside of nodes.
+    // The numbers of the node that the object is in or is: that of the graph, or that of the function
+    // outside of graphs. None outside of nodes.
     std::optional<unsigned> nodeBefore = std::nullopt;
     std::optional<unsigned> nodeAfter = std::nullopt;
 };

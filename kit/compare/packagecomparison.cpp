@@ -1,0 +1,52 @@
+#include "compare/packagecomparison.h"
+
+#include "contentplace.h"
+#include "data/content/package.h"
+
+namespace Ksx::Kit {
+
+namespace Doc = Data::Content;
+using Orv::Data::BaseObject;
+
+PackageComparison::PackageComparison(const Doc::Package& first, const Doc::Package& second,
+                                     const ComparisonOptions& options, const QDir& folder)
+    : m_first(first), m_second(second), m_content(first, second), m_walk(second, folder),
+      m_objects(m_translation, folder, options.withLayout, m_walk, m_differences)
+{
+    m_content.addTo(m_translation);
+}
+
+std::vector<Difference> PackageComparison::run()
+{
+    m_objects.compareItem(m_first, m_second);
+    m_objects.compareLists(m_first.dependencies(), m_second.dependencies());
+    for (const BaseObject* const object : m_content.first()) {
+        const BaseObject* const partner = m_content.partnerOf(object);
+        if (partner != nullptr)
+            compareContent(*object, *partner);
+        else
+            addContent(ChangeKind::Removed, *object);
+    }
+    for (const BaseObject* const object : m_content.second())
+        if (m_content.partnerOf(object) == nullptr)
+            addContent(ChangeKind::Added, *object);
+    return std::move(m_differences);
+}
+
+// What is in an object that is added or removed goes with it.
+void PackageComparison::addContent(ChangeKind kind, const BaseObject& object)
+{
+    const BaseObject* const owner = contentOwnerOf(object);
+    if (owner == nullptr || m_content.partnerOf(owner) != nullptr)
+        m_objects.addItem(kind, object);
+}
+
+void PackageComparison::compareContent(const BaseObject& first, const BaseObject& second)
+{
+    const Whereabouts::Item inside(m_walk, second);
+    if (m_content.partnerOf(contentOwnerOf(second)) != contentOwnerOf(first))
+        m_objects.add(ChangeKind::Moved, placeOf(&first), placeOf(&second));
+    m_objects.compareItem(first, second);
+}
+
+} // namespace Ksx::Kit
