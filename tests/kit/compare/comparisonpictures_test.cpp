@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 using Ksx::Kit::Box;
-using Ksx::Kit::Drawing;
 using Ksx::Kit::DrawnComparison;
 using Ksx::Kit::Mark;
 using Ksx::Kit::Wire;

@@ -134,9 +134,9 @@ void RandomSides::addNodes(Doc::Package& package)
 
 void RandomSides::removeChosen()
 {
-    for (BaseObject* const item : m_removed) {
-        if (const auto* const parameter = dynamic_cast<Doc::Parameter*>(item))
-            erase(*parameter);
+    for (const BaseObject* const item : m_removed) {
+        if (item->getMeta().name == "parameter")
+            erase(static_cast<const Doc::Parameter&>(*item));
         else
             erase(static_cast<const Doc::Connexion&>(*item));
     }
