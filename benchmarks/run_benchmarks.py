@@ -98,7 +98,7 @@ class Failure(Exception):
     """A program failed, or its output is not what it must be."""
 
 
-def run(command, log):
+def run(command, log, expected=0):
     """Runs one process to its end, without a shell, and answers what it used.
 
     The peak memory of a child is never below that of this script, whose pages the child still
@@ -114,7 +114,7 @@ def run(command, log):
     _, status, used = os.wait4(pid, 0)
     wall = time.perf_counter() - start
     code = os.waitstatus_to_exitcode(status)
-    if code != 0:
+    if code != expected:
         with open(log, encoding="utf-8", errors="replace") as text:
             raise Failure(f"{' '.join(command[:6])} ended with {code}: {text.read(2000).strip()}")
     return Usage(wall, used.ru_utime + used.ru_stime, used.ru_maxrss * 1024)
