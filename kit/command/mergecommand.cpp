@@ -74,18 +74,19 @@ QString conflictText(const Conflict& conflict, bool isColoured)
            valueLine("theirs", conflict.theirs);
 }
 
-void print(const Conflicts& conflicts, bool isWritten)
+void print(const MergeResult& result, bool isPreferring)
 {
     const bool isColoured = hasColours();
-    for (const Conflict& conflict : conflicts)
+    const std::size_t count = result.conflicts.size();
+    for (const Conflict& conflict : result.conflicts)
         std::cout << Orv::toBytes(conflictText(conflict, isColoured));
-    if (conflicts.empty())
+    if (count == 0)
         return;
-    const QString count = conflicts.size() == 1
-                              ? QStringLiteral("1 conflict")
-                              : QStringLiteral("%1 conflicts").arg(conflicts.size());
-    std::cout << Orv::toBytes(count)
-              << (isWritten ? "\n" : ", nothing is written without --ours or --theirs\n");
+    std::cout << count << (count == 1 ? " conflict" : " conflicts");
+    if (!result.isWritten)
+        std::cout << (isPreferring ? ", nothing is written: no side settles a fault"
+                                   : ", nothing is written without --ours or --theirs");
+    std::cout << '\n';
 }
 
 } // namespace
@@ -118,23 +119,21 @@ int runMerge(const Request& request)
         throw UsageError("The option '--output' is missing");
     QString file;
     QString reason;
-    const std::optional<Conflicts> conflicts =
+    const std::optional<MergeResult> result =
         mergePackages(versions, target, options, file, reason);
-    const bool isWritten =
-        conflicts && (conflicts->empty() || options.preference != Preference::None);
-    if (!conflicts)
+    if (!result)
         printFailure({file, reason});
     if (request.has("json")) {
         JsonList list("merge", "conflicts");
-        for (const Conflict& conflict : conflicts.value_or(Conflicts()))
+        for (const Conflict& conflict : result ? result->conflicts : Conflicts())
             list.add(toJson(conflict));
-        list.finish(conflicts ? std::vector<Failure>() : std::vector<Failure>{{file, reason}});
-    } else if (conflicts) {
-        print(*conflicts, isWritten);
+        list.finish(result ? std::vector<Failure>() : std::vector<Failure>{{file, reason}});
+    } else if (result) {
+        print(*result, options.preference != Preference::None);
     }
-    if (!conflicts)
+    if (!result)
         return CannotDo;
-    return conflicts->empty() ? NothingFound : SomethingFound;
+    return result->conflicts.empty() ? NothingFound : SomethingFound;
 }
 
 } // namespace Ksx::Kit

@@ -1,5 +1,7 @@
 #include "compare/references.h"
 
+#include "ksx/core/datapath.h"
+
 namespace Ksx::Kit {
 
 namespace {
@@ -69,6 +71,15 @@ const ContainerListBase* nodesOf(const BaseObject& owner)
     if (name == "dynamicValue")
         return listOf(owner, "paramNodes");
     return name == "paramsGraph" ? listOf(owner, "paramsGraphNodes") : nullptr;
+}
+
+std::string segmentsOf(const std::string& path)
+{
+    const Core::DataPath parts(path);
+    std::string joined;
+    for (const std::string& segment : parts.segments())
+        joined += (joined.empty() ? "" : "/") + segment;
+    return joined;
 }
 
 } // namespace Ksx::Kit

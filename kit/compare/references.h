@@ -3,6 +3,7 @@
 
 #include "compare/itemkind.h"
 #include <optional>
+#include <string>
 
 namespace Ksx::Kit {
 
@@ -39,5 +40,8 @@ const Orv::Data::ContainerListBase* listOf(const Orv::Data::BaseObject& structur
 // Returns the nodes of a graph, a computed value or a parameter graph. Returns null for anything
 // else.
 const Orv::Data::ContainerListBase* nodesOf(const Orv::Data::BaseObject& owner);
+
+// Returns the identifiers of a data path, with "/" in between.
+std::string segmentsOf(const std::string& path);
 
 } // namespace Ksx::Kit

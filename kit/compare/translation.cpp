@@ -111,10 +111,7 @@ std::string Translation::pathText(const std::string& text) const
     const auto uid = Core::DataPath::dependencyOf(text);
     std::string path = text;
     if (!uid || m_own.count(*uid) == 1) {
-        const Core::DataPath parts(text);
-        std::string joined;
-        for (const std::string& segment : parts.segments())
-            joined += (joined.empty() ? "" : "/") + segment;
+        const std::string joined = segmentsOf(text);
         const auto found = m_paths.find(joined);
         const std::size_t place =
             joined.empty() ? std::string::npos : text.find(joined, Scheme.size());

@@ -3,6 +3,8 @@
 #include "compare/objectcomparison.h"
 #include "contentplace.h"
 #include "data/content/package.h"
+#include "ksx/core/datapath.h"
+#include "ksx/core/filereferences.h"
 #include "merge/mergescope.h"
 #include "merge/objectmerge.h"
 #include <unordered_set>
@@ -45,6 +47,7 @@ ContentMerge::ContentMerge(const PackageTrio& packages, MergeState& state, Objec
 void ContentMerge::mergeInto(Doc::Package& out)
 {
     planDependencies();
+    findNewUses();
     planContent();
     chooseOwnersAndNames();
     dropRemoved();
@@ -84,6 +87,20 @@ void ContentMerge::planContent()
                 m_places.emplace(version, m_entries.size());
         m_entries.push_back({item});
     }
+}
+
+// Numbers of dependencies and paths are told to the translations by now.
+void ContentMerge::findNewUses()
+{
+    std::unordered_set<std::string> known;
+    Core::visitTexts(m_packages.base,
+                     [&](const Core::TextAttribute& text) { known.insert(text.get()); });
+    for (const Side side : BothSides)
+        Core::visitTexts(*m_packages.sides[side], [&](const Core::TextAttribute& text) {
+            const std::string path = m_state.translations[side].text(text.get());
+            if (Core::DataPath::isDataPath(path) && known.count(path) == 0)
+                m_newlyUsed[side].insert(segmentsOf(path));
+        });
 }
 
 std::size_t ContentMerge::ownerIn(const BaseObject* version) const
@@ -152,6 +169,7 @@ bool ContentMerge::isChanged(const Entry& entry, Side side)
     const Trio& versions = entry.item.versions;
     const BaseObject* const version = versions.sides[side];
     return ownerIn(versions.base) != ownerIn(version) ||
+           m_newlyUsed[side].count(pathOf(*versions.base)) == 1 ||
            !isSame(*versions.base, *version, m_state.translations[side]);
 }
 
@@ -166,7 +184,7 @@ void ContentMerge::dropRemoved()
         if (!entry.isKept)
             continue;
         m_state.addConflictOf(versions.any(), versions, keptText(remover));
-        entry.isKept = m_state.preferred() != remover;
+        entry.isKept = !m_state.isDropped(remover);
         versions.base = nullptr;
     }
 }
@@ -188,7 +206,7 @@ void ContentMerge::keepOwnersOf(std::size_t index)
             continue;
         const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
         m_state.addConflictOf(versions.any(), versions, keptText(remover));
-        m_entries[i].isKept = m_state.preferred() != remover;
+        m_entries[i].isKept = !m_state.isDropped(remover);
         versions.base = nullptr;
     }
 }

@@ -6,6 +6,7 @@
 #include "merge/mergestate.h"
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Ksx::Data::Content {
@@ -46,6 +47,7 @@ private:
         std::string name = {};
     };
 
+    void findNewUses();
     void planDependencies();
     void planContent();
     void chooseOwnersAndNames();
@@ -69,6 +71,8 @@ private:
     ListPlan m_dependencies;
     std::vector<Entry> m_entries;                                           // in their new order
     std::unordered_map<const Orv::Data::BaseObject*, std::size_t> m_places; // of each version
+    // The paths, in the base, that a side has and the base has not.
+    std::array<std::unordered_set<std::string>, 2> m_newlyUsed;
 };
 
 } // namespace Ksx::Kit

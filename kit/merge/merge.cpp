@@ -8,6 +8,8 @@
 #include "merge/mergestate.h"
 #include "merge/objectmerge.h"
 #include <QFileInfo>
+#include <iterator>
+#include <utility>
 
 namespace Ksx::Kit {
 
@@ -23,10 +25,9 @@ bool canBeWritten(const QString& name)
 
 } // namespace
 
-std::optional<std::vector<Conflict>> mergePackages(const MergeVersions& versions,
-                                                   const QString& target,
-                                                   const MergeOptions& options, QString& file,
-                                                   QString& reason)
+std::optional<MergeResult> mergePackages(const MergeVersions& versions, const QString& target,
+                                         const MergeOptions& options, QString& file,
+                                         QString& reason)
 {
     const QString& place = versions.ours.place.isEmpty() ? target : versions.ours.place;
     file = target;
@@ -50,15 +51,18 @@ std::optional<std::vector<Conflict>> mergePackages(const MergeVersions& versions
     ObjectMerge objects(state);
     Doc::Package merged;
     ContentMerge(packages, state, objects).mergeInto(merged);
-    for (Conflict& fault : newFaults(merged, *ours, *theirs, place, options.presetsPaths))
-        state.conflicts.push_back(std::move(fault));
-    if (!state.conflicts.empty() && options.preference == Preference::None)
-        return std::move(state.conflicts);
+    std::vector<Conflict> faults = newFaults(merged, *ours, *theirs, place, options.presetsPaths);
+    const bool isWritten =
+        faults.empty() && (state.conflicts.empty() || options.preference != Preference::None);
+    MergeResult result{std::move(state.conflicts), isWritten};
+    std::move(faults.begin(), faults.end(), std::back_inserter(result.conflicts));
+    if (!isWritten)
+        return result;
     file = target;
     // A package that lies in the presets library names its files without it, as the versions do.
     if (Core::savePackage(merged, target, QFileInfo(place).absoluteDir(), nullptr,
                           versions.ours.place))
-        return std::move(state.conflicts);
+        return result;
     reason = QStringLiteral("It cannot be written");
     return std::nullopt;
 }

@@ -1,7 +1,11 @@
 #include "merge/mergescope.h"
 
 #include "compare/pairscope.h"
+#include "data/attribute.h"
 #include <algorithm>
+#include <set>
+#include <string>
+#include <tuple>
 
 namespace Ksx::Kit {
 
@@ -20,7 +24,33 @@ Trio listsOf(const Trio& owners, std::string_view element)
     return owners.mapped([&](const BaseObject& owner) { return memberOf(owner, element); });
 }
 
+// The number of a node that is fed, the name of its input, and the number of the feeding node.
+using Use = std::tuple<unsigned, std::string, unsigned>;
+
+// Returns the connections of a list of nodes, with the numbers that they have in the base.
+std::set<Use> usesIn(const BaseObject* list, const Translation& translation)
+{
+    std::set<Use> uses;
+    for (const BaseObject* const node : itemsOrNone(list)) {
+        const BaseObject* const connexions = connexionsOf(*node);
+        const unsigned fed = translation.number(Target::Node, ownUidOf(*node).value_or(0));
+        for (const BaseObject* const connexion : itemsOrNone(connexions))
+            if (const auto feeding = feedingNodeOf(*connexion))
+                uses.emplace(fed, *nameOf(*connexion), translation.number(Target::Node, *feeding));
+    }
+    return uses;
+}
+
 } // namespace
+
+std::optional<unsigned> feedingNodeOf(const BaseObject& connexion)
+{
+    const BaseObject& reference = *memberOf(connexion, "connRef");
+    if (!reference.isModified())
+        return std::nullopt;
+    return static_cast<const Orv::Data::Attribute<Orv::Data::UInt>&>(*memberOf(reference, "value"))
+        .get();
+}
 
 ListPlan planOf(const Trio& lists, const MergeState& state)
 {
@@ -43,11 +73,17 @@ MergeScope::MergeScope(const Trio& owners, MergeState& state)
         addNumbers(one.target, m_plans.back().second);
         if (m_isGraph && one.target == Target::Node)
             addOutputs(m_plans.back().second);
+        if (one.target == Target::Node) {
+            m_outerDroppedNodes.swap(state.droppedNodes);
+            addNewUses(listsOf(owners, one.list));
+        }
     }
 }
 
 MergeScope::~MergeScope()
 {
+    if (!m_plans.empty())
+        m_outerDroppedNodes.swap(m_state.droppedNodes);
     for (Translation& translation : m_state.translations)
         if (m_isGraph)
             translation.forgetOutputs();
@@ -69,6 +105,17 @@ void MergeScope::addNumbers(Target target, const ListPlan& plan)
             if (from && *from != *item.uid)
                 m_state.translations[side].set(target, *from, *item.uid);
         }
+}
+
+void MergeScope::addNewUses(const Trio& lists)
+{
+    if (lists.base == nullptr || !lists.hasBoth())
+        return;
+    const std::set<Use> base = usesIn(lists.base, Translation());
+    for (const Side side : BothSides)
+        for (const Use& use : usesIn(lists.sides[side], m_state.translations[side]))
+            if (base.count(use) == 0)
+                m_newlyUsed[side].insert(std::get<2>(use));
 }
 
 void MergeScope::addOutputs(const ListPlan& nodes)

@@ -23,15 +23,25 @@ public:
     // lead.
     const ListPlan* planOf(std::string_view element) const;
 
+    // Returns whether a side feeds a node from this one and does not do so in the base. The number is
+    // that of the base.
+    bool isNewlyUsed(Side side, unsigned node) const { return m_newlyUsed[side].count(node) == 1; }
+
 private:
     void addNumbers(Target target, const ListPlan& plan);
     void addOutputs(const ListPlan& nodes);
+    void addNewUses(const Trio& lists);
 
     MergeState& m_state;
     const bool m_isGraph;
     std::deque<Translation::Scope> m_scopes;
     std::vector<std::pair<std::string_view, ListPlan>> m_plans;
+    std::array<std::unordered_set<unsigned>, 2> m_newlyUsed;
+    std::unordered_set<unsigned> m_outerDroppedNodes;
 };
+
+// Returns the number of the node that feeds a connection. Returns none if nothing feeds it.
+std::optional<unsigned> feedingNodeOf(const Orv::Data::BaseObject& connexion);
 
 // Plans a list of which the trio has the versions.
 ListPlan planOf(const Trio& lists, const MergeState& state);

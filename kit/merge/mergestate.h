@@ -6,6 +6,7 @@
 #include "ksx/kit/merge.h"
 #include "merge/trio.h"
 #include <array>
+#include <unordered_set>
 
 namespace Ksx::Kit {
 
@@ -17,6 +18,13 @@ struct MergeState
 
     // Returns the side whose version is taken in conflicts: ours if nothing is written.
     Side preferred() const { return preference == Preference::Theirs ? Theirs : Ours; }
+
+    // Returns whether an object goes that a side has removed in a conflict. Nothing goes if nothing is
+    // written, so that one conflict brings no others.
+    bool isDropped(Side remover) const
+    {
+        return preference != Preference::None && preferred() == remover;
+    }
 
     void addConflict(const Trio& values, const QString& reason);
     void addConflictOf(const Orv::Data::BaseObject& item, const Trio& values,
@@ -31,6 +39,9 @@ struct MergeState
     // From the paths of the base to those of the merged package.
     Translation paths;
     std::vector<Conflict> conflicts;
+    // The numbers, in the base, of the nodes around that go in a conflict. Connections to them go
+    // as well.
+    std::unordered_set<unsigned> droppedNodes;
 
 private:
     void add(Location location, const Trio& values, const QString& reason);

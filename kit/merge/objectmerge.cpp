@@ -22,10 +22,12 @@ const QString BothChange = QStringLiteral("Both sides have changed it");
 const QString BothAdd = QStringLiteral("Both sides have added it");
 const QString BothOrder = QStringLiteral("Both sides have brought the items into another order");
 
-QString removalText(Side remover)
+QString removalText(Side remover, bool isUsed)
 {
-    return remover == Ours ? QStringLiteral("Our side has removed it, and theirs has changed it")
-                           : QStringLiteral("Their side has removed it, and ours has changed it");
+    const QString text = remover == Ours
+                             ? QStringLiteral("Our side has removed it, and theirs has %1 it")
+                             : QStringLiteral("Their side has removed it, and ours has %1 it");
+    return text.arg(isUsed ? QStringLiteral("connected") : QStringLiteral("changed"));
 }
 
 // Facts that nobody minds to be those of either side.
@@ -229,20 +231,44 @@ bool ObjectMerge::isKept(PlannedItem& item)
     if (versions.sides[Ours] == nullptr && versions.sides[Theirs] == nullptr)
         return false;
     const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
-    const BaseObject& other = versions.any();
-    if (isSame(*versions.base, other, m_state.translations[otherSide(remover)]))
+    const Side other = otherSide(remover);
+    const bool isUsed = m_scope != nullptr && item.uid && m_scope->isNewlyUsed(other, *item.uid);
+    if (!isUsed && isSame(*versions.base, versions.any(), m_state.translations[other]))
         return false;
-    m_state.addConflictOf(other, versions, removalText(remover));
+    m_state.addConflictOf(versions.any(), versions, removalText(remover, isUsed));
     versions.base = nullptr;
-    return m_state.preference != Preference::None && m_state.preferred() != remover;
+    const bool isDropped = m_state.isDropped(remover);
+    if (isDropped && connexionsOf(versions.any()) != nullptr)
+        m_state.droppedNodes.insert(*item.uid);
+    return !isDropped;
+}
+
+bool ObjectMerge::isFedByDroppedNode(const Trio& connexions) const
+{
+    for (const Side side : BothSides) {
+        const BaseObject* const version = connexions.sides[side];
+        const auto feeding = version == nullptr ? std::nullopt : feedingNodeOf(*version);
+        if (feeding && m_state.droppedNodes.count(
+                           m_state.translations[side].number(Target::Node, *feeding)) == 1)
+            return true;
+    }
+    return false;
 }
 
 void ObjectMerge::mergeItems(ContainerListBase& out, const ListPlan& plan)
 {
     if (plan.hasTwoOrders)
         m_state.addConflict({}, BothOrder);
-    for (PlannedItem item : plan.items) {
-        if (!isKept(item))
+    std::vector<PlannedItem>
+        kept; // known before the first item is merged, which may refer to others
+    for (const PlannedItem& planned : plan.items) {
+        PlannedItem item = planned;
+        if (isKept(item))
+            kept.push_back(item);
+    }
+    const bool isConnexions = out.getMeta().name == "connexions" && !m_state.droppedNodes.empty();
+    for (const PlannedItem& item : kept) {
+        if (isConnexions && isFedByDroppedNode(item.versions))
             continue;
         std::unique_ptr<BaseObject> child = out.createChild(item.versions.any().getMeta().name);
         BaseObject& merged = *child;

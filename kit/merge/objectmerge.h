@@ -26,11 +26,11 @@ public:
     // Fills a list. `plan` is that of the list.
     void mergeItems(Orv::Data::ContainerListBase& out, const ListPlan& plan);
 
+private:
     // Returns whether the item goes into the merged list, and makes it that of one side if the other
     // one has removed it in a conflict.
     bool isKept(PlannedItem& item);
-
-private:
+    bool isFedByDroppedNode(const Trio& connexions) const;
     void mergeStruct(Orv::Data::BaseObject& out, const Trio& versions);
     void mergeMember(Orv::Data::BaseObject& out, const Trio& versions);
     void mergeLeaf(Orv::Data::AttributeBase& out, const Trio& versions);

@@ -63,10 +63,10 @@ protected:
     Lines mergeFiles(const MergeVersions& versions)
     {
         Lines lines;
-        const auto conflicts = mergePackages(versions, at("out.obl"), options, file, reason);
-        if (!conflicts)
+        const auto result = mergePackages(versions, at("out.obl"), options, file, reason);
+        if (!result)
             return {"failed: " + reason.toStdString()};
-        for (const Conflict& conflict : *conflicts)
+        for (const Conflict& conflict : result->conflicts)
             lines.push_back(lineOf(conflict));
         return lines;
     }
@@ -285,7 +285,7 @@ INSTANTIATE_TEST_SUITE_P(
                      packageWithNodes(aBlend(1) + aBlend(3)),
                      packageWithNodes(aBlend(3)),
                      packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))),
-                     {"pkg://g: package:  |  | "}},
+                     {"pkg://g: node 1: blend |  | blend"}},
         ConflictCase{"FedInACircle",
                      packageWithNodes(aBlend(1) + aBlend(3)),
                      packageWithNodes(aBlend(1, fedBy(3)) + aBlend(3)),
@@ -295,7 +295,7 @@ INSTANTIATE_TEST_SUITE_P(
                      packageWith(GraphText().text()),
                      packageWith({}),
                      packageWith(GraphText().text() + aUserOf("pkg://g")),
-                     {"pkg://user: package:  |  | "}},
+                     {"pkg://g: graph g: 0 nodes |  | 0 nodes"}},
         ConflictCase{"TwoNames",
                      packageWith(GraphText().text()),
                      packageWith(aGraphCalled("h")),
@@ -363,6 +363,49 @@ TEST_F(MergeOf, RemovesWhatThePreferredSideHasRemoved)
     merge(packageWith(aGroup("a")), packageWith({}), packageWith(aGroup("a", GraphText().text())));
 
     EXPECT_EQ(merged(), packageWith({}));
+}
+
+TEST_F(MergeOf, DropsTheConnectionToANodeThatThePreferredSideHasRemoved)
+{
+    options.preference = Preference::Ours;
+
+    merge(packageWithNodes(aBlend(1) + aBlend(3)), packageWithNodes(aBlend(3)),
+          packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))));
+
+    EXPECT_EQ(merged(), packageWithNodes(aBlend(3)));
+}
+
+TEST_F(MergeOf, KeepsTheNodeThatThePreferredSideHasConnected)
+{
+    options.preference = Preference::Theirs;
+
+    merge(packageWithNodes(aBlend(1) + aBlend(3)), packageWithNodes(aBlend(3)),
+          packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))));
+
+    EXPECT_EQ(merged(), packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))));
+}
+
+TEST_F(MergeOf, KeepsTheGraphThatThePreferredSideHasUsed)
+{
+    options.preference = Preference::Theirs;
+
+    merge(packageWith(GraphText().text()), packageWith({}),
+          packageWith(GraphText().text() + aUserOf("pkg://g")));
+
+    EXPECT_EQ(merged(), packageWith(GraphText().text() + aUserOf("pkg://g")));
+}
+
+TEST_F(MergeOf, WritesNothingWithAFaultThatNeitherSideHas)
+{
+    options.preference = Preference::Ours;
+
+    EXPECT_EQ(merge(packageWithNodes(aBlend(1) + aBlend(3)),
+                    packageWithNodes(aBlend(1, fedBy(3)) + aBlend(3)),
+                    packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))))
+                  .size(),
+              1u);
+
+    EXPECT_FALSE(directory.exists("out.obl"));
 }
 
 // Files.

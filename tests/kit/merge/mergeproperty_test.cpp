@@ -60,7 +60,7 @@ protected:
     {
         const MergeVersions versions{
             {at("base.obl"), place}, {at(ours), place}, {at(theirs), place}};
-        return mergePackages(versions, at(out), {}, file, reason).value().size();
+        return mergePackages(versions, at(out), {}, file, reason).value().conflicts.size();
     }
 
     Lines differences(const std::string& second)

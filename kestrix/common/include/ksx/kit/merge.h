@@ -47,20 +47,29 @@ struct MergeOptions
     QStringList presetsPaths = {};
 };
 
+// What came out of a merge.
+struct MergeResult
+{
+    std::vector<Conflict> conflicts;
+    // Whether the merged package was written.
+    bool isWritten = false;
+};
+
 // Merges two versions of a package that were made of one base, and writes the result to `target`.
 // Objects are the same object as comparePackages() finds them. Changes of different objects and
 // members join. Both sides may change the layout of one node; one of the positions is taken then.
 // References to files are written as both sides have them. The result is sound where both sides are: connections and references of one side to an object
 // that the other one removed are conflicts.
 //
-// Returns the conflicts. With conflicts and without a preference nothing is written. Returns none if
-// a file cannot be read or written, with its name and a sentence in `file` and `reason`. The target
-// has its old bytes then.
+// With conflicts nothing is written, unless a side is preferred. Errors of the merged package that
+// neither side has are conflicts, and then nothing is written at all: there is no value to choose.
+//
+// Returns none if a file cannot be read or written, with its name and a sentence in `file` and
+// `reason`. The target has its old bytes then.
 //
 // Whichever side is called ours, the result is the same, apart from conflicts. Main thread.
-std::optional<std::vector<Conflict>> mergePackages(const MergeVersions& versions,
-                                                   const QString& target,
-                                                   const MergeOptions& options, QString& file,
-                                                   QString& reason);
+std::optional<MergeResult> mergePackages(const MergeVersions& versions, const QString& target,
+                                         const MergeOptions& options, QString& file,
+                                         QString& reason);
 
 } // namespace Ksx::Kit
