@@ -25,13 +25,15 @@ const BaseObject* contentOwnerOf(const BaseObject& object)
 
 QString placeOf(const BaseObject* object)
 {
-    std::vector<QString> names;
+    std::vector<const BaseObject*> objects;
     for (object = contentObjectOf(object); object != nullptr; object = contentOwnerOf(*object))
-        names.push_back(latinText(
-            dynamic_cast<const Doc::ContentInterface*>(object)->identifierAttribute().get()));
+        objects.push_back(object);
     QString place;
-    for (auto name = names.rbegin(); name != names.rend(); ++name)
-        place = placeIn(place, *name);
+    for (auto one = objects.rbegin(); one != objects.rend() && !isCut(place); ++one)
+        place = placeIn(
+            place,
+            latinText(
+                dynamic_cast<const Doc::ContentInterface*>(*one)->identifierAttribute().get()));
     return place;
 }
 

@@ -35,6 +35,11 @@ std::vector<Finding> FindingList::take()
     return std::move(m_findings);
 }
 
+bool isCut(const QString& place)
+{
+    return place.size() > MaximumText;
+}
+
 QString placeIn(const QString& outer, const QString& identifier)
 {
     return cut(outer.isEmpty() ? QStringLiteral("pkg://") + identifier

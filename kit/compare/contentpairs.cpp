@@ -27,10 +27,13 @@ Items contentOf(const Doc::Package& package)
 
 std::string pathOf(const BaseObject& object)
 {
-    std::string path = *nameOf(object);
+    std::vector<const std::string*> names{nameOf(object)};
     for (const BaseObject* owner = contentOwnerOf(object); owner != nullptr;
          owner = contentOwnerOf(*owner))
-        path.insert(0, *nameOf(*owner) + '/');
+        names.push_back(nameOf(*owner));
+    std::string path;
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        path += (path.empty() ? "" : "/") + **name;
     return path;
 }
 

@@ -213,9 +213,12 @@ void ContentMerge::keepOwnersOf(std::size_t index)
 
 std::string ContentMerge::pathOfEntry(std::size_t index) const
 {
-    std::string path = m_entries[index].name;
-    for (std::size_t i = m_entries[index].owner; i != None; i = m_entries[i].owner)
-        path.insert(0, m_entries[i].name + '/');
+    std::vector<const std::string*> names;
+    for (std::size_t i = index; i != None; i = m_entries[i].owner)
+        names.push_back(&m_entries[i].name);
+    std::string path;
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        path += (path.empty() ? "" : "/") + **name;
     return path;
 }
 
