@@ -15,6 +15,11 @@ FileSaver::FileSaver(const QString& path) : m_path(path) {}
 
 FileSaver::~FileSaver() = default;
 
+bool FileSaver::canSave(const QString& path)
+{
+    return !path.isEmpty() && FileSaving::canBeAt(toBytes(path));
+}
+
 bool FileSaver::open(OpenMode mode)
 {
     if (mode != WriteOnly || m_saving != nullptr || m_path.isEmpty())

@@ -20,6 +20,9 @@ public:
     // where nothing can be written.
     static std::unique_ptr<FileSaving> at(const std::string& path);
 
+    // Returns whether at() would return a way, without a step on it.
+    static bool canBeAt(const std::string& path);
+
     virtual bool write(const char* data, qint64 size) = 0;
     // Returns true when all bytes are on disk under the name of the target.
     virtual bool commit() = 0;

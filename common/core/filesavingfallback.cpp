@@ -1,6 +1,7 @@
 #include "filesaving.h"
 
 #include "data/filename.h"
+#include <QFileInfo>
 #include <QSaveFile>
 
 namespace Orv::Core {
@@ -29,6 +30,14 @@ std::unique_ptr<FileSaving> FileSaving::at(const std::string& path)
     if (!saving->start())
         return nullptr;
     return saving;
+}
+
+bool FileSaving::canBeAt(const std::string& path)
+{
+    const QFileInfo file(fromBytes(path));
+    if (file.exists())
+        return file.isFile() && file.isWritable();
+    return QFileInfo(file.absolutePath()).isWritable();
 }
 
 } // namespace Orv::Core

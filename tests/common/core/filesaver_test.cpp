@@ -356,4 +356,66 @@ TEST_F(FileSaving, IsDoneOnce)
     EXPECT_FALSE(saver.commit());
 }
 
+// What can be saved, without a step.
+
+class SavablePlace : public testing::Test
+{
+protected:
+    SavablePlace() { directory.setMode("", 0777); }
+    bool canSave(const std::string& path) const
+    {
+        return FileSaver::canSave(QString::fromStdString(path));
+    }
+
+    TemporaryDirectory directory;
+};
+
+TEST_F(SavablePlace, IsAFreeNameInAFolder)
+{
+    EXPECT_TRUE(canSave(directory.path("a")));
+
+    EXPECT_EQ(directory.files(), "");
+}
+
+TEST_F(SavablePlace, IsAFile)
+{
+    directory.write("a", Former);
+
+    EXPECT_TRUE(canSave(directory.path("a")));
+
+    EXPECT_EQ(directory.read("a"), Former);
+}
+
+TEST_F(SavablePlace, IsNoFolder)
+{
+    EXPECT_FALSE(canSave(directory.path()));
+}
+
+TEST_F(SavablePlace, IsNoLink)
+{
+    directory.makeLink("a", "b");
+
+    EXPECT_FALSE(canSave(directory.path("a")));
+}
+
+TEST_F(SavablePlace, IsNotInAFolderThatIsMissing)
+{
+    EXPECT_FALSE(canSave(directory.path("b/a")));
+}
+
+TEST_F(SavablePlace, IsNoEmptyName)
+{
+    EXPECT_FALSE(canSave(std::string()));
+}
+
+TEST_F(SavablePlace, IsNoNameThatIsTooLong)
+{
+    EXPECT_FALSE(canSave(directory.path(std::string(300, 'a'))));
+}
+
+TEST_F(SavablePlace, IsADevice)
+{
+    EXPECT_TRUE(canSave("/dev/null"));
+}
+
 } // namespace

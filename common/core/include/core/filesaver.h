@@ -21,6 +21,10 @@ public:
     explicit FileSaver(const QString& path);
     ~FileSaver() override; // gives up unless commit() was called
 
+    // Returns whether open() finds a way to write to that path, as far as kinds of files and
+    // permissions say. Writes nothing. A full disk is not noticed.
+    static bool canSave(const QString& path);
+
     // Opens for writing, which is all that `mode` may ask for. Returns false where nothing can be
     // written, such as at a folder or at a file without that permission.
     bool open(OpenMode mode) override;
