@@ -1,5 +1,6 @@
 #include "data/lightdocument.h"
 
+#include "data/filename.h"
 #include "lightnodes.h"
 #include <utility>
 
@@ -37,6 +38,7 @@ std::string_view LightElement::name() const
 void LightElement::rename(std::string_view name)
 {
     LightNode& node = (*m_nodes)[m_node];
+    m_nodes->countChange();
     m_nodes->setChanged(node.name);
     node.setName(m_nodes->names().idOf(name));
     m_nodes->setChanged(node.name);
@@ -48,13 +50,23 @@ QString LightElement::value() const
     return hasValue ? m_nodes->textOf(m_node) : QString();
 }
 
+void LightElement::appendValue(std::string& text) const
+{
+    if (!isNull() && (*m_nodes)[m_node].kindOf() == LightKind::SourceElement)
+        text += m_nodes->written(m_node);
+    else
+        text += toBytes(value());
+}
+
 void LightElement::setValue(const QString& text)
 {
+    m_nodes->countChange();
     m_nodes->setValue(m_node, text.constData(), text.size());
 }
 
 void LightElement::shareValue(const LightElement& other)
 {
+    m_nodes->countChange();
     (*m_nodes)[m_node].text = (*m_nodes)[other.m_node].text;
     (*m_nodes)[m_node].kind = (*m_nodes)[other.m_node].kind;
 }
@@ -80,12 +92,14 @@ LightElement LightElement::nextSibling(std::string_view name) const
 
 void LightElement::append(const LightElement& child)
 {
+    m_nodes->countChange();
     m_nodes->link(m_node, lastOf(*m_nodes, m_node), child.m_node);
     m_nodes->setParent(child.m_node, m_node);
 }
 
 void LightElement::insertBehind(const LightElement& anchor, const LightElement& child)
 {
+    m_nodes->countChange();
     m_nodes->setParent(child.m_node, m_node);
     m_nodes->setNext(child.m_node, (*m_nodes)[anchor.m_node].next);
     m_nodes->setNext(anchor.m_node, child.m_node);
@@ -94,6 +108,7 @@ void LightElement::insertBehind(const LightElement& anchor, const LightElement& 
 void LightElement::takeElements(const LightElement& source, const LightElement& exception)
 {
     LightNodes& nodes = *m_nodes;
+    nodes.countChange();
     nodes.setMoved();
     LightNodes::Node last = lastOf(nodes, m_node);
     LightNodes::Node left = 0; // the last node that stays in the source
@@ -116,6 +131,7 @@ void LightElement::remove()
     if (isNull())
         return;
     LightNode& node = (*m_nodes)[m_node];
+    m_nodes->countChange();
     node.isRemoved = 1;
     m_nodes->setChanged(node.name);
     if (m_nodes->first(m_node) != 0)
@@ -135,6 +151,16 @@ LightDocument& LightDocument::operator=(LightDocument&&) noexcept = default;
 LightElement LightDocument::root() const
 {
     return {*m_nodes, m_nodes->root()};
+}
+
+std::size_t LightDocument::nodeCount() const
+{
+    return m_nodes->size();
+}
+
+std::size_t LightDocument::changeCount() const
+{
+    return m_nodes->changeCount();
 }
 
 LightElement LightDocument::makeElement(std::string_view name)

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -168,6 +169,9 @@ public:
     {
         return !m_haveMoved && (name >= m_isChanged.size() || !m_isChanged[name]);
     }
+    // Says that an element has changed in any way.
+    void countChange() { ++m_changeCount; }
+    std::size_t changeCount() const { return m_changeCount; }
     // Says that elements of that name have come or gone.
     void setChanged(std::uint32_t name);
     // Says that elements of any name may have gone or be elsewhere.
@@ -189,6 +193,7 @@ private:
     qsizetype m_roomSize = 0;
     std::unordered_map<Node, std::vector<Attribute>> m_attributes;
     std::vector<bool> m_isChanged; // by the number of the name, as far as one is changed
+    std::size_t m_changeCount = 0;
     bool m_haveMoved = false;
     bool m_isPlain = true;
 };

@@ -2,6 +2,7 @@
 
 #include "data/lightdocumentreader.h"
 #include "data/lightdocumentwriter.h"
+#include "support/shelfcases.h"
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -148,6 +149,76 @@ TEST_F(LightDocumentOf, RenamesElements)
     root.firstChild().rename("new");
     EXPECT_EQ(text(), "<a><new><c/></new><b/></a>");
 }
+
+TEST_F(LightDocumentOf, AppendsValuesInUtf8)
+{
+    readCanonical("<a><b v=\"plain\"/><c v=\"\xc3\xa9 &amp; 1\"/><d/></a>");
+    std::string text = ">";
+
+    root.firstChild("b").appendValue(text);
+    root.firstChild("c").appendValue(text);
+    root.firstChild("d").appendValue(text);
+    LightElement().appendValue(text);
+
+    EXPECT_EQ(text, ">plain\xc3\xa9 & 1");
+}
+
+TEST_F(LightDocumentOf, CountsItsNodes)
+{
+    readCanonical("<a><b/><c/></a>");
+    const std::size_t count = document.nodeCount();
+
+    document.makeElement("d");
+
+    EXPECT_EQ(document.nodeCount(), count + 1);
+}
+
+TEST_F(LightDocumentOf, CountsNoChangeWhileItIsRead)
+{
+    readCanonical("<a><b v=\"1\"/></a>");
+
+    EXPECT_EQ(document.changeCount(), 0U);
+}
+
+struct ChangeCase
+{
+    const char* name;
+    void (*change)(LightDocument& document, LightElement root);
+};
+
+class ChangeOfADocument : public LightDocumentOf, public testing::WithParamInterface<ChangeCase>
+{};
+
+TEST_P(ChangeOfADocument, IsCounted)
+{
+    readCanonical("<a><b v=\"1\"/><c><d/></c></a>");
+    const std::size_t before = document.changeCount();
+
+    GetParam().change(document, root);
+
+    EXPECT_GT(document.changeCount(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ChangeOfADocument,
+    testing::Values(
+        ChangeCase{"Rename", [](LightDocument&, LightElement root) { root.rename("x"); }},
+        ChangeCase{"Value", [](LightDocument&, LightElement root) { root.setValue("x"); }},
+        ChangeCase{"SharedValue", [](LightDocument&,
+                                     LightElement root) { root.shareValue(root.firstChild("b")); }},
+        ChangeCase{"Append", [](LightDocument& document,
+                                LightElement root) { root.append(document.makeElement("x")); }},
+        ChangeCase{"Insert",
+                   [](LightDocument& document, LightElement root) {
+                       root.insertBehind(root.firstChild(), document.makeElement("x"));
+                   }},
+        ChangeCase{"Take",
+                   [](LightDocument&, LightElement root) {
+                       root.firstChild("c").takeElements(root, root.firstChild("c"));
+                   }},
+        ChangeCase{"Removal",
+                   [](LightDocument&, LightElement root) { root.firstChild().remove(); }}),
+    TestSupport::caseName<ChangeCase>);
 
 TEST_F(LightDocumentOf, AppendsBehindTheLastChild)
 {

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +28,8 @@ public:
 
     // The text of the attribute `v`, empty without one.
     QString value() const;
+    // Appends the same in UTF-8, which takes no time in most elements.
+    void appendValue(std::string& text) const;
     void setValue(const QString& text);
     // Takes the value of another element of the document, or none. The text is held once.
     void shareValue(const LightElement& other);
@@ -78,6 +82,11 @@ public:
 
     // Null in an empty document.
     LightElement root() const;
+
+    // Returns the number of elements, texts and the like, with those that were removed.
+    std::size_t nodeCount() const;
+    // Returns the number of changes to elements since the document was read.
+    std::size_t changeCount() const;
 
     // New elements, which are nowhere in the document as yet.
     LightElement makeElement(std::string_view name);
