@@ -24,6 +24,12 @@ UidSource::Random& randomSeam()
     return random;
 }
 
+UidSource::Follower& followerSeam()
+{
+    static UidSource::Follower follower;
+    return follower;
+}
+
 std::uint32_t randomNumber()
 {
     return randomSeam() ? randomSeam()() : QRandomGenerator::system()->generate();
@@ -57,6 +63,11 @@ void UidSource::setClock(Clock clock)
 void UidSource::setRandom(Random random)
 {
     randomSeam() = std::move(random);
+}
+
+void UidSource::setFollower(Follower follower)
+{
+    followerSeam() = std::move(follower);
 }
 
 QUuid UidSource::uuid()
@@ -93,6 +104,8 @@ Uid UidSource::next(const IsTaken& isTaken)
     Uid uid = draw();
     while (uid == NoUid || (isTaken && isTaken(uid)))
         uid += draw() & StepMask;
+    if (followerSeam())
+        followerSeam()(uid);
     return uid;
 }
 

@@ -105,6 +105,19 @@ TEST_F(UidSourceTest, ReadsTheClockAtEachStep)
     EXPECT_EQ(readings, 3);
 }
 
+TEST_F(UidSourceTest, TellsItsFollowerOfEachUidThatItGives)
+{
+    std::vector<Uid> told;
+    UidSource::setFollower([&told](Uid uid) { told.push_back(uid); });
+
+    const Uid first = source.next(isOneOf({1000}));
+    const Uid second = UidSource(0).next({});
+    UidSource::setFollower({});
+    source.next({});
+
+    EXPECT_EQ(told, (std::vector<Uid>{first, second}));
+}
+
 TEST_F(UidSourceTest, NeverGivesTheUidThatStandsForNone)
 {
     source.setCounter(NoUid - 1000u);

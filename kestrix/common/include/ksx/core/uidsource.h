@@ -28,6 +28,8 @@ public:
     using Clock = std::function<std::time_t()>;
     // Returns a random number of which all bits count.
     using Random = std::function<std::uint32_t()>;
+    // Is given a uid that has been drawn.
+    using Follower = std::function<void(Uid)>;
     // Returns whether a uid has an owner already.
     using IsTaken = std::function<bool(Uid)>;
 
@@ -49,6 +51,10 @@ public:
     // Replaces the random numbers of uuid(), for tests. An empty function brings the numbers of the
     // system back.
     static void setRandom(Random random);
+
+    // Calls the function for each uid that next() returns from now on, in the order of the uids. The
+    // call may come in any thread, one at a time. An empty function ends that. Main thread.
+    static void setFollower(Follower follower);
 
     // Returns a random UUID.
     static QUuid uuid();
