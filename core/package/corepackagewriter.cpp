@@ -131,6 +131,13 @@ bool writePackage(const Package& package, const QString& file, const QDir& prese
     return isSaved;
 }
 
+bool renderPackage(const Package& package, const QString& path, const QDir& presetsDir,
+                   QIODevice& device)
+{
+    stampPackage(package, path);
+    return writeDocument(device, package, Orv::Core::realPath(path), presetsDir);
+}
+
 bool savePackage(const Package& package, const QString& path, const QDir& presetsDir,
                  QString* keptCopy, const QString& place)
 {

@@ -8,6 +8,7 @@
 #include "support/shelfcases.h"
 #include "support/smalldisk.h"
 #include "support/temporarydirectory.h"
+#include <QBuffer>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -55,6 +56,28 @@ protected:
     QDir presets{QStringLiteral("/nowhere")};
     std::unique_ptr<Package> package = packageFrom(aPackage());
 };
+
+TEST_F(SavedPackage, IsRenderedAsItIsSaved)
+{
+    const auto saved =
+        packageFrom(aPackage().containing(aResource("r", directory.path("sub/x.png"))));
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+
+    EXPECT_TRUE(Ksx::Core::renderPackage(*saved, at("a.obl"), presets, buffer));
+
+    EXPECT_EQ(directory.files(), "");
+    save(*saved, "a.obl");
+    EXPECT_EQ(buffer.data().toStdString(), directory.read("a.obl"));
+}
+
+TEST_F(SavedPackage, IsNotRenderedToADeviceThatTakesNothing)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::ReadOnly);
+
+    EXPECT_FALSE(Ksx::Core::renderPackage(*package, at("a.obl"), presets, buffer));
+}
 
 // Versions.
 

@@ -8,6 +8,8 @@ namespace Ksx::Data::Content {
 class Package;
 } // namespace Ksx::Data::Content
 
+class QIODevice;
+
 namespace Ksx::Core {
 
 // Writes a package as XML to the file at `path`. An existing file is replaced as a whole, when all
@@ -32,6 +34,12 @@ namespace Ksx::Core {
 // `place`: its name chooses the versions, and file references begin there.
 bool savePackage(const Data::Content::Package& package, const QString& path, const QDir& presetsDir,
                  QString* keptCopy = nullptr, const QString& place = QString());
+
+// Writes to a device the bytes that savePackage() would write to the file at `path`. Touches no file.
+// `device` is open for writing. Returns false if it refuses bytes, or if XML cannot hold one of the
+// references.
+bool renderPackage(const Data::Content::Package& package, const QString& path,
+                   const QDir& presetsDir, QIODevice& device);
 
 // Returns `value` relative to the directory of `path`, if it leads to a file or folder that exists.
 // Returns it unchanged otherwise. First of the two conversions of a file reference on the way out.
