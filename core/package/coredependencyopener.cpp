@@ -262,7 +262,7 @@ std::unique_ptr<Package> DependencyOpener::read(const QString& filename, Message
         PresetsPrefix, presetsDirectories(m_presetsPaths));
     const PackageReader::Converters converters{&presets};
     return PackageReader::open(QUrl::fromLocalFile(filename), report, {}, {}, &converters, nullptr,
-                               true);
+                               true, {}, m_onStage);
 }
 
 } // namespace Ksx::Core

@@ -126,8 +126,9 @@ QString stepText(const IUpdater& updater)
 class Opening
 {
 public:
-    Opening(const QUrl& url, const QUrl& place, MessageNode* log, const ProgressFunction& progress)
-        : m_url(url), m_place(place), m_log(log), m_progress(progress)
+    Opening(const QUrl& url, const QUrl& place, MessageNode* log, const ProgressFunction& progress,
+            const StageFunction& onStage)
+        : m_url(url), m_place(place), m_log(log), m_progress(progress), m_onStage(onStage)
     {}
 
     bool openDevice();
@@ -146,6 +147,8 @@ public:
 
 private:
     bool isDeviceGood() const;
+    void showStage(DocumentDevice& memory, const IUpdater* step) const;
+    void showStage(const Package& package, const IUpdater* step) const;
     bool fail(const QString& text) const
     {
         addMessage(m_log, MessageLevel::Error, text);
@@ -156,6 +159,7 @@ private:
     const QUrl& m_place; // where the file is taken to lie
     MessageNode* m_log;
     const ProgressFunction& m_progress;
+    const StageFunction& m_onStage;
     const IDataImporter* m_importer = nullptr;
     std::unique_ptr<QIODevice> m_device;
     Version m_formatVersion;
@@ -237,6 +241,21 @@ bool Opening::confirm(const PackageReader::ConfirmFunction& confirmUpdate)
     return fail(readerText("ERROR_UPDATE_PROCESS_STOPED_BY_USER"));
 }
 
+// A document that does not parse is a failure of the next step or of the importer.
+void Opening::showStage(DocumentDevice& memory, const IUpdater* step) const
+{
+    QString error;
+    const Orv::Data::LightDocument* const document = m_onStage ? memory.document(error) : nullptr;
+    if (document != nullptr)
+        m_onStage({m_url, step, document});
+}
+
+void Opening::showStage(const Package& package, const IUpdater* step) const
+{
+    if (m_onStage && isUpdated())
+        m_onStage({m_url, step, nullptr, &package});
+}
+
 bool Opening::updateFormat()
 {
     if (m_formatUpdaters.empty())
@@ -246,12 +265,14 @@ bool Opening::updateFormat()
         return false;
     m_device.reset();
     memory->open(QIODevice::ReadWrite); // as memory always does
+    showStage(*memory, nullptr);
     for (const IDataFormatUpdater* updater : m_formatUpdaters) {
         addMessage(m_log, MessageLevel::Information, stepText(*updater));
         if (!updater->update(*memory, m_log, m_progress))
             return fail(readerText("ERROR_FAIL_TO_APPLY_FORMAT_UPDATER_%1").arg(updater->name()));
         if (!memory->seek(0))
             return fail(coreText("ERROR_FAIL_TO_RESET_DEVICE_READ_POSITION"));
+        showStage(*memory, updater);
     }
     m_device = std::move(memory);
     return true;
@@ -283,10 +304,12 @@ std::unique_ptr<Package> Opening::import()
 
 bool Opening::updatePackage(Package& package)
 {
+    showStage(package, nullptr);
     for (const IPackageUpdater* updater : m_packageUpdaters) {
         addMessage(m_log, MessageLevel::Information, stepText(*updater));
         if (!updater->update(package, m_log, m_progress))
             return fail(readerText("ERROR_FAIL_TO_UPDATE_PACKAGE"));
+        showStage(package, updater);
     }
     return true;
 }
@@ -330,9 +353,10 @@ std::unique_ptr<Package> PackageReader::open(const QUrl& url, MessageNode* log,
                                              const ProgressFunction& progress,
                                              const ConfirmFunction& confirmUpdate,
                                              const Converters* converters, bool* wasUpdated,
-                                             bool noBackup, const QUrl& place)
+                                             bool noBackup, const QUrl& place,
+                                             const StageFunction& onStage)
 {
-    Opening opening(url, place.isEmpty() ? url : place, log, progress);
+    Opening opening(url, place.isEmpty() ? url : place, log, progress, onStage);
     if (!opening.openDevice() || !opening.readVersions())
         return nullptr;
     opening.selectUpdaters();

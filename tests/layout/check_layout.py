@@ -34,6 +34,7 @@ ROOM_OF_HEADER = {
     "lazysignalconnect": "editing",
     "listenerof": "editing",
     "stage": "editing",
+    "updatestage": "reading",
 }
 
 PRINTING = re.compile(r"std::(cout|cerr|clog)\b|\b(f?printf|fputs|fputc|puts|qDebug|qInfo)\s*\("

@@ -1,5 +1,6 @@
 #include "ksx/core/dependencyopener.h"
 
+#include "core/extensions.h"
 #include "core/messagenode.h"
 #include "data/content/package.h"
 #include "support/packagetext.h"
@@ -49,6 +50,31 @@ TEST_F(DependencyOpenerTest, OpensAllThatIsDependedUponBreadthFirst)
     EXPECT_TRUE(DependencyOpener(manager, {}).open({at("a.obl")}));
 
     EXPECT_EQ(openPackages(), QStringList({"a", "b", "c", "d"}));
+}
+
+TEST_F(DependencyOpenerTest, ShowsTheStagesOfOldFiles)
+{
+    directory.write("a.obl", aPackage()
+                                 .named("a")
+                                 .with("formatVersion", "1.1.0.6141")
+                                 .without("updaterVersion")
+                                 .dependingOn("b.obl", 7)
+                                 .text());
+    directory.write("b.obl", aPackage().named("b").text());
+    QStringList stages;
+    const Ksx::Data::Content::Package* shown = nullptr;
+    DependencyOpener opener(manager, {});
+    opener.setStageFunction([&](const Ksx::Core::UpdateStage& stage) {
+        stages << stage.url.fileName() + (stage.document != nullptr ? " document " : " package ") +
+                      (stage.step == nullptr ? "-" : stage.step->updaterVersion().toString());
+        shown = stage.package;
+    });
+
+    EXPECT_TRUE(opener.open({at("a.obl")}));
+
+    EXPECT_EQ(stages,
+              QStringList({"a.obl document -", "a.obl document 1.1.0.7049", "a.obl package -"}));
+    EXPECT_EQ(shown, manager.openPackages().front().get());
 }
 
 TEST_F(DependencyOpenerTest, OpensNoDependencyUnlessItFollowsThem)

@@ -2,6 +2,7 @@
 
 #include "data/content/group.h"
 #include "data/content/package.h"
+#include "data/lightdocument.h"
 #include "ksx/core/filereferences.h"
 #include "reading/extensionregistry.h"
 #include "support/packagetext.h"
@@ -1025,6 +1026,45 @@ TEST_F(PackageReading, ProgressIsTold)
 } // namespace
 
 // The place of a file that has another name.
+
+TEST_F(PackageReading, ShowsEachStepWithWhatItLeaves)
+{
+    directory.write("a.obl", aPackage()
+                                 .with("formatVersion", "1.1.0.5356")
+                                 .without("updaterVersion")
+                                 .dependingOn("b.obl", 7)
+                                 .text());
+    Lines stages;
+    PackageReader::open(urlOf("a.obl"), nullptr, {}, {}, nullptr, nullptr, true, {},
+                        [&stages](const Ksx::Core::UpdateStage& stage) {
+                            std::string line =
+                                stage.step == nullptr
+                                    ? "begin"
+                                    : stage.step->updaterVersion().toString().toStdString();
+                            if (stage.document != nullptr)
+                                line += ", " + std::string(stage.document->root().name());
+                            else
+                                line += stage.package->dependencies().at(0).uid().get() == 7
+                                            ? ", the old uid"
+                                            : ", a new uid";
+                            stages.push_back(line);
+                        });
+
+    EXPECT_EQ(stages, (Lines{"begin, package", "1.1.0.7049, package", "begin, the old uid",
+                             "1.1.0.6141, a new uid"}));
+}
+
+TEST_F(PackageReading, ADocumentThatDoesNotParseIsNoStage)
+{
+    directory.write("a.obl", "<package><formatVersion v=\"1.0.1.3000\"/><");
+    int stages = 0;
+
+    PackageReader::open(urlOf("a.obl"), &log, {}, {}, nullptr, nullptr, true, {},
+                        [&stages](const Ksx::Core::UpdateStage&) { ++stages; });
+
+    EXPECT_EQ(stages, 0);
+    EXPECT_NE(logText().find("ERROR_FAIL_TO_APPLY_FORMAT_UPDATER_"), std::string::npos);
+}
 
 TEST_F(PackageReading, TakesAFileForOneAtAnotherPlace)
 {

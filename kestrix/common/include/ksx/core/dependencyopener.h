@@ -3,12 +3,14 @@
 
 #include "core/orderedtasks.h"
 #include "ksx/core/packageslistmanager.h"
+#include "ksx/core/updatestage.h"
 #include <QHash>
 #include <QStringList>
 #include <initializer_list>
 #include <list>
 #include <memory>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace Orv::Core {
@@ -111,6 +113,10 @@ public:
     // cores. With fewer than two, and for a single file, the thread of the opener reads.
     void setWorkers(unsigned workers) { m_workers = workers; }
 
+    // Lets somebody follow the updates of old files. The function may be called by several threads at
+    // a time, for one file each.
+    void setStageFunction(StageFunction onStage) { m_onStage = std::move(onStage); }
+
     // Opens the files and attaches them by one undoable command. Old files are brought to the
     // current format in memory; no file is changed and no copy is made. A file that an earlier
     // opening attached is attached again, unless setTakesOpen() says otherwise.
@@ -143,6 +149,7 @@ private:
     unsigned m_workers = Orv::Core::availableCores();
     bool m_followsDependencies = true;
     bool m_takesOpen = false;
+    StageFunction m_onStage;
     std::vector<Failure> m_failures;
 };
 

@@ -3,6 +3,7 @@
 
 #include "core/extensions.h"
 #include "data/xmlvalueconverter.h"
+#include "ksx/core/updatestage.h"
 #include <QUrl>
 #include <functional>
 #include <list>
@@ -52,11 +53,13 @@ public:
     // `place` may be empty, which means the URL itself. The bytes at the URL are read as those of a
     // file at `place`: its ending chooses the importer, and file references begin there. Tools such
     // as git hand over the versions of a file under names of their own.
+    //
+    // `onStage` may be empty. It changes nothing about the result.
     static std::unique_ptr<Data::Content::Package>
     open(const QUrl& url, Orv::Core::MessageNode* log,
          const Orv::Core::Extensions::ProgressFunction& progress,
          const ConfirmFunction& confirmUpdate, const Converters* converters, bool* wasUpdated,
-         bool noBackup, const QUrl& place = QUrl());
+         bool noBackup, const QUrl& place = QUrl(), const StageFunction& onStage = {});
 };
 
 } // namespace Ksx::Core
