@@ -3,7 +3,6 @@
 #include "console.h"
 #include "core/fileplace.h"
 #include "data/filename.h"
-#include <QDir>
 #include <new>
 
 namespace ProgramCommand {
@@ -65,20 +64,20 @@ Presets announcePresets(const po::variables_map& variables)
 
 QString outputName(const po::variables_map& variables, const QString& inputName)
 {
-    return optionText(variables, OutputNameOption)
-        .replace(QLatin1String(InputNamePattern), inputName);
+    return Ksx::Core::outputName(optionText(variables, OutputNameOption), inputName);
+}
+
+std::optional<QString> outputFolder(const po::variables_map& variables)
+{
+    if (variables.count(OutputPathOption) == 0)
+        return std::nullopt;
+    return optionText(variables, OutputPathOption);
 }
 
 QString targetFile(const po::variables_map& variables, const QString& inputPath,
                    const QString& baseName)
 {
-    QString directory = Orv::Core::currentFolder();
-    if (variables.count(OutputPathOption) != 0) {
-        directory = optionText(variables, OutputPathOption);
-        directory.replace(QLatin1String(InputPathPattern), inputPath);
-    }
-    return QDir(Orv::Core::absolutePath(directory))
-        .absoluteFilePath(baseName + QStringLiteral(".obl"));
+    return Ksx::Core::outputFile(outputFolder(variables), inputPath, baseName);
 }
 
 QString outputNameDescription(const QString& defaultName)

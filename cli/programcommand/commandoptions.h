@@ -1,16 +1,18 @@
 // What the options of all commands share.
 #pragma once
 
+#include "ksx/core/outputfile.h"
 #include <QString>
 #include <QStringList>
 #include <boost/program_options.hpp>
+#include <optional>
 #include <string>
 
 namespace ProgramCommand {
 
 // Patterns that output options replace by what belongs to the input.
-inline const char* const InputNamePattern = "{inputName}";
-inline const char* const InputPathPattern = "{inputPath}";
+using Ksx::Core::InputNamePattern;
+using Ksx::Core::InputPathPattern;
 inline const char* const InputGraphPattern = "{inputGraph}";
 
 // Options that several commands have.
@@ -44,6 +46,8 @@ Presets announcePresets(const boost::program_options::variables_map& variables);
 // "output-name" with `inputName` for its pattern; empty if the option holds nothing.
 QString outputName(const boost::program_options::variables_map& variables,
                    const QString& inputName);
+// "output-path" as it was given.
+std::optional<QString> outputFolder(const boost::program_options::variables_map& variables);
 // "output-path" with `inputPath` for its pattern, or the current directory, and in it the file of
 // that base name.
 QString targetFile(const boost::program_options::variables_map& variables, const QString& inputPath,

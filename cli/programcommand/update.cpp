@@ -3,12 +3,12 @@
 #include "console.h"
 #include "core/fileplace.h"
 #include "data/content/package.h"
+#include "ksx/core/outputfile.h"
 #include "ksx/core/packageslistmanager.h"
 #include "packageloading.h"
 #include "packagesaving.h"
 #include "programcommand/commandoptions.h"
 #include "services.h"
-#include <QFileInfo>
 
 namespace ProgramCommand {
 
@@ -24,16 +24,7 @@ const QString Indent = QStringLiteral("    ");
 
 QString defaultOutputName()
 {
-    return QStringLiteral("%1_updated").arg(QLatin1String(InputNamePattern));
-}
-
-// The file that a package goes to; null if the options leave it without a name.
-QString targetOf(const QFileInfo& input, const po::variables_map& variables)
-{
-    const QString name = outputName(variables, input.baseName());
-    if (name.isEmpty())
-        return {};
-    return targetFile(variables, input.absolutePath(), name);
+    return QLatin1String(Ksx::Core::UpdatedName);
 }
 
 } // namespace
@@ -88,7 +79,8 @@ bool Update::savePackages(const VariablesMap& variables, const QString& presetsP
     Ksx::Core::PackageSaver saver(QDir(Orv::Core::absolutePath(presetsPath)));
     QStringList targets;
     for (const PackageBox& package : manager.openPackages()) {
-        targets << targetOf(QFileInfo(manager.filePath(*package)), variables);
+        targets << Ksx::Core::updatedFile(optionText(variables, OutputNameOption),
+                                          outputFolder(variables), manager.filePath(*package));
         if (!targets.back().isEmpty())
             saver.add(*package, targets.back());
     }
