@@ -134,8 +134,14 @@ Tool& Tool::withoutRootRights()
 
 Tool& Tool::withFaults(const std::string& plan)
 {
-    m_hasFaults = true;
+    m_preloaded.emplace_back("kestrix_faults.so");
     return onOneCore().withEnvironment("FAULTS", plan);
+}
+
+Tool& Tool::withClockAt(long seconds)
+{
+    m_preloaded.emplace_back("kestrix_clock.so");
+    return withEnvironment("CLOCK_AT", std::to_string(seconds));
 }
 
 Tool& Tool::onOneCore()
@@ -191,22 +197,27 @@ ToolRun Tool::run(const Arguments& arguments) const
     Pipe err;
     // Opened with the rights of the test, so that another user can run it wherever it lies.
     const int program = open(m_executable.c_str(), O_RDONLY | O_CLOEXEC);
-    const int faults = m_hasFaults ? open(buildPath("kestrix_faults.so").c_str(), O_RDONLY) : -1;
+    std::vector<int> libraries;
+    std::string preloaded;
+    for (const std::string& name : m_preloaded) {
+        libraries.push_back(open(buildPath(name).c_str(), O_RDONLY));
+        preloaded += "/proc/self/fd/" + std::to_string(libraries.back()) + ' ';
+    }
 
     const pid_t child = fork();
     if (child == 0) {
         // The open documents live until the process ends, which is no leak. Tests bound the memory of
         // the tool, and freed memory shall not count for much of it.
-        setenv("ASAN_OPTIONS", "detect_leaks=0:quarantine_size_mb=16", 0);
-        if (faults >= 0)
-            setenv("LD_PRELOAD", ("/proc/self/fd/" + std::to_string(faults)).c_str(), 1);
+        setenv("ASAN_OPTIONS", "detect_leaks=0:quarantine_size_mb=16:verify_asan_link_order=0", 0);
+        if (!preloaded.empty())
+            setenv("LD_PRELOAD", preloaded.c_str(), 1);
         if (prepare(out.ends[1], err.ends[1]))
             fexecve(program, argv.data(), environ);
         _exit(CannotStart);
     }
     close(program);
-    if (faults >= 0)
-        close(faults);
+    for (const int library : libraries)
+        close(library);
     if (child < 0)
         throw std::system_error(errno, std::generic_category(), "fork");
 

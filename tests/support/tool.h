@@ -38,6 +38,8 @@ public:
     Tool& onOneCore();
     // Its calls of the system, which one thread makes, fail as tests/support/faults/faults.cpp says.
     Tool& withFaults(const std::string& plan);
+    // The clock stands still for it, at a number of seconds: its uids are those of any other such run.
+    Tool& withClockAt(long seconds);
     // Standard input comes from that file, and is empty otherwise.
     Tool& withInputFrom(const std::string& path);
     // Standard output goes to that file, which is there, and is none of the run's texts.
@@ -64,7 +66,7 @@ private:
     int m_closedStream = -1;
     bool m_isOnOneCore = false;
     bool m_dropsRights = false;
-    bool m_hasFaults = false;
+    std::vector<std::string> m_preloaded; // libraries of the build
     bool m_deletesDirectory = false;
 };
 
