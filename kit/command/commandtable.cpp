@@ -10,6 +10,8 @@ const std::vector<Command>& commands()
         {"info", "PACKAGE|FOLDER|-...", "Lists what is in packages", &declareInfoOptions, &runInfo},
         {"check", "PACKAGE|FOLDER|-...", "Finds whatever is out of date or wrong in packages",
          &declareCheckOptions, &runCheck},
+        {"preview", "PACKAGE|FOLDER|-...", "Tells what an update of packages would do",
+         &declarePreviewOptions, &runPreview},
         {"diff", "FIRST SECOND", "Tells what differs between two packages or two folders",
          &declareDiffOptions, &runDiff},
         {"merge", "BASE OURS THEIRS", "Joins the changes that two sides made to a package",

@@ -21,6 +21,9 @@ int runInfo(const Request& request);
 void declareMergeOptions(boost::program_options::options_description& options);
 int runMerge(const Request& request);
 
+void declarePreviewOptions(boost::program_options::options_description& options);
+int runPreview(const Request& request);
+
 void declareSchemaOptions(boost::program_options::options_description& options);
 int runSchema(const Request& request);
 

@@ -148,6 +148,37 @@ QJsonObject toJson(const Content& content)
             {"resources", arrayOf(content.resources)}};
 }
 
+QJsonObject toJson(const ElementChange& change)
+{
+    return {{"kind", wordOf(change.kind)}, {"place", change.place},   {"element", change.element},
+            {"line", change.line},         {"column", change.column}, {"old", change.oldText},
+            {"new", change.newText}};
+}
+
+QJsonObject toJson(const UpdateStep& step)
+{
+    return {
+        {"version", step.version}, {"kind", wordOf(step.kind)}, {"changes", arrayOf(step.changes)}};
+}
+
+QJsonObject toJson(const PreviewedFile& file)
+{
+    return {{"file", file.file},
+            {"dependency", file.isDependency},
+            {"steps", arrayOf(file.steps)},
+            {"reading", arrayOf(file.reading)},
+            {"references", arrayOf(file.references)},
+            {"writing", arrayOf(file.writing)},
+            {"target", file.target},
+            {"exists", file.targetExists},
+            {"changed", file.isChanged},
+            {"replaced", file.isReplaced},
+            {"size", file.size},
+            {"sha256", QString::fromLatin1(file.sha256)},
+            {"newUids", file.hasNewUids},
+            {"error", file.error}};
+}
+
 QJsonObject toJson(const FormatItem& item)
 {
     return {{"element", QString::fromStdString(item.element)},
@@ -221,12 +252,14 @@ void JsonList::add(const QJsonObject& result)
     m_isEmpty = false;
 }
 
-void JsonList::finish(const std::vector<Failure>& failures)
+void JsonList::finish(const std::vector<Failure>& failures, const QJsonObject& members)
 {
-    const QByteArray text = QJsonDocument(arrayOf(failures)).toJson(QJsonDocument::Compact);
-    std::cout << "],\"failures\":";
-    std::cout.write(text.constData(), text.size());
-    std::cout << "}\n";
+    QJsonObject end = members;
+    end["failures"] = arrayOf(failures);
+    const QByteArray text = QJsonDocument(end).toJson(QJsonDocument::Compact);
+    std::cout << "],";
+    std::cout.write(text.constData() + 1, text.size() - 1); // without the brace of the begin
+    std::cout << '\n';
 }
 
 } // namespace Ksx::Kit

@@ -7,6 +7,7 @@
 #include "ksx/kit/inventory.h"
 #include "ksx/kit/merge.h"
 #include "ksx/kit/packagefiles.h"
+#include "ksx/kit/preview.h"
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -31,6 +32,9 @@ QJsonObject toJson(const Function& function);
 QJsonObject toJson(const Graph& graph);
 QJsonObject toJson(const Group& group);
 QJsonObject toJson(const Content& content);
+QJsonObject toJson(const ElementChange& change);
+QJsonObject toJson(const UpdateStep& step);
+QJsonObject toJson(const PreviewedFile& file);
 QJsonObject toJson(const FormatItem& item);
 QJsonObject toJson(const FormatMember& member);
 QJsonObject toJson(const FormatStructure& structure);
@@ -55,8 +59,8 @@ public:
     // Begins the document: the version of the schema, the command and the name of the list.
     JsonList(const char* command, const char* member);
     void add(const QJsonObject& result);
-    // Ends the list and the document, with the failures.
-    void finish(const std::vector<Failure>& failures);
+    // Ends the list and the document, with the failures and further members.
+    void finish(const std::vector<Failure>& failures, const QJsonObject& members = {});
 
 private:
     bool m_isEmpty = true;

@@ -70,6 +70,28 @@ class JsonSchema(unittest.TestCase):
         self.assertNotEqual(document["conflicts"], [])
         self.assertValid(document)
 
+    def test_describes_previews(self):
+        self.assertValid(output_of("preview", "--presets-path", "old/presets", "old", "wood"))
+
+    def test_describes_previews_that_fail(self):
+        document = output_of("preview", "--output-name", "", "old/grain.obl", "none.obl")
+        self.assertEqual(len(document["errors"]), 2)
+        self.assertValid(document)
+
+    def test_names_each_member_of_previews(self):
+        document = output_of("preview", "old/speckles.obl")
+        for number, _ in enumerate(objects_in(document)):
+            changed = copy.deepcopy(document)
+            list(objects_in(changed))[number]["another"] = 1
+            self.assertFalse(VALIDATOR.is_valid(changed), number)
+
+    def test_requires_each_member_of_previews(self):
+        document = output_of("preview", "old/speckles.obl")
+        for member in [*document, *document["files"][0]]:
+            changed = copy.deepcopy(document)
+            changed.pop(member, changed["files"][0].pop(member, None))
+            self.assertFalse(VALIDATOR.is_valid(changed), member)
+
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))
 

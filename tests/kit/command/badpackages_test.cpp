@@ -44,7 +44,9 @@ const Commands& searchingCommands()
                                  {"info", "--brief", "@"},
                                  {"info", "--brief", "--json", "@"},
                                  {"check", "@"},
-                                 {"check", "--json", "@"}};
+                                 {"check", "--json", "@"},
+                                 {"preview", "@"},
+                                 {"preview", "--json", "@"}};
     return all;
 }
 
