@@ -6,6 +6,7 @@
 #include "data/content/package.h"
 #include "elementcheck.h"
 #include "findinglist.h"
+#include "openedpackage.h"
 #include "packageparts.h"
 #include "referencecheck.h"
 
@@ -18,26 +19,22 @@ bool canBeRead(const QString& file)
     return isPackageName(file) && Orv::Core::RegularFile(file).open(QIODevice::ReadOnly);
 }
 
-// Adds the faults of a package whose head can be read.
-void checkReadable(const QString& file, const PackageHead& head, const QStringList& presetsPaths,
-                   FindingList& findings)
+// Adds the faults of the form of a package, old or damaged.
+void checkForm(const QString& file, const PackageHead& head, const QStringList& updates,
+               FindingList& findings)
 {
-    QStringList updates;
-    QString reason;
-    const auto package = openPackage(file, presetsPaths, updates, reason);
-    if (package == nullptr)
-        findings.add(FindingCode::UnreadablePackage, QString(),
-                     QStringLiteral("The package cannot be opened: ") + reason);
     if (!updates.isEmpty())
         findings.add(FindingCode::OldFormat, QString(),
                      QStringLiteral("The package is of the format %1, and the current one is %2")
                          .arg(head.formatVersion, updates.back()));
     else if (head.kind == PackageKind::Package)
         checkElements(file, findings);
-    if (package == nullptr)
-        return;
-    checkContent(*package, findings);
-    checkReferences(*package, dependenciesOf(*package, head, file), presetsPaths, findings);
+}
+
+void addUnreadable(const QString& reason, FindingList& findings)
+{
+    findings.add(FindingCode::UnreadablePackage, QString(),
+                 QStringLiteral("The package cannot be opened: ") + reason);
 }
 
 } // namespace
@@ -51,12 +48,27 @@ std::optional<std::vector<Finding>> checkPackage(const QString& file,
     const std::optional<PackageHead> head = readHead(place, reason);
     if (!head && !canBeRead(place))
         return std::nullopt;
+    if (head) {
+        OpenedPackage package = openForReading(place, *head, presetsPaths);
+        return findingsOf(package, presetsPaths);
+    }
     FindingList findings;
-    if (head)
-        checkReadable(place, *head, presetsPaths, findings);
-    else
-        findings.add(FindingCode::UnreadablePackage, QString(),
-                     QStringLiteral("The package cannot be opened: ") + reason);
+    addUnreadable(reason, findings);
+    return findings.take();
+}
+
+std::vector<Finding> findingsOf(OpenedPackage& package, const QStringList& presetsPaths)
+{
+    FindingList findings;
+    if (package.document == nullptr)
+        addUnreadable(package.reason, findings);
+    checkForm(package.file, package.head, package.updates, findings);
+    if (package.document != nullptr) {
+        checkContent(*package.document, findings);
+        checkReferences(*package.document,
+                        dependenciesOf(*package.document, package.head, package.file), presetsPaths,
+                        findings);
+    }
     return findings.take();
 }
 

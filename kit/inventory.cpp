@@ -9,6 +9,7 @@
 #include "data/content/resource.h"
 #include "data/desc/valuetype.h"
 #include "data/treewalk.h"
+#include "openedpackage.h"
 #include "packageparts.h"
 
 namespace Ksx::Kit {
@@ -114,14 +115,22 @@ std::optional<Inventory> takeInventory(const QString& file, const QStringList& p
     const std::optional<PackageHead> head = readHead(place, reason);
     if (!head)
         return std::nullopt;
-    Inventory inventory;
-    inventory.head = *head;
-    const auto package = openPackage(place, presetsPaths, inventory.updates, reason);
-    if (package == nullptr)
+    const OpenedPackage package = openForReading(place, *head, presetsPaths);
+    if (package.document == nullptr) {
+        reason = package.reason;
         return std::nullopt;
-    inventory.dependencies = dependenciesOf(*package, *head, place);
-    addContent(package->content(), inventory.content);
-    Orv::Data::visitTree(std::as_const(*package), [&](const Orv::Data::BaseObject&) { //
+    }
+    return inventoryOf(package);
+}
+
+Inventory inventoryOf(const OpenedPackage& package)
+{
+    Inventory inventory;
+    inventory.head = package.head;
+    inventory.updates = package.updates;
+    inventory.dependencies = dependenciesOf(*package.document, package.head, package.file);
+    addContent(package.document->content(), inventory.content);
+    Orv::Data::visitTree(std::as_const(*package.document), [&](const Orv::Data::BaseObject&) { //
         ++inventory.objectCount;
     });
     return inventory;
