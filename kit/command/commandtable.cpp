@@ -16,6 +16,8 @@ const std::vector<Command>& commands()
          &declareDiffOptions, &runDiff},
         {"merge", "BASE OURS THEIRS", "Joins the changes that two sides made to a package",
          &declareMergeOptions, &runMerge},
+        {"draw", "PACKAGE|FOLDER|-...", "Draws graphs, as pictures or as pages for a browser",
+         &declareDrawOptions, &runDraw},
         {"schema", "", "Writes the format of packages as a schema", &declareSchemaOptions,
          &runSchema},
     };

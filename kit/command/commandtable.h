@@ -15,6 +15,9 @@ int runCheck(const Request& request);
 void declareDiffOptions(boost::program_options::options_description& options);
 int runDiff(const Request& request);
 
+void declareDrawOptions(boost::program_options::options_description& options);
+int runDraw(const Request& request);
+
 void declareInfoOptions(boost::program_options::options_description& options);
 int runInfo(const Request& request);
 

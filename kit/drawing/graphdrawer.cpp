@@ -235,7 +235,14 @@ void setTitle(Box& box, const QString& name)
         box.title = name;
 }
 
-void addFunctionNode(Sketch& sketch, const Doc::ParamNode& node)
+// Returns whether a path leads into the package that names itself by those uids.
+bool isOwnPath(std::string_view path, const std::set<unsigned>& ownUids)
+{
+    const auto uid = Core::DataPath::dependencyOf(path);
+    return Core::DataPath::isDataPath(path) && (!uid || ownUids.count(*uid) == 1);
+}
+
+void addFunctionNode(Sketch& sketch, const Doc::ParamNode& node, const std::set<unsigned>& ownUids)
 {
     Box* const box = sketch.addBox(node.uid().get(), node.GUIName().get(), node.GUILayout());
     if (box == nullptr)
@@ -247,6 +254,7 @@ void addFunctionNode(Sketch& sketch, const Doc::ParamNode& node)
     box->kind = known == nullptr ? BoxKind::Other : kindOf(*known);
     if (box->kind == BoxKind::Instance) {
         box->target = shortText(data, MaximumNoteText);
+        box->isOwnTarget = isOwnPath(data, ownUids);
         setTitle(*box, lastSegmentOf(data));
     }
     setTitle(*box, data.empty() ? name : shortText(data));
@@ -258,11 +266,11 @@ void addFunctionNode(Sketch& sketch, const Doc::ParamNode& node)
     sketch.addOutput(*box, 0, {}, node.type().value().get());
 }
 
-Drawing drawingOf(const Doc::DynamicValue& body)
+Drawing drawingOf(const Doc::DynamicValue& body, const std::set<unsigned>& ownUids)
 {
     Sketch sketch;
     for (const Doc::ParamNode& node : body.paramNodes())
-        addFunctionNode(sketch, node);
+        addFunctionNode(sketch, node, ownUids);
     sketch.addWires(body.paramNodes());
     sketch.addNotes(body.GUIObjects());
     sketch.setResult(body.rootnode());
@@ -337,22 +345,16 @@ private:
         box.target = shortText(path, MaximumNoteText);
         for (const Doc::OutputBridging& bridging : instance.outputBridgings())
             m_outputNames.emplace(bridging.uid().get(), shortText(bridging.identifier().get()));
+        box.isOwnTarget = isOwnPath(path, m_ownUids);
+        if (!box.isOwnTarget)
+            return;
         // Of a graph of another package the inputs that are fed are known, and no others.
-        if (const auto* graph = dynamic_cast<const Doc::Graph*>(ownObjectOf(path)))
+        if (const auto* graph =
+                dynamic_cast<const Doc::Graph*>(m_index.objectOf(Core::DataPath(path))))
             for (const Doc::ParamInput& input : graph->paraminputs())
                 if (ValueType::isImage(input.type().value().get()))
                     m_sketch.addInput(box, shortText(input.identifier().get()),
                                       input.type().value().get());
-    }
-
-    // Returns the object of this package that a path leads to, or null.
-    const Orv::Data::BaseObject* ownObjectOf(const std::string& text) const
-    {
-        if (!Core::DataPath::isDataPath(text))
-            return nullptr;
-        const Core::DataPath path(text);
-        const auto uid = path.dependency();
-        return !uid || m_ownUids.count(*uid) == 1 ? m_index.objectOf(path) : nullptr;
     }
 
     const Doc::Graph& m_graph;
@@ -402,12 +404,12 @@ Drawing GraphDrawer::draw(const Doc::Graph& graph) const
 Drawing GraphDrawer::draw(const Doc::Function& function) const
 {
     const auto* const body = dynamic_cast<const Doc::DynamicValue*>(function.paramValue().get());
-    return body == nullptr ? Drawing() : drawingOf(*body);
+    return body == nullptr ? Drawing() : drawingOf(*body, m_ownUids);
 }
 
 Drawing GraphDrawer::draw(const Doc::DynamicValue& body) const
 {
-    return drawingOf(body);
+    return drawingOf(body, m_ownUids);
 }
 
 Drawing GraphDrawer::draw(const Doc::ParamsGraph& graph) const

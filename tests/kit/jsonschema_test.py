@@ -6,6 +6,7 @@ import json
 import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 
 import jsonschema
@@ -91,6 +92,11 @@ class JsonSchema(unittest.TestCase):
             changed = copy.deepcopy(document)
             changed.pop(member, changed["files"][0].pop(member, None))
             self.assertFalse(VALIDATOR.is_valid(changed), member)
+
+    def test_describes_pictures_and_pages(self):
+        with tempfile.TemporaryDirectory(prefix="kestrix-draw-") as folder:
+            self.assertValid(output_of("draw", "-o", folder, "bricks", "none.obl"))
+            self.assertValid(output_of("draw", "--html", folder, "bricks", "none.obl"))
 
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))

@@ -46,7 +46,9 @@ const Commands& searchingCommands()
                                  {"check", "@"},
                                  {"check", "--json", "@"},
                                  {"preview", "@"},
-                                 {"preview", "--json", "@"}};
+                                 {"preview", "--json", "@"},
+                                 {"draw", "-o", "out", "@"},
+                                 {"draw", "--html", "report", "@"}};
     return all;
 }
 
@@ -94,7 +96,7 @@ protected:
             EXPECT_LT(found.peakKilobytes, MaximumKilobytes);
         }
     }
-    void allowAll() const { directory.setMode("", 0755); }
+    void allowAll() const { directory.setMode("", 0777); }
 
     TemporaryDirectory directory;
 };

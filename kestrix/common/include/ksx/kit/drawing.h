@@ -71,6 +71,8 @@ struct Box
     QString detail;
     // The path to the graph or function of an instance: "pkg://...". Empty for all others.
     QString target;
+    // Whether the path leads into the package itself.
+    bool isOwnTarget = false;
     // The address that the box links to. Empty without one. Whoever shows the picture sets it.
     QString link;
     std::vector<Connector> inputs;
