@@ -234,5 +234,8 @@ class Search {
 
 showUsers();
 for (const figure of document.querySelectorAll("figure.picture")) new PictureView(figure);
+// The pictures have other heights now than when the browser went to the address.
+if (performance.getEntriesByType("navigation")[0]?.type === "navigate")
+  document.getElementById(decodeURIComponent(location.hash.slice(1)))?.scrollIntoView();
 const searchInput = document.getElementById("search");
 if (searchInput) new Search(searchInput);
