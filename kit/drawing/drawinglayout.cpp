@@ -270,6 +270,7 @@ void layOut(Drawing& drawing, const StoredPlaces& places)
         placeNotesBelow(drawing);
     }
     moveToOrigin(drawing);
+    addDetours(drawing);
 }
 
 QString detailLine(const Box& box)

@@ -41,6 +41,10 @@ QString detailLine(const Box& box);
 QPointF inputPlace(const Box& box, std::size_t index);
 QPointF outputPlace(const Box& box, std::size_t index);
 
+// Leads wires around boxes of their row, behind which they would seem to end. Only in drawings of a
+// bounded size, since each wire is compared with each box.
+void addDetours(Drawing& drawing);
+
 // Gives the boxes places in columns, so that wires go to the right. Takes a time that is linear in
 // boxes and wires, but for sorting.
 void layOutInColumns(Drawing& drawing);

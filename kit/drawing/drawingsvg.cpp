@@ -147,19 +147,38 @@ QByteArray boxText(const Box& box)
     return "<a href=\"" + escaped(box.link) + "\">" + text + "</a>\n";
 }
 
+// Returns the steps of a path from a point to another one, level at both ends.
+QByteArray curve(const QPointF& begin, const QPointF& end, double bend)
+{
+    return 'C' + pair(begin.x() + bend, begin.y()) + ' ' + pair(end.x() - bend, end.y()) + ' ' +
+           pair(end.x(), end.y());
+}
+
+QByteArray curveTo(const QPointF& begin, const QPointF& end)
+{
+    return curve(begin, end, std::clamp(std::abs(end.x() - begin.x()) / 2, 24.0, 160.0));
+}
+
+// Goes to the height at once, runs level, and comes back in front of the end.
+QByteArray detourPath(const QPointF& begin, const QPointF& end, double height)
+{
+    constexpr double Turn = 32;
+    const QPointF left(begin.x() + Turn, height);
+    const QPointF right(end.x() - Turn, height);
+    return curve(begin, left, Turn / 2) + 'H' + numberText(right.x()) + curve(right, end, Turn / 2);
+}
+
 QByteArray wireText(const Drawing& drawing, const Wire& wire)
 {
     const Box& from = drawing.boxes[wire.from];
     const Box& to = drawing.boxes[wire.to];
     const QPointF begin = outputPlace(from, wire.output);
     const QPointF end = inputPlace(to, wire.input);
-    const double bend = std::clamp(std::abs(end.x() - begin.x()) / 2, 24.0, 160.0);
     QByteArray classes = QByteArray("wire ") + lookOf(groupOf(from.outputs[wire.output].type)).name;
     if (wire.mark != Mark::None)
         classes += QByteArray(" ") + lookOf(wire.mark).name;
-    return "<path class=\"" + classes + "\" d=\"M" + pair(begin.x(), begin.y()) + 'C' +
-           pair(begin.x() + bend, begin.y()) + ' ' + pair(end.x() - bend, end.y()) + ' ' +
-           pair(end.x(), end.y()) + "\"/>\n";
+    return "<path class=\"" + classes + "\" d=\"M" + pair(begin.x(), begin.y()) +
+           (wire.detour ? detourPath(begin, end, *wire.detour) : curveTo(begin, end)) + "\"/>\n";
 }
 
 QByteArray noteText(const Note& note)

@@ -1,7 +1,8 @@
 // The search of the index, the users of a package, and pictures that can be moved and zoomed.
 "use strict";
 
-const MaximumHits = 8;
+const MaximumHits = 8; // of a package
+const MaximumHitPackages = 100; // whose hits are shown: a letter is found everywhere
 
 function element(name, properties, ...children) {
   const made = Object.assign(document.createElement(name), properties);
@@ -209,7 +210,7 @@ class Search {
       one.row.hidden = !isShown;
       packages += isShown ? 1 : 0;
       objects += hits.length;
-      this.showHits(one, hits);
+      this.showHits(one, packages <= MaximumHitPackages ? hits : []);
     }
     const count = (number, word) => `${number} ${word}${number === 1 ? "" : "s"}`;
     this.status.textContent = words.length === 0

@@ -208,6 +208,25 @@ TEST(Drawing, StoredPlacesThatAreCloseAreStretched)
     EXPECT_EQ(coveredPairs(drawingOf(graph)), 0U);
 }
 
+TEST(Drawing, AWireGoesAroundABoxOfItsRow)
+{
+    GraphText graph;
+    graph.nodes = placed(aNode(1, aFilter("uniform"), {}, 11, 1), "-300 0 0") +
+                  placed(aNode(2, aFilter("uniform"), {}, 12, 1), "1 0 0") +
+                  placed(aNode(3, aFilter("blur"), aConnexion("input1", 1, 11), 13, 1), "300 0 0");
+
+    const Drawing drawing = drawingOf(graph);
+
+    const Box& between = drawing.boxes.at(1);
+    const double detour = drawing.wires.at(0).detour.value_or(between.y + 1);
+    EXPECT_TRUE(detour < between.y || detour > between.y + between.height);
+}
+
+TEST(Drawing, AWireWithAFreeWayGoesThere)
+{
+    EXPECT_EQ(drawingOf(aChain()).wires.at(0).detour, std::nullopt);
+}
+
 TEST(Drawing, PlacesThatNoPictureCanShowAreNotUsed)
 {
     GraphText graph = aChainWithPlaces("0 -1e30 0");

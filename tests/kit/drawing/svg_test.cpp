@@ -34,7 +34,7 @@ Drawing aDrawing(const QString& caption = "wood")
     Drawing drawing;
     drawing.caption = caption;
     drawing.boxes = {aBox("blend", 10), aBox("blur", 210)};
-    drawing.wires = {Wire{0, 0, 1, 0}};
+    drawing.wires = {Wire{0, 0, 1, 0, Mark::None, std::nullopt}};
     drawing.width = 320;
     drawing.height = 90;
     return drawing;

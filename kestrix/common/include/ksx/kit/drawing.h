@@ -5,6 +5,7 @@
 #include <QString>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -96,6 +97,8 @@ struct Wire
     std::size_t to = 0;
     std::size_t input = 0;
     Mark mark = Mark::None;
+    // The height at which the wire runs around boxes of its row. None where it has a free way.
+    std::optional<double> detour = std::nullopt;
 };
 
 // A comment or a frame.
