@@ -62,7 +62,7 @@ kestrix_installed_library(ksxkit)
 target_link_libraries(ksxkit_installed PUBLIC ksx_installed)
 
 install(TARGETS kestrix ksxtool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
-install(TARGETS ksx_archives ksx_imageformats ksx_layout kestrix-decode
+install(TARGETS ksx_archives ksx_imageformats ksx_layout ksx_painter kestrix-decode
     RUNTIME DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime
     LIBRARY DESTINATION "${KESTRIX_MODULE_DIR}" COMPONENT runtime)
 

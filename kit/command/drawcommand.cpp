@@ -18,7 +18,10 @@ namespace po = boost::program_options;
 
 constexpr const char* OutputOption = "output";
 constexpr const char* HtmlOption = "html";
+constexpr const char* FormatOption = "format";
 constexpr const char* GraphOption = "graph";
+constexpr const char* Png = "png";
+constexpr const char* Svg = "svg";
 
 // A picture that is written.
 struct WrittenPicture
@@ -115,6 +118,8 @@ void drawPictures(const Request& request, PackageFiles& files, Results& results)
     const QHash<QString, QString> folders = foldersFor(files.files);
     PictureChoice choice;
     choice.place = request.text(GraphOption);
+    const bool isPng = request.text(FormatOption) == QLatin1String(Png);
+    choice.ending = QLatin1Char('.') + QLatin1String(isPng ? Png : Svg);
     const auto read = [&](const QString& file, QString& reason) -> std::optional<WrittenPictures> {
         WrittenPictures written;
         const auto take = [&](const Picture& picture) {
@@ -124,7 +129,10 @@ void drawPictures(const Request& request, PackageFiles& files, Results& results)
             written.push_back({picture.place, picture.isFunction, output.pathOf(name),
                                drawing.boxes.size(), drawing.wires.size(), drawing.leftOut,
                                drawing.way});
-            return output.write(name, svgOf(drawing), reason);
+            const QByteArray bytes = isPng ? pngOf({drawing}, reason) : svgOf(drawing);
+            if (bytes.isEmpty())
+                reason = QStringLiteral("%1: %2").arg(picture.place, reason);
+            return !bytes.isEmpty() && output.write(name, bytes, reason);
         };
         if (!drawPackage(file, presetsPaths, choice, take, reason))
             return std::nullopt;
@@ -176,6 +184,11 @@ void checkOptions(const Request& request)
         throw UsageError("Give either '--output' or '--html', with a folder to write to");
     if (request.has(HtmlOption) && request.has(GraphOption))
         throw UsageError("'--graph' goes with '--output' alone");
+    if (request.has(HtmlOption) && request.has(FormatOption))
+        throw UsageError("'--format' goes with '--output' alone");
+    const QString format = request.text(FormatOption);
+    if (!format.isEmpty() && format != QLatin1String(Png) && format != QLatin1String(Svg))
+        throw UsageError("The option '--format' takes svg or png");
 }
 
 } // namespace
@@ -189,6 +202,8 @@ void declareDrawOptions(po::options_description& options)
         (HtmlOption, po::value<std::string>()->value_name("FOLDER"),
          "Writes a report there in place of pictures: a page for each package, and an index with a "
          "search. A browser opens index.html.")
+        (FormatOption, po::value<std::string>()->value_name("FORMAT"),
+         "Chooses the format of pictures: svg, which is the default, or png.")
         (GraphOption, po::value<std::string>()->value_name("PATH"),
          "Draws the graph or function at that path alone, such as group/graph.");
     // clang-format on

@@ -90,6 +90,17 @@ TEST_F(DrawCommand, TellsPicturesAsJson)
         QJsonDocument::fromJson(QByteArray::fromStdString(found.out)).toJson().toStdString());
 }
 
+TEST_F(DrawCommand, WritesPicturesAsPngOnRequest)
+{
+    directory.write("a.obl", aPackageWith("oak"));
+
+    const ToolRun found = run({"draw", "-o", "out", "--format", "png", "a.obl"});
+
+    EXPECT_EQ(found.exitCode, 0) << found;
+    EXPECT_EQ(found.out, "out/a/oak.png\n");
+    EXPECT_EQ(directory.read("out/a/oak.png").substr(0, 8), "\x89PNG\r\n\x1A\n");
+}
+
 TEST_F(DrawCommand, DrawsOneGraphOnRequest)
 {
     directory.write("a.obl", aPackageWith("oak"));
@@ -185,6 +196,15 @@ TEST_F(DrawCommand, WritesTheSameReportWithAnyNumberOfWorkers)
     EXPECT_EQ(directory.read("a/library.js"), directory.read("b/library.js"));
     EXPECT_EQ(directory.read("a/packages/city_facade.html"),
               directory.read("b/packages/city_facade.html"));
+}
+
+TEST_F(DrawCommand, KnowsTwoFormats)
+{
+    const ToolRun found = run({"draw", "-o", "x", "--format", "gif", "a.obl"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    EXPECT_EQ(found.err, "Error! The option '--format' takes svg or png\n"
+                         "See 'ksx draw --help'\n");
 }
 
 TEST_F(DrawCommand, WantsOneFolderToWriteTo)

@@ -190,4 +190,8 @@ QByteArray svgStyle();
 QByteArray svgOf(const std::vector<Drawing>& drawings, SvgForm form = SvgForm::File);
 QByteArray svgOf(const Drawing& drawing, SvgForm form = SvgForm::File);
 
+// Paints the same picture in light colours as PNG. A large one is made smaller. The letters are of
+// the fonts of the machine. Returns no bytes on failure, with a sentence in `reason`.
+QByteArray pngOf(const std::vector<Drawing>& drawings, QString& reason);
+
 } // namespace Ksx::Kit
