@@ -117,6 +117,34 @@ class Installation(unittest.TestCase):
         self.assertIn("graph wood_planks (5 inputs", result.stdout)
         self.assertIn("graph metal_filters/patina", result.stdout)
 
+    def draw(self, folder, *options):
+        """Draws a graph without stored places. Returns the run and the way of its layout."""
+        package = self.work / "placeless.obl"
+        text = (self.work / "wood/wood_planks.obl").read_text()
+        package.write_text(re.sub("<GUILayout><gpos v=\"[^\"]*\"/></GUILayout>", "", text))
+        result = run(self.tree / "bin/ksx", "draw", "-o", self.work / folder, "--graph",
+                     "wood_planks", "--json", *options, package)
+        return result, re.findall(r'"layout":"(\w+)"', result.stdout)
+
+    def test_ksx_lays_graphs_out_by_its_library(self):
+        result, layouts = self.draw("computed")
+        self.assertEqual((result.returncode, layouts), (0, ["computed"]), result.stderr)
+
+    def test_ksx_lays_graphs_out_without_its_library(self):
+        with moved_away(self.modules / "libksx_layout.so"):
+            result, layouts = self.draw("columns")
+        self.assertEqual((result.returncode, layouts), (0, ["columns"]), result.stderr)
+
+    def test_ksx_paints_pictures_by_its_library(self):
+        result, _ = self.draw("painted", "--format", "png")
+        self.assertEqual(result.returncode, 0, result.stderr)
+
+    def test_ksx_names_a_missing_painter(self):
+        with moved_away(self.modules / "libksx_painter.so"):
+            result, _ = self.draw("unpainted", "--format", "png")
+        self.assertEqual(result.returncode, 2)
+        self.assertIn("libksx_painter.so is missing", result.stderr)
+
     def test_what_belongs_to_ksx_is_installed(self):
         for name in ["man/man1/ksx.1.gz", "bash-completion/completions/ksx",
                      "zsh/vendor-completions/_ksx", "fish/vendor_completions.d/ksx.fish"]:

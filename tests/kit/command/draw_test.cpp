@@ -29,6 +29,14 @@ std::string aPackageWith(const std::string& graph)
     return aPackage().containing(text.text()).text();
 }
 
+std::string aPackageOfNodes(unsigned count)
+{
+    GraphText graph;
+    for (unsigned i = 1; i <= count; ++i)
+        graph.nodes += TestSupport::aNode(i, TestSupport::aFilter("blend"));
+    return aPackage().containing(graph.text()).text();
+}
+
 class DrawCommand : public testing::Test
 {
 protected:
@@ -183,6 +191,19 @@ TEST_F(DrawCommand, WritesAReport)
     EXPECT_EQ(found.err.rfind("Error! ./b.obl: it is no sound document", 0), 0U) << found;
     EXPECT_EQ(directory.files(), "a.obl b.obl out/index.html out/library.js out/packages/a.html "
                                  "out/packages/b.html out/report.css out/report.js out/users.js");
+}
+
+TEST_F(DrawCommand, AGraphOfAHundredThousandNodesTakesLittleMemory)
+{
+    directory.write("a.obl", aPackageOfNodes(100000));
+
+    const ToolRun picture = run({"draw", "-o", "out", "a.obl"});
+    const ToolRun report = run({"draw", "--html", "report", "a.obl"});
+
+    EXPECT_EQ(picture.exitCode, 0) << picture;
+    EXPECT_EQ(report.exitCode, 0) << report;
+    EXPECT_LT(picture.peakKilobytes, 400 * 1024);
+    EXPECT_LT(report.peakKilobytes, 400 * 1024);
 }
 
 TEST_F(DrawCommand, WritesTheSameReportWithAnyNumberOfWorkers)
