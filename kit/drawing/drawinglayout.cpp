@@ -163,6 +163,7 @@ void moveAboveBoxes(Note& note, const std::vector<Box>& boxes)
 void useStored(Drawing& drawing, const StoredPlaces& stored)
 {
     std::vector<QPointF> places;
+    places.reserve(stored.boxes.size());
     for (const auto& place : stored.boxes)
         places.push_back(place.value_or(QPointF()));
     const Stretch stretch(drawing.boxes, places);
@@ -188,6 +189,7 @@ bool layOutByLibrary(Drawing& drawing)
     if (run == nullptr)
         return false;
     std::vector<LayoutBox> places;
+    places.reserve(boxes.size());
     for (const Box& box : boxes)
         places.push_back({box.width, box.height});
     std::vector<LayoutWire> wires;

@@ -12,7 +12,6 @@ using Ksx::Kit::BoxKind;
 using Ksx::Kit::Drawing;
 using Ksx::Kit::GraphDrawer;
 using Ksx::Kit::LayoutWay;
-using Ksx::Kit::Note;
 using TestSupport::aConnexion;
 using TestSupport::aFilter;
 using TestSupport::anInput;
