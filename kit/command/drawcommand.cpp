@@ -99,7 +99,7 @@ QHash<QString, QString> foldersFor(const QStringList& files)
     UniqueFileNames names;
     for (const QString& file : files) {
         const QString name = file.mid(file.lastIndexOf(QLatin1Char('/')) + 1);
-        const int end = name.lastIndexOf(QLatin1Char('.'));
+        const auto end = name.lastIndexOf(QLatin1Char('.'));
         folders.insert(file, names.nameFor(end > 0 ? name.left(end) : name));
     }
     return folders;
@@ -213,8 +213,7 @@ void declareDrawOptions(po::options_description& options)
 int runDraw(const Request& request)
 {
     checkOptions(request);
-    presetsPathsOf(request);
-    jobsOf(request);
+    jobsOf(request); // a wrong one ends the command before anything is printed
     PackageFiles files = filesOf(request);
     Results results(request.has("json")); // prints, so the request is sound by now
     if (request.has(HtmlOption))

@@ -74,7 +74,7 @@ void fit(Note& note)
         width = std::max(width, textWidth(line, NoteSize));
     note.text = lines.join(QChar('\n'));
     note.width = std::ceil(width + 2 * NoteMargin);
-    note.height = NoteLine * lines.size() + 2 * NoteMargin;
+    note.height = NoteLine * static_cast<double>(lines.size()) + 2 * NoteMargin;
 }
 
 bool isComplete(const StoredPlaces& places)

@@ -328,7 +328,7 @@ struct Room
         if (drawing.leftOut > 0)
             lines.append(QStringLiteral("%1 more parts are not drawn").arg(drawing.leftOut));
     }
-    double captionHeight() const { return CaptionHeight * lines.size(); }
+    double captionHeight() const { return CaptionHeight * static_cast<double>(lines.size()); }
 
     double width;
     double height;

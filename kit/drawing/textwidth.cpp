@@ -50,8 +50,8 @@ QString fittingText(const QString& text, double width, double size, bool isBold)
 {
     const double room = width / factorOf(size, isBold);
     double sum = 0;
-    int fitting = 0; // characters that fit in front of an ellipsis
     QString shown;
+    auto fitting = shown.size(); // characters that fit in front of an ellipsis
     for (const QChar c : text) {
         const QChar visible = c.category() == QChar::Other_Control ? QChar(' ') : c;
         sum += advanceOf(visible);

@@ -41,10 +41,9 @@ QString UniqueFileNames::nameFor(const QString& text)
 
 QString anchorOf(const QString& place)
 {
-    const int begin = place.startsWith(PathPrefix) ? PathPrefix.size() : 0;
     QString anchor = QStringLiteral("g-");
-    for (int i = begin; i < place.size() && place[i] != QChar('?'); ++i) {
-        const QChar c = place[i];
+    const QString path = place.section(QChar('?'), 0, 0);
+    for (const QChar c : path.startsWith(PathPrefix) ? path.mid(PathPrefix.size()) : path) {
         if (isLetterOrDigit(c) || c == QChar('_') || c == QChar('-') || c == QChar('/'))
             anchor += c;
         else

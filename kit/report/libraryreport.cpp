@@ -42,7 +42,7 @@ QString bareName(const QString& file)
 
 QString withoutEnding(const QString& name)
 {
-    const int end = name.lastIndexOf(QChar('.'));
+    const auto end = name.lastIndexOf(QChar('.'));
     return end > 0 ? name.left(end) : name;
 }
 
