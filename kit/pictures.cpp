@@ -9,23 +9,6 @@
 
 namespace Ksx::Kit {
 
-namespace {
-
-const QString PathPrefix = QStringLiteral("pkg://");
-
-QString withoutPrefix(const QString& place)
-{
-    return place.startsWith(PathPrefix) ? place.mid(PathPrefix.size()) : place;
-}
-
-// Returns "group.graph" for "pkg://group/graph".
-QString dottedName(const QString& place)
-{
-    return withoutPrefix(place).replace(QChar('/'), QChar('.'));
-}
-
-} // namespace
-
 bool drawPackage(const QString& file, const QStringList& presetsPaths, const PictureChoice& choice,
                  const std::function<bool(const Picture&)>& take, QString& reason)
 {
@@ -48,11 +31,11 @@ bool drawPackage(const QString& file, const QStringList& presetsPaths, const Pic
     const GraphDrawer drawer(*package);
     for (std::size_t i = 0; i < objects.size(); ++i) {
         const DrawnObject& object = objects[i];
-        if (!choice.place.isEmpty() && withoutPrefix(choice.place) != withoutPrefix(object.place))
+        if (!choice.place.isEmpty() && withoutScheme(choice.place) != withoutScheme(object.place))
             continue;
         Picture picture{object.place, pictureNames[static_cast<int>(i)], object.function != nullptr,
                         drawingOf(drawer, object)};
-        picture.drawing.caption = withoutPrefix(object.place);
+        picture.drawing.caption = withoutScheme(object.place);
         for (Box& box : picture.drawing.boxes) {
             const auto name = box.isOwnTarget
                                   ? namesOfPlaces.constFind(box.target.section('?', 0, 0))

@@ -3,12 +3,14 @@
 #include "command/commandtable.h"
 #include "command/differencetext.h"
 #include "command/jsonoutput.h"
+#include "command/outputfolder.h"
 #include "command/packagework.h"
 #include "command/texttable.h"
 #include "console.h"
 #include "core/fileplace.h"
 #include "data/filename.h"
-#include "ksx/kit/comparison.h"
+#include "ksx/kit/comparisonpictures.h"
+#include "report/filenames.h"
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
@@ -24,6 +26,7 @@ using Differences = std::vector<Difference>;
 constexpr const char* LayoutOption = "layout";
 constexpr const char* GitOption = "git";
 constexpr const char* TextOption = "text";
+constexpr const char* SvgOption = "svg";
 const QString Nothing = QStringLiteral("/dev/null");
 
 // Two files, and what users call them.
@@ -92,6 +95,29 @@ std::vector<Pair> pairsOf(const Request& request, std::vector<Failure>& failures
     return {{{names[0]}, {names[1]}}};
 }
 
+// A picture that is written.
+struct WrittenPicture
+{
+    QString place;
+    QString file;
+};
+
+// What came out of a pair: without differences a failure.
+struct Outcome
+{
+    std::optional<Differences> differences;
+    std::vector<WrittenPicture> pictures;
+    Failure failure;
+};
+
+QJsonArray jsonOf(const std::vector<WrittenPicture>& pictures)
+{
+    QJsonArray array;
+    for (const WrittenPicture& picture : pictures)
+        array.append(QJsonObject{{"place", picture.place}, {"picture", picture.file}});
+    return array;
+}
+
 // Prints what is found.
 class Results
 {
@@ -102,13 +128,15 @@ public:
             m_json.emplace("diff", "comparisons");
     }
 
-    void add(const Pair& pair, const Differences& differences)
+    void add(const Pair& pair, const Differences& differences,
+             const std::vector<WrittenPicture>& pictures)
     {
         m_hasFound = m_hasFound || !differences.empty();
         if (m_json) {
             m_json->add({{"first", pair.first.file},
                          {"second", pair.second.file},
-                         {"differences", arrayOf(differences)}});
+                         {"differences", arrayOf(differences)},
+                         {"pictures", jsonOf(pictures)}});
             return;
         }
         if (differences.empty())
@@ -117,6 +145,8 @@ public:
             std::cout << Orv::toBytes(coloured(lineText(pair.name), Colour::Strong, m_isColoured) +
                                       QLatin1Char('\n'));
         std::cout << Orv::toBytes(differenceText(differences, m_isColoured));
+        for (const WrittenPicture& picture : pictures)
+            std::cout << Orv::toBytes(picture.file) << '\n';
     }
 
     void fail(const QString& file, const QString& reason)
@@ -141,31 +171,78 @@ private:
     bool m_hasFound = false;
 };
 
-// What came out of a pair: without differences a failure.
-struct Outcome
+// Writes the pictures of a pair into a folder of its own. Returns false on failure.
+bool writePictures(const OutputFolder& output, const QString& folder,
+                   const std::vector<ComparedGraph>& graphs, Outcome& outcome)
 {
-    std::optional<Differences> differences;
-    Failure failure;
+    UniqueFileNames names;
+    for (const ComparedGraph& graph : graphs) {
+        const QString name =
+            folder + names.nameFor(dottedName(graph.place)) + QStringLiteral(".svg");
+        outcome.failure.file = output.pathOf(name);
+        if (!output.write(name, svgOf({graph.before, graph.after}), outcome.failure.reason))
+            return false;
+        outcome.pictures.push_back({graph.place, output.pathOf(name)});
+    }
+    return true;
+}
+
+// Compares pairs, and draws them if there is a folder for pictures.
+class Comparer
+{
+public:
+    Comparer(const std::vector<Pair>& pairs, const ComparisonOptions& options,
+             const QString& pictureFolder)
+        : m_pairs(pairs), m_options(options)
+    {
+        QStringList inputs;
+        UniqueFileNames names;
+        for (const Pair& pair : pairs) {
+            inputs << pair.first.file << pair.second.file;
+            m_folders.append(pair.name.isEmpty() ? QString()
+                                                 : names.nameFor(pair.name) + QLatin1Char('/'));
+        }
+        if (!pictureFolder.isEmpty())
+            m_pictures.emplace(pictureFolder, inputs);
+    }
+
+    // Runs in any thread.
+    Outcome compare(std::size_t index) const
+    {
+        const Pair& pair = m_pairs[index];
+        Outcome outcome;
+        QString& file = outcome.failure.file;
+        QString& reason = outcome.failure.reason;
+        if (!m_pictures) {
+            outcome.differences = comparePackages(pair.first, pair.second, m_options, file, reason);
+            return outcome;
+        }
+        auto drawn = drawComparison(pair.first, pair.second, m_options, file, reason);
+        const QString& folder = m_folders[static_cast<int>(index)];
+        if (drawn && writePictures(*m_pictures, folder, drawn->graphs, outcome))
+            outcome.differences = std::move(drawn->differences);
+        return outcome;
+    }
+
+private:
+    const std::vector<Pair>& m_pairs;
+    const ComparisonOptions& m_options;
+    QStringList m_folders; // in the folder for pictures, one for each pair
+    std::optional<OutputFolder> m_pictures;
 };
 
-void compareAll(const std::vector<Pair>& pairs, unsigned jobs, const ComparisonOptions& options,
+void compareAll(const std::vector<Pair>& pairs, const Comparer& comparer, unsigned jobs,
                 Results& results)
 {
     PackageFiles numbers; // of the pairs, since they may share their names
     for (std::size_t i = 0; i < pairs.size(); ++i)
         numbers.files.append(QString::number(i));
-    const auto pairAt = [&](const QString& number) -> const Pair& {
-        return pairs[number.toUInt()];
-    };
     const auto compare = [&](const QString& number, QString&) {
-        Outcome outcome;
-        outcome.differences = comparePackages(pairAt(number).first, pairAt(number).second, options,
-                                              outcome.failure.file, outcome.failure.reason);
-        return std::optional<Outcome>(std::move(outcome));
+        return std::optional<Outcome>(comparer.compare(number.toUInt()));
     };
     const auto take = [&](const QString& number, Outcome&& outcome) {
         if (outcome.differences)
-            results.add(pairAt(number), *outcome.differences);
+            results.add(pairs[number.toUInt()], *outcome.differences, outcome.pictures);
         else
             results.fail(outcome.failure.file, outcome.failure.reason);
     };
@@ -199,6 +276,9 @@ void declareDiffOptions(po::options_description& options)
          "Counts positions, comments and other facts of the layout as well.")
         (GitOption, po::bool_switch(),
          "Takes the words that git gives an external diff. The exit code is 0 for differences.")
+        (SvgOption, po::value<std::string>()->value_name("FOLDER"),
+         "Writes a picture of each graph and function that differs there, with both versions side by "
+         "side in colours.")
         (TextOption, po::bool_switch(),
          "Prints all facts of each package, a line for each, for programs that compare texts.");
     // clang-format on
@@ -217,7 +297,7 @@ int runDiff(const Request& request)
     Results results(request.has("json")); // prints, so the request is sound by now
     for (const Failure& failure : failures)
         results.fail(failure.file, failure.reason);
-    compareAll(pairs, jobs, options, results);
+    compareAll(pairs, Comparer(pairs, options, request.text(SvgOption)), jobs, results);
     const int exitCode = results.finish();
     return request.has(GitOption) && exitCode == SomethingFound ? NothingFound : exitCode;
 }

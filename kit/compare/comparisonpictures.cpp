@@ -85,14 +85,15 @@ bool isDrawn(const BaseObject* object)
 }
 
 // Returns a drawing without boxes for null.
-Drawing drawingOf(const GraphDrawer& drawer, const BaseObject* object)
+Drawing drawingOf(const GraphDrawer& drawer, const BaseObject* object, const QString& when)
 {
     Drawing drawing;
     if (const auto* const graph = dynamic_cast<const Doc::Graph*>(object))
         drawing = drawer.draw(*graph);
     else if (const auto* const function = dynamic_cast<const Doc::Function*>(object))
         drawing = drawer.draw(*function);
-    drawing.caption = object == nullptr ? QString() : placeOf(object);
+    drawing.caption = object == nullptr ? QStringLiteral("%1: nothing").arg(when)
+                                        : QStringLiteral("%1: %2").arg(when, placeOf(object));
     return drawing;
 }
 
@@ -132,8 +133,8 @@ private:
             return;
         ComparedGraph& graph = m_graphs.emplace_back();
         graph.place = place;
-        graph.before = drawingOf(m_first, first);
-        graph.after = drawingOf(m_second, second);
+        graph.before = drawingOf(m_first, first, QStringLiteral("before"));
+        graph.after = drawingOf(m_second, second, QStringLiteral("after"));
         if (isPair) {
             apply(marks->second.first, graph.before);
             apply(marks->second.second, graph.after);

@@ -27,6 +27,17 @@ QString safeFileName(const QString& text)
     return name.isEmpty() ? QStringLiteral("_") : name;
 }
 
+QString withoutScheme(const QString& place)
+{
+    const QString scheme = QStringLiteral("pkg://");
+    return place.startsWith(scheme) ? place.mid(scheme.size()) : place;
+}
+
+QString dottedName(const QString& place)
+{
+    return withoutScheme(place).replace(QChar('/'), QChar('.'));
+}
+
 QString UniqueFileNames::nameFor(const QString& text)
 {
     const QString base = safeFileName(text);

@@ -10,6 +10,11 @@ namespace Ksx::Kit {
 // ASCII, "_", "-" and ".". It is never empty, is not long and begins with none of the last two.
 QString safeFileName(const QString& text);
 
+// Returns a data path without its scheme: "group/graph".
+QString withoutScheme(const QString& place);
+// Returns "group.graph" for "pkg://group/graph", as names of pictures have it.
+QString dottedName(const QString& place);
+
 // Gives names that differ in more than upper and lower case.
 class UniqueFileNames
 {

@@ -8,11 +8,14 @@
 #include <QJsonDocument>
 #include <gtest/gtest.h>
 
+using TestSupport::aBlend;
 using TestSupport::aGroup;
 using TestSupport::aPackage;
 using TestSupport::Arguments;
 using TestSupport::expectGolden;
+using TestSupport::fedBy;
 using TestSupport::ksxPath;
+using TestSupport::packageWithNodes;
 using TestSupport::readFile;
 using TestSupport::replaced;
 using TestSupport::sourcePath;
@@ -97,6 +100,42 @@ TEST_F(DiffCommand, SaysNothingOfEqualPackages)
 
     EXPECT_EQ(found.exitCode, 0) << found;
     EXPECT_EQ(found.out, "");
+}
+
+TEST_F(DiffCommand, DrawsBothVersionsSideBySide)
+{
+    directory.write("a.obl", packageWithNodes(aBlend(1) + aBlend(3)));
+    directory.write("b.obl", packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))));
+
+    const ToolRun found = run({"diff", "--svg", "pictures", "a.obl", "b.obl"});
+
+    EXPECT_EQ(found.exitCode, 1) << found;
+    EXPECT_EQ(found.out, "pkg://g\n  added   node 3 (blend), connection source: node 1, output 2\n"
+                         "1 added\npictures/g.svg\n");
+    expectGolden("kit/diff.svg", directory.read("pictures/g.svg"));
+}
+
+TEST_F(DiffCommand, DrawsPairsOfFoldersInFoldersOfTheirOwn)
+{
+    directory.write("old/in/a.obl", packageWithNodes(aBlend(1)));
+    directory.write("new/in/a.obl", packageWithNodes(aBlend(1) + aBlend(3)));
+
+    const ToolRun found = run({"diff", "--svg", "pictures", "old", "new"});
+
+    EXPECT_EQ(found.exitCode, 1) << found;
+    EXPECT_TRUE(directory.exists("pictures/in_a.obl/g.svg")) << found;
+}
+
+TEST_F(DiffCommand, WritesNoPictureOverAPackage)
+{
+    directory.write("pictures/g.svg", packageWithNodes(aBlend(1)));
+    directory.write("b.obl", packageWithNodes(aBlend(3)));
+    directory.makeLink("a.obl", "pictures/g.svg");
+
+    const ToolRun found = run({"diff", "--svg", "pictures", "a.obl", "b.obl"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    EXPECT_EQ(directory.read("pictures/g.svg"), packageWithNodes(aBlend(1)));
 }
 
 TEST_F(DiffCommand, ComparesFoldersByTheNamesInThem)
