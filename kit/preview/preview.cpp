@@ -258,9 +258,14 @@ private:
     // The update itself stops at the first one.
     void addFailures(const std::vector<DependencyOpener::Failure>& failures)
     {
-        for (const DependencyOpener::Failure& failure : failures)
+        QSet<QString> known; // a file that several packages need fails for each of them
+        for (const DependencyOpener::Failure& failure : failures) {
+            if (known.contains(failure.filename))
+                continue;
+            known.insert(failure.filename);
             m_preview.failures.push_back({m_inputs.value(failure.filename, failure.filename),
                                           Core::failureReason(failure.filename, failure.error)});
+        }
         const DependencyOpener::Failure& first = failures.front();
         m_preview.errors.append((first.isDependency ? QStringLiteral("Cannot load dependency: ")
                                                     : QStringLiteral("Cannot load: ")) +

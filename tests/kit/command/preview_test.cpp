@@ -111,6 +111,19 @@ TEST_F(PreviewCommand, TellsWhatTheUpdateSaysOfAMissingFile)
     EXPECT_NE(found.out.find("The update would write nothing"), std::string::npos) << found;
 }
 
+TEST_F(PreviewCommand, NamesAFileThatTwoPackagesMissOnce)
+{
+    directory.write("a.obl", aPackage().dependingOn("none.obl", 5).text());
+    directory.write("b.obl", aPackage().dependingOn("none.obl", 5).text());
+
+    const ToolRun found = run({"preview", "a.obl", "b.obl"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    const std::string line = "Error! " + path("none.obl") + ": there is no such file\n";
+    EXPECT_EQ(found.err.find(line), found.err.rfind(line)) << found;
+    EXPECT_NE(found.err.find(line), std::string::npos) << found;
+}
+
 TEST_F(PreviewCommand, TellsWhatTheUpdateSaysOfAFolderThatIsMissing)
 {
     directory.write("a.obl", aPackage().text());
