@@ -9,6 +9,9 @@ namespace Ksx::Kit {
 
 struct Request;
 
+void declareBatchOptions(boost::program_options::options_description& options);
+int runBatch(const Request& request);
+
 void declareCheckOptions(boost::program_options::options_description& options);
 int runCheck(const Request& request);
 

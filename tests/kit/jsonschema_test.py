@@ -98,6 +98,18 @@ class JsonSchema(unittest.TestCase):
             self.assertValid(output_of("draw", "-o", folder, "bricks", "none.obl"))
             self.assertValid(output_of("draw", "--html", folder, "bricks", "none.obl"))
 
+    def test_describes_states_and_results_of_a_batch(self):
+        with tempfile.TemporaryDirectory() as folder:
+            plan = f"{folder}/plan.json"
+            subprocess.run([KSX, "batch", "plan", "update", SOURCES / "examples", "--to",
+                            f"{folder}/out", "-o", plan], check=False, stdout=subprocess.DEVNULL)
+            subprocess.run([KSX, "batch", "run", plan], check=False, capture_output=True)
+            status, report = (output_of("batch", part, plan) for part in ("status", "report"))
+        self.assertNotEqual(status["shards"], [])
+        self.assertEqual({package["state"] for package in report["packages"]}, {"done", "failed"})
+        self.assertValid(status)
+        self.assertValid(report)
+
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))
 

@@ -1,0 +1,332 @@
+#include "ksx/kit/batchrun.h"
+
+#include "batch/componentupdate.h"
+#include "batch/dependencypaths.h"
+#include "batch/statefolder.h"
+#include "batch/workerprocess.h"
+#include "core/fileplace.h"
+#include <QStringList>
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+namespace Ksx::Kit {
+
+namespace {
+
+using Packages = std::vector<const BatchPackage*>;
+
+// Packages that are updated together.
+struct Component
+{
+    Packages packages;
+    // True once packages have been left out because a process ended without an answer.
+    bool isSecondTry = false;
+};
+
+// A shard of which not all packages have a result.
+struct OpenShard
+{
+    ShardJournal journal;
+    std::size_t packagesLeft = 0;
+};
+
+class Run
+{
+public:
+    using Take = std::function<void(const BatchPackage&, const BatchResult&)>;
+
+    Run(const BatchPlan& plan, const BatchRunOptions& options, const Take& take)
+        : m_plan(plan), m_options(options), m_take(take), m_stamps(plannedStamps(plan)),
+          m_origins(originsOf(plan))
+    {
+        for (std::size_t i = 0; i < plan.packages.size(); ++i)
+            m_indices[&plan.packages[i]] = i;
+        for (const BatchPackage& package : plan.packages)
+            m_components[package.shard][package.component].push_back(&package);
+        if (options.resumes)
+            m_results = formerResults(plan, m_origins);
+    }
+
+    // Returns a sentence for each failure of a shard.
+    QStringList run()
+    {
+        unsigned shard = m_options.shard.value_or(1);
+        const unsigned last = m_options.shard.value_or(m_plan.shardCount);
+        while (shard <= last || !m_waiting.empty() || !m_pool.isEmpty()) {
+            if (m_pool.isFull() || (m_waiting.empty() && shard > last))
+                m_pool.finishOne();
+            else if (!m_waiting.empty())
+                start();
+            else
+                beginShard(shard++);
+        }
+        return m_failures;
+    }
+
+private:
+    void beginShard(unsigned shard)
+    {
+        QString reason;
+        auto journal = ShardJournal::begin(m_plan, shard, m_options.resumes, reason);
+        if (!journal) {
+            m_failures.append(QStringLiteral("shard %1: %2").arg(shard).arg(reason));
+            return;
+        }
+        std::size_t packagesLeft = 0;
+        for (auto& [number, packages] : m_components[shard]) {
+            if (m_options.resumes && areCurrent(packages))
+                continue;
+            packagesLeft += packages.size();
+            m_waiting.push_back({std::move(packages)});
+        }
+        m_shards.emplace(shard, OpenShard{std::move(*journal), packagesLeft});
+        endShardIfDone(shard);
+    }
+
+    bool areCurrent(const Packages& packages) const
+    {
+        return std::all_of(packages.begin(), packages.end(), [&](const BatchPackage* package) {
+            const auto result = m_results.constFind(package->output);
+            return result != m_results.constEnd() && result->isDone &&
+                   isResultThere(m_plan.outputPath(*package), *result);
+        });
+    }
+
+    static bool isResultThere(const QString& file, const BatchResult& result)
+    {
+        QString reason;
+        const std::optional<FileStamp> stamp = stampOf(file, reason);
+        return stamp && stamp->sha256 == result.sha256;
+    }
+
+    WorkerBounds boundsFor(std::size_t packages) const
+    {
+        constexpr qint64 Most = 1 << 30; // of anything
+        const auto count = static_cast<qint64>(packages);
+        return {std::min(m_options.megabytes * count, Most),
+                std::chrono::seconds(std::min(m_options.seconds * count, Most))};
+    }
+
+    void start()
+    {
+        Component component = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        m_pool.start(
+            boundsFor(component.packages.size()),
+            [&] { return updateComponent(m_plan, m_stamps, component.packages).toBytes(); },
+            [this, component](const WorkerProcess& process) { finish(component, process); });
+    }
+
+    void finish(const Component& component, const WorkerProcess& process)
+    {
+        const std::size_t count = component.packages.size();
+        const auto outcome = ComponentOutcome::fromBytes(process.answer());
+        if (!process.failure().isEmpty() || !outcome) {
+            leaveOutCulprits(component, process.failure());
+        } else if (outcome->savings.size() != count) {
+            leaveOut(component, outcome->failures);
+        } else {
+            const double seconds = process.seconds() / static_cast<double>(count);
+            for (std::size_t i = 0; i < count; ++i)
+                noteSaving(*component.packages[i], outcome->savings[i], seconds);
+        }
+    }
+
+    void noteSaving(const BatchPackage& package, const ComponentOutcome::Saving& saving,
+                    double seconds)
+    {
+        BatchResult result;
+        result.isDone = saving.isSaved;
+        result.sha256 = saving.sha256;
+        result.seconds = seconds;
+        if (!saving.isSaved)
+            result.reason = QStringLiteral("the result cannot be written");
+        note(package, std::move(result));
+    }
+
+    // The process of a component has ended without an answer. Opens all files of the component one
+    // by one to find those that are to blame.
+    void leaveOutCulprits(Component component, const QString& reason)
+    {
+        std::vector<Failure> culprits;
+        if (!component.isSecondTry && component.packages.size() > 1)
+            for (const QString& file :
+                 NeededFiles(m_plan.options.presetsPath).closureOf(pathsOf(component.packages)))
+                if (const QString fault = faultOf(file); !fault.isEmpty())
+                    culprits.push_back({file, fault});
+        component.isSecondTry = true;
+        if (culprits.empty())
+            fail(component.packages, reason);
+        else
+            leaveOut(component, culprits);
+    }
+
+    QString faultOf(const QString& file) const
+    {
+        WorkerProcess process(boundsFor(1), [&] { return openOne(m_plan, file).toBytes(); });
+        WorkerProcess::waitForOne({&process});
+        const auto outcome = ComponentOutcome::fromBytes(process.answer());
+        if (outcome && !outcome->failures.empty())
+            return outcome->failures.front().reason;
+        return process.failure();
+    }
+
+    // Notes the failures of files and of all packages that need them, and lets the others be
+    // updated.
+    void leaveOut(const Component& component, const std::vector<Failure>& failures)
+    {
+        QHash<QString, QString> reasons;
+        for (const Failure& failure : failures)
+            reasons.insert(failure.file, failure.reason);
+        NeededFiles needs(m_plan.options.presetsPath);
+        Packages others;
+        for (const BatchPackage* package : component.packages) {
+            const QString file = realPath(*package);
+            const QString needed = needs.firstNeeded(file, reasons);
+            if (needed.isNull())
+                others.push_back(package);
+            else if (needed == file)
+                fail({package}, reasons[file]);
+            else
+                fail({package}, QStringLiteral("it needs %1: %2").arg(needed, reasons[needed]));
+        }
+        if (others.size() == component.packages.size())
+            fail(others, QStringLiteral("it needs %1: %2")
+                             .arg(failures.front().file, failures.front().reason));
+        else if (!others.empty())
+            m_waiting.push_front({std::move(others), component.isSecondTry});
+    }
+
+    QString realPath(const BatchPackage& package) const
+    {
+        const QString path = m_plan.inputPath(package);
+        const QString real = Orv::Core::canonicalPath(path);
+        return real.isEmpty() ? path : real;
+    }
+
+    QStringList pathsOf(const Packages& packages) const
+    {
+        QStringList paths;
+        for (const BatchPackage* package : packages)
+            paths.append(realPath(*package));
+        return paths;
+    }
+
+    void fail(const Packages& packages, const QString& reason)
+    {
+        BatchResult result;
+        result.reason = reason;
+        for (const BatchPackage* package : packages)
+            note(*package, result);
+    }
+
+    void note(const BatchPackage& package, BatchResult result)
+    {
+        result.output = package.output;
+        result.origin = m_origins[m_indices[&package]];
+        OpenShard& shard = m_shards.at(package.shard);
+        if (!shard.journal.add(result))
+            m_failures.append(
+                QStringLiteral("shard %1: its journal cannot be written").arg(package.shard));
+        m_results[result.output] = result;
+        m_take(package, result);
+        --shard.packagesLeft;
+        endShardIfDone(package.shard);
+    }
+
+    void endShardIfDone(unsigned number)
+    {
+        const auto shard = m_shards.find(number);
+        if (shard->second.packagesLeft > 0)
+            return;
+        if (!shard->second.journal.finish(m_plan, m_results))
+            m_failures.append(QStringLiteral("shard %1: its report cannot be written").arg(number));
+        m_shards.erase(shard);
+    }
+
+    const BatchPlan& m_plan;
+    const BatchRunOptions& m_options;
+    const Take& m_take;
+    PlannedStamps m_stamps;
+    std::vector<QByteArray> m_origins; // by the index of the package
+    QHash<const BatchPackage*, std::size_t> m_indices;
+    BatchResults m_results;
+    std::map<unsigned, std::map<unsigned, Packages>> m_components; // by shard
+    std::deque<Component> m_waiting;
+    WorkerPool m_pool{m_options.jobs};
+    std::map<unsigned, OpenShard> m_shards;
+    QStringList m_failures;
+};
+
+// Returns a sentence unless another update of a result has given the same bytes.
+QString faultOf(const WorkerProcess& process, const QByteArray& sha256)
+{
+    if (!process.failure().isEmpty())
+        return process.failure();
+    const auto outcome = ComponentOutcome::fromBytes(process.answer());
+    if (outcome && !outcome->failures.empty())
+        return outcome->failures.front().reason;
+    if (!outcome || outcome->savings.size() != 1 || !outcome->savings.front().isSaved)
+        return QStringLiteral("it cannot be written again");
+    return outcome->savings.front().sha256 == sha256
+               ? QString()
+               : QStringLiteral("another update of it gives other bytes");
+}
+
+} // namespace
+
+bool runBatch(const BatchPlan& plan, const BatchRunOptions& options,
+              const std::function<void(const BatchPackage&, const BatchResult&)>& take,
+              QString& reason)
+{
+    const std::optional<TargetLock> lock = TargetLock::take(plan, reason);
+    if (!lock)
+        return false;
+    try {
+        const QStringList failures = Run(plan, options, take).run();
+        reason = failures.join(QStringLiteral("; "));
+        return failures.isEmpty();
+    } catch (const std::runtime_error& error) {
+        reason = QString::fromUtf8(error.what());
+        return false;
+    }
+}
+
+bool verifyBatch(const BatchPlan& plan, const BatchRunOptions& options,
+                 const std::function<void(const BatchPackage&, const QString&)>& take)
+{
+    const std::vector<BatchStatus> states = statusOf(plan);
+    WorkerPool pool(options.jobs);
+    bool isSame = true;
+    const auto tell = [&](const BatchPackage& package, const QString& fault) {
+        isSame = isSame && fault.isEmpty();
+        take(package, fault);
+    };
+    for (std::size_t i = 0; i < states.size(); ++i) {
+        const BatchPackage& package = plan.packages[i];
+        const BatchStatus& status = states[i];
+        if (options.shard && package.shard != *options.shard)
+            continue;
+        if (status.state != BatchState::Done) {
+            tell(package, QStringLiteral("it is %1").arg(wordOf(status.state)));
+            continue;
+        }
+        while (pool.isFull())
+            pool.finishOne();
+        pool.start(
+            {options.megabytes, std::chrono::seconds(options.seconds)},
+            [&] { return updateAgain(plan, package).toBytes(); },
+            [&](const WorkerProcess& process) {
+                tell(package, faultOf(process, status.result.sha256));
+            });
+    }
+    while (!pool.isEmpty())
+        pool.finishOne();
+    return isSame;
+}
+
+} // namespace Ksx::Kit

@@ -1,0 +1,51 @@
+// The update of one component, in the process that runs it.
+#pragma once
+
+#include "ksx/kit/batchplan.h"
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace Ksx::Kit {
+
+// The state of each file of a plan, by its path without links.
+using PlannedStamps = QHash<QString, FileStamp>;
+
+PlannedStamps plannedStamps(const BatchPlan& plan);
+
+// The outcome of an update, which processes send each other.
+struct ComponentOutcome
+{
+    struct Saving
+    {
+        bool isSaved = false;
+        QByteArray sha256;
+    };
+
+    // The files that could not be opened. Then no package was saved.
+    std::vector<Failure> failures;
+    // One for each package.
+    std::vector<Saving> savings;
+
+    QByteArray toBytes() const;
+    // Returns none for bytes that are no outcome.
+    static std::optional<ComponentOutcome> fromBytes(const QByteArray& bytes);
+};
+
+// Opens the packages with all that they need, and saves them. Leaves the documents behind for the
+// end of the process.
+ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& stamps,
+                                 const std::vector<const BatchPackage*>& packages);
+
+// Opens one file alone, and saves nothing.
+ComponentOutcome openOne(const BatchPlan& plan, const QString& file);
+
+// Updates the result of a package into another file of its folder, and returns the sum of the bytes
+// as its only saving. The other file is gone then.
+ComponentOutcome updateAgain(const BatchPlan& plan, const BatchPackage& package);
+
+} // namespace Ksx::Kit

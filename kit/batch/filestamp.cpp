@@ -1,0 +1,53 @@
+#include "core/regularfile.h"
+#include "ksx/core/failurereason.h"
+#include "ksx/kit/batchplan.h"
+#include <QCryptographicHash>
+#include <sys/stat.h>
+
+namespace Ksx::Kit {
+
+namespace {
+
+// Returns when an open file was last written.
+qint64 modifiedAt(const QFile& file)
+{
+    struct stat status = {};
+    if (fstat(file.handle(), &status) != 0)
+        return -1;
+    return qint64(status.st_mtim.tv_sec) * 1000 + status.st_mtim.tv_nsec / 1000000;
+}
+
+} // namespace
+
+std::optional<FileStamp> stampOf(const QString& file, QString& reason)
+{
+    Orv::Core::RegularFile device(file);
+    FileStamp stamp;
+    if (!device.open(QIODevice::ReadOnly)) {
+        reason = Core::failureReason(file, QStringLiteral("ERROR_FAIL_TO_OPEN_URL_"));
+        return std::nullopt;
+    }
+    stamp.size = device.size();
+    stamp.modified = modifiedAt(device);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!hash.addData(&device) || device.hasFailed() || modifiedAt(device) != stamp.modified) {
+        reason = Core::failureReason(file, QStringLiteral("ERROR_FAIL_TO_READ_URL_"));
+        return std::nullopt;
+    }
+    stamp.sha256 = hash.result().toHex();
+    return stamp;
+}
+
+bool hasStamp(const QString& file, const FileStamp& stamp)
+{
+    Orv::Core::RegularFile device(file);
+    if (!device.open(QIODevice::ReadOnly) || device.size() != stamp.size)
+        return false;
+    if (modifiedAt(device) == stamp.modified)
+        return true;
+    QString reason;
+    const std::optional<FileStamp> present = stampOf(file, reason);
+    return present && present->sha256 == stamp.sha256;
+}
+
+} // namespace Ksx::Kit
