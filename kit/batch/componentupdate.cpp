@@ -155,11 +155,13 @@ std::optional<ComponentOutcome> ComponentOutcome::fromBytes(const QByteArray& by
     const QJsonArray parts = QJsonDocument::fromJson(bytes).array();
     if (parts.size() != 2)
         return std::nullopt;
+    const QJsonArray failed = parts[0].toArray();
+    const QJsonArray saved = parts[1].toArray();
     ComponentOutcome outcome;
-    for (const QJsonValue& failure : parts[0].toArray())
+    for (const auto& failure : failed)
         outcome.failures.push_back(
             {failure.toArray()[0].toString(), failure.toArray()[1].toString()});
-    for (const QJsonValue& sum : parts[1].toArray())
+    for (const auto& sum : saved)
         outcome.savings.push_back({!sum.toString().isEmpty(), sum.toString().toLatin1()});
     return outcome;
 }

@@ -12,8 +12,6 @@
 
 namespace Ksx::Kit {
 
-QString stateFolder(const BatchPlan& plan);
-
 // Returns the sum of all that the results of the packages are made of, in their order.
 std::vector<QByteArray> originsOf(const BatchPlan& plan);
 

@@ -29,6 +29,7 @@ const Part Parts[] = {
     {"report", {"json"}, &reportBatch},
     {"verify", {"jobs", "memory", "shard", "time"}, &verifyBatchResults},
     {"commands", {}, &listBatchCommands},
+    {"submit", {"memory", "slurm", "time"}, &submitBatch},
 };
 
 const Part& partOf(const Request& request)
@@ -64,11 +65,28 @@ void declareBatchOptions(po::options_description& options)
         ("shard", po::value<unsigned>()->value_name("K"),
          "run, resume, verify: Works on that shard alone.")
         ("memory", po::value<unsigned>()->value_name("MIB"),
-         "run, resume, verify: The memory that a package may take. Without it 1024.")
+         "run, resume, verify, submit: The memory that a package may take. Without it 1024.")
         ("time", po::value<unsigned>()->value_name("SECONDS"),
-         "run, resume, verify: The time that a package may take. Without it 600.");
+         "run, resume, verify, submit: The time that a package may take. Without it 600.")
+        ("slurm", po::bool_switch(),
+         "submit: Hands the shards to Slurm. Words behind '--' are options of its sbatch.");
     // clang-format on
     declareReadingOptions(options);
+}
+
+std::optional<BatchPlan> openPlan(const QString& file)
+{
+    QString reason;
+    std::optional<BatchPlan> plan = readPlan(file, reason);
+    if (!plan)
+        printFailure({file, reason});
+    return plan;
+}
+
+QString shellWord(QString text)
+{
+    // One character ends the quotation.
+    return '\'' + text.replace('\'', QStringLiteral("'\\''")) + '\'';
 }
 
 int runBatch(const Request& request)

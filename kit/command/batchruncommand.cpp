@@ -23,12 +23,7 @@ QString planFile(const Request& request)
 
 std::optional<BatchPlan> planOf(const Request& request)
 {
-    const QString file = planFile(request);
-    QString reason;
-    std::optional<BatchPlan> plan = readPlan(file, reason);
-    if (!plan)
-        printFailure({file, reason});
-    return plan;
+    return openPlan(planFile(request));
 }
 
 qint64 boundOf(const Request& request, const char* option, qint64 value)
@@ -242,11 +237,9 @@ int listBatchCommands(const Request& request)
     const std::optional<BatchPlan> plan = planOf(request);
     if (!plan)
         return CannotDo;
-    // In quotation marks of the shell, which has one character that ends them.
-    QString name = planFile(request);
-    name.replace('\'', QStringLiteral("'\\''"));
+    const QString name = shellWord(planFile(request));
     for (unsigned shard = 1; shard <= plan->shardCount; ++shard)
-        printLine(QStringLiteral("ksx batch run '%1' --shard %2").arg(name).arg(shard));
+        printLine(QStringLiteral("ksx batch run %1 --shard %2").arg(name).arg(shard));
     return NothingFound;
 }
 

@@ -18,7 +18,7 @@ const std::vector<Command>& commands()
          &declareMergeOptions, &runMerge},
         {"draw", "PACKAGE|FOLDER|-...", "Draws graphs, as pictures or as pages for a browser",
          &declareDrawOptions, &runDraw},
-        {"batch", "plan update FOLDER... | run|resume|status|report|verify|commands PLAN",
+        {"batch", "plan update FOLDER... | run|resume|status|report|verify|commands|submit PLAN",
          "Updates whole libraries, on one machine or many", &declareBatchOptions, &runBatch},
         {"schema", "", "Writes the format of packages as a schema", &declareSchemaOptions,
          &runSchema},

@@ -469,3 +469,18 @@ TEST_F(BatchRun, ListsACommandForEachShard)
     EXPECT_EQ(run({"commands", "plan.json"}).out, "ksx batch run 'plan.json' --shard 1\n"
                                                   "ksx batch run 'plan.json' --shard 2\n");
 }
+
+TEST_F(BatchRun, SubmitsToNoQueueThatIsNotNamed)
+{
+    plan();
+
+    EXPECT_EQ(run({"submit", "plan.json"}).exitCode, 2);
+}
+
+TEST_F(BatchRun, QuotesThePlanForAShell)
+{
+    run({"plan", "update", "lib", "--to", "out", "-o", "my 'plan'.json"});
+
+    EXPECT_EQ(run({"commands", "my 'plan'.json"}).out,
+              "ksx batch run 'my '\\''plan'\\''.json' --shard 1\n");
+}

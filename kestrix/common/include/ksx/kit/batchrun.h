@@ -11,6 +11,9 @@
 
 namespace Ksx::Kit {
 
+// Returns the folder in the target for the reports and locks of runs.
+QString stateFolder(const BatchPlan& plan);
+
 // The result of one package.
 struct BatchResult
 {
