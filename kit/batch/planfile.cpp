@@ -253,6 +253,13 @@ BatchPlan planIn(const PlanValue& root)
 
 } // namespace
 
+bool BatchOptions::isShared(const QString& file) const
+{
+    return std::any_of(shared.begin(), shared.end(), [&](const QString& folder) {
+        return file.startsWith(folder.endsWith('/') ? folder : folder + '/');
+    });
+}
+
 QString BatchPlan::inputPath(const BatchPackage& package) const
 {
     return QDir::cleanPath(options.folders[static_cast<int>(package.folder)] + '/' + package.input);

@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <algorithm>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
@@ -71,13 +70,6 @@ void add(QCryptographicHash& hash, const QByteArray& bytes)
     hash.addData(QByteArray::number(bytes.size()) + ':' + bytes);
 }
 
-bool isShared(const BatchPlan& plan, const QString& file)
-{
-    const QStringList& folders = plan.options.shared;
-    return std::any_of(folders.begin(), folders.end(),
-                       [&](const QString& folder) { return file.startsWith(folder + '/'); });
-}
-
 // Returns the sum of the choices, and of the packages that any other one may need.
 QByteArray commonOrigin(const BatchPlan& plan)
 {
@@ -88,7 +80,7 @@ QByteArray commonOrigin(const BatchPlan& plan)
     for (const BatchSource& source : plan.sources)
         add(hash, source.stamp.sha256);
     for (const BatchPackage& package : plan.packages)
-        if (isShared(plan, plan.inputPath(package)))
+        if (plan.options.isShared(plan.inputPath(package)))
             add(hash, package.stamp.sha256);
     return hash.result();
 }

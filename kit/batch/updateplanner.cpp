@@ -11,11 +11,6 @@ namespace Ksx::Kit {
 
 namespace {
 
-bool isBelow(const QString& file, const QString& folder)
-{
-    return file.startsWith(folder.endsWith('/') ? folder : folder + '/');
-}
-
 // The name without the ending of packages. A name may have other points.
 QString withoutEnding(const QString& name)
 {
@@ -105,20 +100,13 @@ void UpdatePlanner::addFailure(const Failure& failure)
     m_plan.failures.push_back(failure);
 }
 
-bool UpdatePlanner::isShared(const QString& file) const
-{
-    const QStringList& folders = m_plan.options.shared;
-    return std::any_of(folders.begin(), folders.end(),
-                       [&](const QString& folder) { return isBelow(file, folder); });
-}
-
 // Returns the first node of the component of each node.
 std::vector<std::size_t> UpdatePlanner::componentRoots() const
 {
     Components components(m_nodes.size());
     for (std::size_t node = 0; node < m_nodes.size(); ++node)
         for (const std::size_t need : m_nodes[node].needs)
-            if (!isShared(m_nodes[need].file))
+            if (!m_plan.options.isShared(m_nodes[need].file))
                 components.join(node, need);
     std::vector<std::size_t> roots(m_nodes.size());
     for (std::size_t node = 0; node < m_nodes.size(); ++node)

@@ -45,6 +45,17 @@ void setLimit(__rlimit_resource resource, rlim_t value)
     setrlimit(resource, &limit);
 }
 
+// Closes all files but the output, such as those whose locks this process shall not keep. Returns
+// the new number of the output.
+int keepOutput(int output)
+{
+    constexpr int Kept = STDERR_FILENO + 1;
+    if (output != Kept)
+        dup2(output, Kept);
+    close_range(Kept + 1, ~0U, 0);
+    return Kept;
+}
+
 void silence()
 {
     const int nowhere = open("/dev/null", O_RDWR);
@@ -86,6 +97,7 @@ void WorkerProcess::runCopy(int output, const std::function<QByteArray()>& work)
 {
     int code = HasThrown;
     try {
+        output = keepOutput(output);
         silence();
 #ifdef __GLIBC__
         // Documents are millions of small blocks, and joining freed ones costs more than it gives.

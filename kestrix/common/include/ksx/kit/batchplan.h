@@ -44,6 +44,9 @@ struct BatchOptions
     QStringList shared;
     // The time in seconds since 1970 that uids are taken from. None means the clock.
     std::optional<qint64> clock;
+
+    // Returns whether a file is in one of the shared folders.
+    bool isShared(const QString& file) const;
 };
 
 // A package that is updated.

@@ -75,7 +75,6 @@ private:
 
     void addInput(std::size_t folder, const QString& file);
     std::size_t nodeOf(const QString& file);
-    bool isShared(const QString& file) const;
     std::vector<std::size_t> componentRoots() const;
 
     BatchPlan m_plan;
