@@ -40,8 +40,8 @@ public:
     using Take = std::function<void(const BatchPackage&, const BatchResult&)>;
 
     Run(const BatchPlan& plan, const BatchRunOptions& options, const Take& take)
-        : m_plan(plan), m_options(options), m_take(take), m_stamps(plannedStamps(plan)),
-          m_origins(originsOf(plan))
+        : m_plan(plan), m_options(options), m_take(take),
+          m_stamps(plannedStamps(plan, options.shard)), m_origins(originsOf(plan, options.shard))
     {
         for (std::size_t i = 0; i < plan.packages.size(); ++i)
             m_indices[&plan.packages[i]] = i;

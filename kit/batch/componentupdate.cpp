@@ -125,12 +125,13 @@ std::int32_t ownUid(const QString& file)
 
 } // namespace
 
-PlannedStamps plannedStamps(const BatchPlan& plan)
+PlannedStamps plannedStamps(const BatchPlan& plan, std::optional<unsigned> shard)
 {
     PlannedStamps stamps;
-    stamps.reserve(static_cast<int>(plan.packages.size() + plan.sources.size()));
     for (const BatchPackage& package : plan.packages) {
         const QString path = plan.inputPath(package);
+        if (shard && package.shard != *shard && !plan.options.isShared(path))
+            continue;
         const QString real = Orv::Core::canonicalPath(path);
         stamps.insert(real.isEmpty() ? path : real, package.stamp);
     }

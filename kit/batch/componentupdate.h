@@ -12,10 +12,11 @@
 
 namespace Ksx::Kit {
 
-// The state of each file of a plan, by its path without links.
+// The state of files, by their paths without links.
 using PlannedStamps = QHash<QString, FileStamp>;
 
-PlannedStamps plannedStamps(const BatchPlan& plan);
+// Returns the state of each file of a plan. With a shard, only files that its packages may need.
+PlannedStamps plannedStamps(const BatchPlan& plan, std::optional<unsigned> shard);
 
 // The outcome of an update, which processes send each other.
 struct ComponentOutcome

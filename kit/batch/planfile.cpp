@@ -113,7 +113,7 @@ public:
     // Returns a path from the root on, without steps back.
     QString absolutePath() const
     {
-        const QString path = text();
+        QString path = text();
         if (!path.startsWith('/') || QDir::cleanPath(path) != path)
             fail("is no absolute path");
         return path;
@@ -122,7 +122,7 @@ public:
     // Returns a path that stays in its folder.
     QString innerPath(const QString& ending) const
     {
-        const QString path = text();
+        QString path = text();
         if (path.isEmpty() || path.startsWith('/') || QDir::cleanPath(path) != path ||
             path == QLatin1String("..") || path.startsWith(QLatin1String("../")))
             fail("leads out of its folder");

@@ -89,10 +89,14 @@ QByteArray commonOrigin(const BatchPlan& plan)
 QByteArray sumOf(const BatchPlan& plan)
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QByteArray& origin : originsOf(plan))
-        add(hash, origin);
-    for (const BatchPackage& package : plan.packages)
+    add(hash, commonOrigin(plan));
+    for (const BatchPackage& package : plan.packages) {
+        add(hash, plan.inputPath(package).toUtf8());
+        add(hash, package.output.toUtf8());
+        add(hash, package.stamp.sha256);
+        add(hash, QByteArray::number(package.component));
         add(hash, QByteArray::number(package.shard));
+    }
     return hash.result().toHex();
 }
 
@@ -136,12 +140,13 @@ QString stateFolder(const BatchPlan& plan)
     return plan.options.target + QStringLiteral("/.ksx-batch");
 }
 
-std::vector<QByteArray> originsOf(const BatchPlan& plan)
+std::vector<QByteArray> originsOf(const BatchPlan& plan, std::optional<unsigned> shard)
 {
     const QByteArray common = commonOrigin(plan);
     QHash<unsigned, std::vector<std::size_t>> components;
     for (std::size_t i = 0; i < plan.packages.size(); ++i)
-        components[plan.packages[i].component].push_back(i);
+        if (!shard || plan.packages[i].shard == *shard)
+            components[plan.packages[i].component].push_back(i);
     std::vector<QByteArray> origins(plan.packages.size());
     for (const std::vector<std::size_t>& component : std::as_const(components)) {
         QCryptographicHash hash(QCryptographicHash::Sha256);

@@ -12,8 +12,10 @@
 
 namespace Ksx::Kit {
 
-// Returns the sum of all that the results of the packages are made of, in their order.
-std::vector<QByteArray> originsOf(const BatchPlan& plan);
+// Returns the sum of all that the result of each package is made of, in their order. With a shard,
+// the sums of all other packages are empty.
+std::vector<QByteArray> originsOf(const BatchPlan& plan,
+                                  std::optional<unsigned> shard = std::nullopt);
 
 // The results of packages, by their outputs.
 using BatchResults = QHash<QString, BatchResult>;

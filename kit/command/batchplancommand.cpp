@@ -54,7 +54,7 @@ QString targetOf(const Request& request, const QStringList& folders)
 {
     if (!request.has("to") || request.text("to").isEmpty())
         throw UsageError("The option '--to' is missing");
-    const QString target = realPlace(request.text("to"));
+    QString target = realPlace(request.text("to"));
     for (const QString& folder : folders)
         if (isWithin(target, folder) || isWithin(folder, target))
             throw UsageError("The folder of the results and " + Orv::toBytes(folder) +

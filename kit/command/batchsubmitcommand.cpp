@@ -61,8 +61,7 @@ QString submit(const QString& script, const QStringList& options)
     process.closeWriteChannel();
     process.waitForFinished(-1);
     // The number, and the name of the cluster where there are several.
-    const QString job =
-        QString::fromLatin1(process.readAllStandardOutput()).trimmed().section(';', 0, 0);
+    QString job = QString::fromLatin1(process.readAllStandardOutput()).trimmed().section(';', 0, 0);
     if (process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && !job.isEmpty())
         return job;
     printFailure({QStringLiteral("sbatch"), QStringLiteral("Slurm does not take the job")});
