@@ -320,8 +320,8 @@ bool verifyBatch(const BatchPlan& plan, const BatchRunOptions& options,
         pool.start(
             {options.megabytes, std::chrono::seconds(options.seconds)},
             [&] { return updateAgain(plan, package).toBytes(); },
-            [&](const WorkerProcess& process) {
-                tell(package, faultOf(process, status.result.sha256));
+            [&tell, &package, sum = status.result.sha256](const WorkerProcess& process) {
+                tell(package, faultOf(process, sum));
             });
     }
     while (!pool.isEmpty())
