@@ -145,36 +145,78 @@ private:
                     items.end());
     }
 
-    bool haveTwoOrders() const
+    // Returns whether the items of the base that both sides have are in one order there.
+    bool isOneOrder() const
     {
-        if (m_base.empty() || !kindOf(*m_base.front()).isOrdered || !isReordered(Ours) ||
-            !isReordered(Theirs))
-            return false;
         Indexes ours = baseItemsIn(Ours);
         Indexes theirs = baseItemsIn(Theirs);
         keepCommon(ours, theirs);
         keepCommon(theirs, ours);
-        return ours != theirs;
+        return ours == theirs;
+    }
+
+    // Returns the items of the base that either side has, if both have them in one order. Items of
+    // one side alone are between the same items as there.
+    Indexes joinedOrder() const
+    {
+        const Indexes ours = baseItemsIn(Ours);
+        const Indexes theirs = baseItemsIn(Theirs);
+        const std::unordered_set<std::size_t> inOurs(ours.begin(), ours.end());
+        const std::unordered_set<std::size_t> inTheirs(theirs.begin(), theirs.end());
+        const auto endOfRun = [](auto begin, auto end, const auto& others) {
+            return std::find_if(begin, end,
+                                [&](std::size_t item) { return others.count(item) == 1; });
+        };
+        Indexes joined;
+        auto our = ours.begin();
+        auto their = theirs.begin();
+        while (our != ours.end() || their != theirs.end()) {
+            const auto ourEnd = endOfRun(our, ours.end(), inTheirs);
+            const auto theirEnd = endOfRun(their, theirs.end(), inOurs);
+            const bool isTheirsFirst = our != ourEnd && their != theirEnd && *their < *our;
+            if (isTheirsFirst)
+                joined.insert(joined.end(), their, theirEnd);
+            joined.insert(joined.end(), our, ourEnd);
+            if (!isTheirsFirst)
+                joined.insert(joined.end(), their, theirEnd);
+            if (ourEnd != ours.end())
+                joined.push_back(*ourEnd);
+            our = ourEnd == ours.end() ? ourEnd : ourEnd + 1;
+            their = theirEnd == theirs.end() ? theirEnd : theirEnd + 1;
+        }
+        return joined;
     }
 
     // Returns the items of the base in their new order.
-    Indexes spine(bool hasTwoOrders) const
+    Indexes spine(bool& hasTwoOrders) const
     {
         const bool isOurs = isReordered(Ours);
         const bool isTheirs = isReordered(Theirs);
+        if (!isOurs || !isTheirs)
+            return isOurs || isTheirs ? spineBy(baseItemsIn(isOurs ? Ours : Theirs)) : wholeBase();
+        if (isOneOrder())
+            return spineBy(joinedOrder());
+        // Where nobody sees the order, two new ones are as good as none.
+        hasTwoOrders = kindOf(*m_base.front()).isOrdered;
+        return hasTwoOrders ? spineBy(baseItemsIn(m_preferred)) : wholeBase();
+    }
+
+    Indexes wholeBase() const
+    {
         Indexes all(m_base.size());
         for (std::size_t i = 0; i < all.size(); ++i)
             all[i] = i;
-        // Where nobody sees the order, two new ones are as good as none.
-        if (isOurs == isTheirs && !hasTwoOrders)
-            return all;
-        const Side leader = hasTwoOrders ? m_preferred : isOurs ? Ours : Theirs;
-        const Indexes leading = baseItemsIn(leader);
-        // What that side has removed stays behind the item that it followed.
+        return all;
+    }
+
+    // Returns the items of the base with these in their order. The others stay behind the item that
+    // they followed.
+    Indexes spineBy(const Indexes& leading) const
+    {
         const std::unordered_set<std::size_t> known(leading.begin(), leading.end());
         std::map<std::size_t, Indexes> followers;
         std::size_t former = None;
-        for (const std::size_t item : all)
+        for (const std::size_t item : wholeBase())
             if (known.count(item) == 1)
                 former = item;
             else
@@ -212,7 +254,6 @@ private:
 
     Indexes order(bool& hasTwoOrders) const
     {
-        hasTwoOrders = haveTwoOrders();
         std::array<std::map<std::size_t, Indexes>, 2> additions{additionsOf(Ours),
                                                                 additionsOf(Theirs)};
         Indexes order;

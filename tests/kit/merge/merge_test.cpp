@@ -226,6 +226,13 @@ INSTANTIATE_TEST_SUITE_P(
                                     anInputCalled("b", 8)),
                   packageWithInputs(anInputCalled("b", 8) + anInputCalled("a", 7) +
                                     anInputCalled("c", 9))},
+        MergeCase{"InOneOtherOrderOnBothSides",
+                  packageWithInputs(anInputCalled("a", 7) + anInputCalled("b", 8) +
+                                    anInputCalled("c", 9)),
+                  packageWithInputs(anInputCalled("c", 9) + anInputCalled("a", 7) +
+                                    anInputCalled("b", 8)),
+                  packageWithInputs(anInputCalled("c", 9) + anInputCalled("a", 7)),
+                  packageWithInputs(anInputCalled("c", 9) + anInputCalled("a", 7))},
         MergeCase{"WithUidsOfTheirOwn", packageWithNodes(aBlend(1) + aBlend(3, fedBy(1))),
                   packageWithNodes(aBlend(21) + aBlend(23, fedBy(21)) + aBlend(25, fedBy(23))),
                   packageWithNodes(aBlend(1) + aBlend(3, fedBy(1)) + aBlend(7, fedBy(3))),
