@@ -41,10 +41,18 @@ void PackageComparison::addContent(ChangeKind kind, const BaseObject& object)
         m_objects.addItem(kind, object);
 }
 
+// The owner is null for what is in the package itself.
+bool PackageComparison::isSameOwner(const BaseObject* first, const BaseObject* second) const
+{
+    if (first == nullptr || second == nullptr)
+        return first == second;
+    return m_content.partnerOf(second) == first;
+}
+
 void PackageComparison::compareContent(const BaseObject& first, const BaseObject& second)
 {
     const Whereabouts::Item inside(m_walk, second);
-    if (m_content.partnerOf(contentOwnerOf(second)) != contentOwnerOf(first))
+    if (!isSameOwner(contentOwnerOf(first), contentOwnerOf(second)))
         m_objects.add(ChangeKind::Moved, placeOf(&first), placeOf(&second));
     m_objects.compareItem(first, second);
 }

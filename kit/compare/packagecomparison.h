@@ -31,6 +31,7 @@ public:
 
 private:
     void addContent(ChangeKind kind, const Orv::Data::BaseObject& object);
+    bool isSameOwner(const Orv::Data::BaseObject* first, const Orv::Data::BaseObject* second) const;
     void compareContent(const Orv::Data::BaseObject& first, const Orv::Data::BaseObject& second);
 
     const Data::Content::Package& m_first;

@@ -264,6 +264,11 @@ INSTANTIATE_TEST_SUITE_P(
                        packageWith(withUids(aGroup("a", GraphText().text()), "3", "33")),
                        {"moved pkg://a/g: graph g: pkg://g -> pkg://a/g"}},
         ComparisonCase{
+            "GraphMovedToANewGroup",
+            packageWith(GraphText().text()),
+            packageWith(aGroup("a", GraphText().text())),
+            {"moved pkg://a/g: graph g: pkg://g -> pkg://a/g", "added pkg://a: group a:  -> "}},
+        ComparisonCase{
             "GraphRenamedWithItsInstances",
             packageWith(GraphText().text() +
                         withUids(aGraphWithInstance("user", "pkg://g?dependency=5"), "4", "44")),
