@@ -1,7 +1,7 @@
 #include "compare/pairscope.h"
 
+#include "compare/freenumbers.h"
 #include <algorithm>
-#include <unordered_set>
 
 namespace Ksx::Kit {
 
@@ -17,28 +17,6 @@ constexpr TargetList TargetLists[] = {
     {"dynamicValue", "paramNodes", Target::Node},
     {"paramsGraph", "paramsGraphDatas", Target::ParameterSet},
     {"paramsGraph", "paramsGraphNodes", Target::Node},
-};
-
-// Gives numbers that no item of a list has.
-class FreeNumbers
-{
-public:
-    explicit FreeNumbers(const Items& items)
-    {
-        for (const BaseObject* const item : items)
-            m_taken.insert(uidOf(*item).value_or(0));
-    }
-
-    // Returns the number itself if it is free, and the next free one otherwise.
-    unsigned freeNumber(unsigned number)
-    {
-        while (!m_taken.insert(number).second)
-            ++number;
-        return number;
-    }
-
-private:
-    std::unordered_set<unsigned> m_taken;
 };
 
 } // namespace
@@ -98,10 +76,12 @@ void PairScope::addNumbers(Target target, const Items& first, const Items& secon
     }
     if (alone.empty())
         return;
-    FreeNumbers numbers(first);
+    FreeNumbers numbers;
+    for (const BaseObject* const item : first)
+        numbers.take(uidOf(*item).value_or(0));
     for (const BaseObject* const item : alone) {
         const unsigned from = uidOf(*item).value_or(0);
-        const unsigned to = numbers.freeNumber(from);
+        const unsigned to = numbers.takeFree(from);
         if (from != to)
             m_translation.set(target, from, to);
     }

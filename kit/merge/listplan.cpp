@@ -1,5 +1,6 @@
 #include "merge/listplan.h"
 
+#include "compare/freenumbers.h"
 #include "compare/references.h"
 #include "compare/translation.h"
 #include "data/attribute.h"
@@ -103,13 +104,13 @@ private:
     // Items of the base keep their numbers. Added items get the next free one, by their number.
     void freeUids()
     {
-        std::unordered_set<unsigned> taken;
+        FreeNumbers numbers;
         std::vector<PlannedItem*> added;
         for (PlannedItem& item : m_items) {
             if (!item.uid)
                 continue;
             if (item.versions.base != nullptr)
-                taken.insert(*item.uid);
+                numbers.take(*item.uid);
             else
                 added.push_back(&item);
         }
@@ -117,8 +118,7 @@ private:
             return *a->uid < *b->uid;
         });
         for (PlannedItem* const item : added)
-            while (!taken.insert(*item->uid).second)
-                ++*item->uid;
+            item->uid = numbers.takeFree(*item->uid);
     }
 
     bool isReordered(Side side) const
