@@ -37,7 +37,7 @@ struct Pair
     QString name = {}; // of both together
 };
 
-// Returns the names of the packages in a folder, from the folder on.
+// Returns the names of the packages in a folder, from the folder on, in their order.
 QStringList namesIn(const QString& folder, std::vector<Failure>& failures)
 {
     PackageFiles found = findPackageFiles({folder});
@@ -45,6 +45,7 @@ QStringList namesIn(const QString& folder, std::vector<Failure>& failures)
     const QDir root(Orv::Core::absolutePath(folder));
     for (QString& file : found.files)
         file = root.relativeFilePath(Orv::Core::absolutePath(file));
+    std::sort(found.files.begin(), found.files.end()); // by characters, not by bytes
     return found.files;
 }
 

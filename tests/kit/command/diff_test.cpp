@@ -151,6 +151,20 @@ TEST_F(DiffCommand, ComparesFoldersByTheNamesInThem)
     expectGolden("kit/diff-folders.txt", found.out);
 }
 
+// The order of these names by their bytes is not that by their characters.
+TEST_F(DiffCommand, FindsPackagesOfAnyNameInBothFolders)
+{
+    directory.write("old/\xEF\xB9\xA2.obl", aPackage().text());
+    directory.write("old/\xF0\x9F\x98\x80.obl", aPackage().text());
+    directory.write("new/\xEF\xB9\xA2.obl", aPackage().text());
+    directory.write("new/\xF0\x9F\x98\x80.obl", aPackage().text());
+
+    const ToolRun found = run({"diff", "old", "new"});
+
+    EXPECT_EQ(found.exitCode, 0) << found;
+    EXPECT_EQ(found.out, "");
+}
+
 TEST_F(DiffCommand, GoesOnBehindADamagedPackageOfAFolder)
 {
     directory.write("old/a.obl", "<");
