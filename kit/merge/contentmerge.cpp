@@ -22,6 +22,19 @@ constexpr const char* Itself = "?himself";
 
 const QString BothMove = QStringLiteral("Both sides have moved it");
 
+using UsesOfPaths = std::unordered_map<std::string, std::size_t>;
+
+// Returns the data paths in a package, as the base has them, and how often each of them is there.
+UsesOfPaths usesIn(const Doc::Package& package, const Translation& translation)
+{
+    UsesOfPaths uses;
+    Core::visitTexts(package, [&](const Core::TextAttribute& text) {
+        if (Core::DataPath::isDataPath(text.get()))
+            ++uses[translation.text(text.get())];
+    });
+    return uses;
+}
+
 QString keptText(Side remover)
 {
     return remover == Ours ? QStringLiteral("Our side has removed it, and theirs has changed it")
@@ -92,15 +105,14 @@ void ContentMerge::planContent()
 // Numbers of dependencies and paths are told to the translations by now.
 void ContentMerge::findNewUses()
 {
-    std::unordered_set<std::string> known;
-    Core::visitTexts(m_packages.base,
-                     [&](const Core::TextAttribute& text) { known.insert(text.get()); });
+    const UsesOfPaths base = usesIn(m_packages.base, Translation());
     for (const Side side : BothSides)
-        Core::visitTexts(*m_packages.sides[side], [&](const Core::TextAttribute& text) {
-            const std::string path = m_state.translations[side].text(text.get());
-            if (Core::DataPath::isDataPath(path) && known.count(path) == 0)
+        for (const auto& [path, count] :
+             usesIn(*m_packages.sides[side], m_state.translations[side])) {
+            const auto former = base.find(path);
+            if (former == base.end() || former->second < count)
                 m_newlyUsed[side].insert(segmentsOf(path));
-        });
+        }
 }
 
 std::size_t ContentMerge::ownerIn(const BaseObject* version) const
@@ -151,7 +163,7 @@ void ContentMerge::chooseOwnersAndNames()
             const Trio& versions = m_entries[i].item.versions;
             m_state.addConflictOf(versions.any(), versions,
                                   QStringLiteral("The sides have moved objects into each other"));
-            m_entries[i].owner = None;
+            breakCircle(i);
         }
 }
 
@@ -162,6 +174,33 @@ bool ContentMerge::isInItself(std::size_t index) const
     while (owner != None && owner != index && known.insert(owner).second)
         owner = m_entries[owner].owner;
     return owner == index;
+}
+
+// Objects that are in each other go to their places on the preferred side, which has no circles.
+void ContentMerge::breakCircle(std::size_t index)
+{
+    while (isInItself(index)) {
+        bool hasMoved = false;
+        std::size_t i = index;
+        do {
+            const std::size_t next = m_entries[i].owner;
+            hasMoved = moveToPreferredPlace(i) || hasMoved;
+            i = next;
+        } while (i != index);
+        if (!hasMoved)
+            m_entries[index].owner = None;
+    }
+}
+
+// Returns false if the object is there already, or if the preferred side lacks it.
+bool ContentMerge::moveToPreferredPlace(std::size_t index)
+{
+    Entry& entry = m_entries[index];
+    const BaseObject* const version = entry.item.versions.sides[m_state.preferred()];
+    if (version == nullptr || ownerIn(version) == entry.owner)
+        return false;
+    entry.owner = ownerIn(version);
+    return true;
 }
 
 bool ContentMerge::isChanged(const Entry& entry, Side side)
@@ -196,19 +235,36 @@ void ContentMerge::keepOwners()
             keepOwnersOf(i);
 }
 
-// A side may have put something into an object that the other one has removed.
+// A side may have put something into an object that the other one has removed. If the object goes,
+// then what the other side has elsewhere goes back there.
 void ContentMerge::keepOwnersOf(std::size_t index)
 {
-    for (std::size_t i = m_entries[index].owner; i != None; i = m_entries[i].owner) {
-        Trio& versions = m_entries[i].item.versions;
-        if (m_entries[i].isKept || versions.base == nullptr ||
-            (versions.sides[Ours] == nullptr && versions.sides[Theirs] == nullptr))
+    std::size_t inner = index;
+    while (m_entries[inner].isKept && m_entries[inner].owner != None) {
+        if (isKeptAsOwner(m_entries[inner].owner)) {
+            inner = m_entries[inner].owner;
             continue;
-        const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
-        m_state.addConflictOf(versions.any(), versions, keptText(remover));
-        m_entries[i].isKept = !m_state.isDropped(remover);
-        versions.base = nullptr;
+        }
+        if (moveToPreferredPlace(inner))
+            breakCircle(inner);
+        else
+            m_entries[inner].isKept = false;
+        inner = index;
     }
+}
+
+// Something is in the object.
+bool ContentMerge::isKeptAsOwner(std::size_t index)
+{
+    Entry& entry = m_entries[index];
+    Trio& versions = entry.item.versions;
+    if (entry.isKept || versions.base == nullptr)
+        return entry.isKept;
+    const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
+    m_state.addConflictOf(versions.any(), versions, keptText(remover));
+    entry.isKept = !m_state.isDropped(remover);
+    versions.base = nullptr;
+    return entry.isKept;
 }
 
 std::string ContentMerge::pathOfEntry(std::size_t index) const

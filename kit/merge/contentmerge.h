@@ -61,7 +61,10 @@ private:
     std::string chosenName(const Entry& entry) const;
     bool isChanged(const Entry& entry, Side side);
     bool isInItself(std::size_t index) const;
+    void breakCircle(std::size_t index);
+    bool moveToPreferredPlace(std::size_t index);
     void keepOwnersOf(std::size_t index);
+    bool isKeptAsOwner(std::size_t index);
     std::string pathOfEntry(std::size_t index) const;
 
     const PackageTrio& m_packages;
@@ -71,7 +74,7 @@ private:
     ListPlan m_dependencies;
     std::vector<Entry> m_entries;                                           // in their new order
     std::unordered_map<const Orv::Data::BaseObject*, std::size_t> m_places; // of each version
-    // The paths, in the base, that a side has and the base has not.
+    // The paths, in the base, that a side has more often than the base.
     std::array<std::unordered_set<std::string>, 2> m_newlyUsed;
 };
 

@@ -138,6 +138,12 @@ std::string aGraphCalled(const std::string& identifier)
     return replaced(GraphText().text(), "v=\"g\"", "v=\"" + identifier + "\"");
 }
 
+std::string aGroupBeside(const std::string& identifier, const std::string& content = {})
+{
+    return "<group><uid v=\"33\"/>" +
+           aGroup(identifier, content).substr(aGroup("").find("<identifier"));
+}
+
 std::string aGraphBeside(const std::string& identifier)
 {
     return withUid(aGraphCalled(identifier), "4", "45");
@@ -400,6 +406,39 @@ TEST_F(MergeOf, KeepsTheGraphThatThePreferredSideHasUsed)
           packageWith(GraphText().text() + aUserOf("pkg://g")));
 
     EXPECT_EQ(merged(), packageWith(GraphText().text() + aUserOf("pkg://g")));
+}
+
+TEST_F(MergeOf, LeavesAnObjectInItsPlaceIfItsNewOwnerIsRemoved)
+{
+    options.preference = Preference::Ours;
+    const std::string graph = GraphText().text();
+
+    merge(packageWith(aGroup("a") + graph), packageWith(graph), packageWith(aGroup("a", graph)));
+
+    EXPECT_EQ(merged(), packageWith(graph));
+}
+
+TEST_F(MergeOf, MovesObjectsIntoEachOtherAsThePreferredSideHasThem)
+{
+    options.preference = Preference::Ours;
+    const std::string ours = packageWith(aGroup("a", aGroupBeside("b")));
+
+    merge(packageWith(aGroup("a") + aGroupBeside("b")), ours,
+          packageWith(aGroupBeside("b", aGroup("a"))));
+
+    EXPECT_EQ(merged(), ours);
+}
+
+TEST_F(MergeOf, KeepsTheGraphThatThePreferredSideHasUsedOnceMore)
+{
+    options.preference = Preference::Theirs;
+    const std::string user = aUserOf("pkg://g");
+    const std::string other = withUid(replaced(user, "v=\"user\"", "v=\"other\""), "44", "45");
+
+    merge(packageWith(GraphText().text() + user), packageWith({}),
+          packageWith(GraphText().text() + user + other));
+
+    EXPECT_EQ(merged(), packageWith(GraphText().text() + other));
 }
 
 TEST_F(MergeOf, WritesNothingWithAFaultThatNeitherSideHas)
