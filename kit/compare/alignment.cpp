@@ -20,8 +20,10 @@ using Orv::Data::BaseObject;
 class Aligner
 {
 public:
-    Aligner(const Items& first, const Items& second, const Translation& translation)
-        : m_first(first), m_second(second), m_translation(translation)
+    Aligner(const Items& first, const Items& second, const Translation& firstTranslation,
+            const Translation& secondTranslation)
+        : m_first(first), m_second(second), m_firstTranslation(firstTranslation),
+          m_secondTranslation(secondTranslation)
     {
         m_result.inSecond.assign(first.size(), Alignment::None);
         m_result.inFirst.assign(second.size(), Alignment::None);
@@ -63,27 +65,17 @@ private:
     {
         if (first.getMeta().name != second.getMeta().name)
             return false;
-        const auto uid = uidOf(first);
+        const auto uid = translatedUidOf(first, m_firstTranslation);
         if (uid)
-            return *uid == secondUid(second);
+            return uid == translatedUidOf(second, m_secondTranslation);
         const std::string* const name = nameOf(first);
         return name == nullptr || *name == *nameOf(second);
     }
 
-    // A rendered output has the number of an output of the graph.
-    unsigned secondUid(const BaseObject& item) const
-    {
-        const unsigned uid = *uidOf(item);
-        const bool isReference = kindOf(item).uid != "uid";
-        return isReference ? m_translation.number(Target::Output, uid) : uid;
-    }
-
     Key uidKey(const BaseObject& item, bool isSecond) const
     {
-        const auto uid = uidOf(item);
-        if (!uid)
-            return {};
-        return keyOf(item, std::to_string(isSecond ? secondUid(item) : *uid));
+        const auto uid = translatedUidOf(item, isSecond ? m_secondTranslation : m_firstTranslation);
+        return uid ? keyOf(item, std::to_string(*uid)) : Key();
     }
 
     Key nameKey(const BaseObject& item, bool /*isSecond*/) const
@@ -134,7 +126,8 @@ private:
 
     const Items& m_first;
     const Items& m_second;
-    const Translation& m_translation;
+    const Translation& m_firstTranslation;
+    const Translation& m_secondTranslation;
     Alignment m_result;
 };
 
@@ -184,12 +177,20 @@ void alignEqual(Alignment& alignment, const std::function<Shape(std::size_t)>& o
 
 Alignment align(const Items& first, const Items& second, const Translation& translation)
 {
-    return Aligner(first, second, translation).run(true);
+    return Aligner(first, second, Translation(), translation).run(true);
 }
 
-Alignment alignByKey(const Items& first, const Items& second, const Translation& translation)
+Alignment alignByKey(const Items& first, const Items& second,
+                     const std::array<Translation, 2>& translations)
 {
-    return Aligner(first, second, translation).run(false);
+    return Aligner(first, second, translations[0], translations[1]).run(false);
+}
+
+std::optional<unsigned> translatedUidOf(const BaseObject& item, const Translation& translation)
+{
+    const auto uid = uidOf(item);
+    const bool isReference = uid && kindOf(item).uid != "uid";
+    return isReference ? translation.number(Target::Output, *uid) : uid;
 }
 
 std::vector<bool> movedItems(const Alignment& alignment)

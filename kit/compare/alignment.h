@@ -2,7 +2,9 @@
 #pragma once
 
 #include "compare/itemkind.h"
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace Ksx::Kit {
@@ -30,8 +32,14 @@ struct Alignment
 // `translation` is that of the second list.
 Alignment align(const Items& first, const Items& second, const Translation& translation);
 
-// Aligns by uid and by name alone.
-Alignment alignByKey(const Items& first, const Items& second, const Translation& translation);
+// Aligns by uid and by name alone. `translations` are those of both lists into a third one.
+Alignment alignByKey(const Items& first, const Items& second,
+                     const std::array<Translation, 2>& translations);
+
+// Returns the number that names an item in its list. A number that is a reference, such as that of
+// a rendered output, is the translated one.
+std::optional<unsigned> translatedUidOf(const Orv::Data::BaseObject& item,
+                                        const Translation& translation);
 
 // Returns for each item of the second list whether it stands elsewhere among the items that both
 // lists have. As few as possible do.

@@ -92,7 +92,8 @@ void ContentMerge::planContent()
 {
     const ListPlan plan =
         planList(m_pairs[Ours].first(), {m_pairs[Ours].second(), m_pairs[Theirs].second()},
-                 {m_pairs[Ours].alignment(), m_pairs[Theirs].alignment()}, m_state.preferred());
+                 {m_pairs[Ours].alignment(), m_pairs[Theirs].alignment()}, m_state.translations,
+                 m_state.preferred());
     for (const PlannedItem& item : plan.items) {
         for (const BaseObject* const version :
              {item.versions.base, item.versions.sides[Ours], item.versions.sides[Theirs]})

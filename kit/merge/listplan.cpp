@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_set>
+#include <utility>
 
 namespace Ksx::Kit {
 
@@ -21,8 +22,10 @@ class Planner
 {
 public:
     Planner(const Items& base, const std::array<Items, 2>& sides,
-            const std::array<Alignment, 2>& alignments, Side preferred)
-        : m_base(base), m_sides(sides), m_alignments(alignments), m_preferred(preferred)
+            const std::array<Alignment, 2>& alignments,
+            const std::array<Translation, 2>& translations, Side preferred)
+        : m_base(base), m_sides(sides), m_alignments(alignments), m_translations(translations),
+          m_preferred(preferred)
     {}
 
     ListPlan run()
@@ -69,7 +72,7 @@ private:
                     added[side].push_back(m_sides[side][i]);
                     indexes[side].push_back(i);
                 }
-        const Alignment both = alignByKey(added[Ours], added[Theirs], Translation());
+        const Alignment both = alignByKey(added[Ours], added[Theirs], m_translations);
         for (std::size_t i = 0; i < added[Ours].size(); ++i) {
             m_places[Ours][indexes[Ours][i]] = m_items.size();
             PlannedItem& item = m_items.emplace_back();
@@ -114,8 +117,12 @@ private:
             else
                 added.push_back(&item);
         }
-        std::stable_sort(added.begin(), added.end(), [](const auto* a, const auto* b) { //
-            return *a->uid < *b->uid;
+        // Objects of several kinds may have one number.
+        const auto rank = [](const PlannedItem& item) {
+            return std::pair(*item.uid, item.versions.any().getMeta().name);
+        };
+        std::stable_sort(added.begin(), added.end(), [&](const auto* a, const auto* b) { //
+            return rank(*a) < rank(*b);
         });
         for (PlannedItem* const item : added)
             item->uid = numbers.takeFree(*item->uid);
@@ -243,11 +250,22 @@ private:
         return additions;
     }
 
+    // The same whichever side is which.
+    std::optional<unsigned> numberOf(const PlannedItem& item) const
+    {
+        if (item.uid)
+            return item.uid;
+        const Side side = item.versions.sides[Ours] != nullptr ? Ours : Theirs;
+        return translatedUidOf(item.versions.any(), m_translations[side]);
+    }
+
     // Orders additions of the two sides that follow the same item.
     bool comesFirst(const PlannedItem& first, const PlannedItem& second) const
     {
-        if (first.uid != second.uid)
-            return first.uid < second.uid;
+        const auto firstNumber = numberOf(first);
+        const auto secondNumber = numberOf(second);
+        if (firstNumber != secondNumber)
+            return firstNumber < secondNumber;
         const std::string* const name = nameOf(first.versions.any());
         return name != nullptr && *name < *nameOf(second.versions.any());
     }
@@ -282,6 +300,7 @@ private:
     const Items& m_base;
     const std::array<Items, 2>& m_sides;
     const std::array<Alignment, 2>& m_alignments;
+    const std::array<Translation, 2>& m_translations;
     const Side m_preferred;
     std::vector<PlannedItem> m_items; // those of the base first
     std::array<Indexes, 2> m_places;  // for each item of a side its index in m_items
@@ -298,9 +317,10 @@ std::optional<unsigned> ownUidOf(const BaseObject& item)
 }
 
 ListPlan planList(const Items& base, const std::array<Items, 2>& sides,
-                  const std::array<Alignment, 2>& alignments, Side preferred)
+                  const std::array<Alignment, 2>& alignments,
+                  const std::array<Translation, 2>& translations, Side preferred)
 {
-    return Planner(base, sides, alignments, preferred).run();
+    return Planner(base, sides, alignments, translations, preferred).run();
 }
 
 } // namespace Ksx::Kit

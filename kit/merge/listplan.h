@@ -31,7 +31,8 @@ struct ListPlan
 // there. The plan is the same, whichever side is which, but for two orders: those of `preferred`
 // stays then.
 ListPlan planList(const Items& base, const std::array<Items, 2>& sides,
-                  const std::array<Alignment, 2>& alignments, Side preferred);
+                  const std::array<Alignment, 2>& alignments,
+                  const std::array<Translation, 2>& translations, Side preferred);
 
 // Returns the number that names an item in its list, or a dependency in its package. Returns none
 // for items without one.

@@ -60,7 +60,7 @@ ListPlan planOf(const Trio& lists, const MergeState& state)
     return planList(base, sides,
                     {align(base, sides[Ours], state.translations[Ours]),
                      align(base, sides[Theirs], state.translations[Theirs])},
-                    state.preferred());
+                    state.translations, state.preferred());
 }
 
 MergeScope::MergeScope(const Trio& owners, MergeState& state)

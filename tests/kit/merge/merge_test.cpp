@@ -21,8 +21,10 @@ using TestSupport::aGraphWithInstance;
 using TestSupport::aGroup;
 using TestSupport::anInput;
 using TestSupport::aNode;
+using TestSupport::anOutput;
 using TestSupport::aPackage;
 using TestSupport::aResource;
+using TestSupport::aRootOutput;
 using TestSupport::caseName;
 using TestSupport::fedBy;
 using TestSupport::GraphText;
@@ -138,6 +140,14 @@ std::string aGraphCalled(const std::string& identifier)
     return replaced(GraphText().text(), "v=\"g\"", "v=\"" + identifier + "\"");
 }
 
+std::string packageWithOutputs(const std::string& outputs, const std::string& rendered)
+{
+    GraphText graph;
+    graph.outputs = outputs;
+    graph.rootOutputs = rendered;
+    return packageWith(graph.text());
+}
+
 std::string aGroupBeside(const std::string& identifier, const std::string& content = {})
 {
     return "<group><uid v=\"33\"/>" +
@@ -232,6 +242,15 @@ INSTANTIATE_TEST_SUITE_P(
                                     anInputCalled("b", 8)),
                   packageWithInputs(anInputCalled("b", 8) + anInputCalled("a", 7) +
                                     anInputCalled("c", 9))},
+        MergeCase{"RenderedOnBothSides", packageWithOutputs({}, {}),
+                  packageWithOutputs(anOutput("p", 9), aRootOutput(9)),
+                  packageWithOutputs(anOutput("o", 7), aRootOutput(7)),
+                  packageWithOutputs(anOutput("o", 7) + anOutput("p", 9),
+                                     aRootOutput(7) + aRootOutput(9))},
+        MergeCase{"RenderedOnBothSidesByOneName", packageWithOutputs({}, {}),
+                  packageWithOutputs(anOutput("o", 9), aRootOutput(9)),
+                  packageWithOutputs(anOutput("o", 7), aRootOutput(7)),
+                  packageWithOutputs(anOutput("o", 7), aRootOutput(7))},
         MergeCase{"InOneOtherOrderOnBothSides",
                   packageWithInputs(anInputCalled("a", 7) + anInputCalled("b", 8) +
                                     anInputCalled("c", 9)),
@@ -263,6 +282,10 @@ INSTANTIATE_TEST_SUITE_P(
                   packageWith(aGraphCalled("h") + aGraphBeside("g") + aUserOf("pkg://h"))},
         MergeCase{"RemovedWithAllInIt", packageWith(aGroup("a", GraphText().text())),
                   packageWith({}), packageWith(aGroup("a", GraphText().text())), packageWith({})},
+        MergeCase{
+            "AddedWithOneNumber", packageWith({}), packageWith(aGroup("a")),
+            packageWith(withUid(aGraphCalled("g"), "4", "2")),
+            packageWith(withUid(aGraphCalled("g"), "4", "2") + withUid(aGroup("a"), "2", "3"))},
         MergeCase{"OneDependencyAddedTwice", aPackage().dependingOnItself(5).text(),
                   aPackage().dependingOnItself(5).dependingOn("?x.obl", 9).text(),
                   aPackage().dependingOnItself(5).dependingOn("?x.obl", 7).text(),
