@@ -167,8 +167,9 @@ void alignEqual(Alignment& alignment, const std::function<Shape(std::size_t)>& o
     for (std::size_t i = 0; i < alignment.inFirst.size(); ++i) {
         if (alignment.inFirst[i] != Alignment::None)
             continue;
-        const auto found = left.find(ofSecond(i));
-        if (found == left.end() || found->second.empty())
+        const Shape shape = ofSecond(i);
+        const auto found = left.find(shape);
+        if (shape == 0 || found == left.end() || found->second.empty())
             continue;
         alignment.pair(found->second.front(), i);
         found->second.pop_front();

@@ -7,7 +7,7 @@
 
 namespace Ksx::Kit {
 
-// Pairs the items that have no partner and are of an equal shape, in their order.
+// Pairs the items that have no partner and are of an equal shape other than 0, in their order.
 void alignEqual(Alignment& alignment, const std::function<Shape(std::size_t)>& ofFirst,
                 const std::function<Shape(std::size_t)>& ofSecond);
 

@@ -43,6 +43,16 @@ Shape shapeWithout(std::string_view name, const BaseObject& object)
     return shape;
 }
 
+// Returns 0 without items. The items have no order.
+Shape shapeOfNames(const BaseObject& list)
+{
+    Shape shape = 0;
+    for (const BaseObject* const item :
+         itemsOf(static_cast<const Orv::Data::ContainerListBase&>(list)))
+        shape += joined(shapeOf(item->getMeta().name), shapeOf(*nameOf(*item)));
+    return shape;
+}
+
 } // namespace
 
 Shape joined(Shape first, Shape second)
@@ -61,6 +71,8 @@ Shape shapeOf(std::string_view text)
 
 Shape shapeOf(const BaseObject& item)
 {
+    if (item.getMeta().name == "group")
+        return shapeOfNames(*memberOf(item, "content"));
     return shapeWithout(kindOf(item).name, item);
 }
 

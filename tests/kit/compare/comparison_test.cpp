@@ -268,6 +268,18 @@ INSTANTIATE_TEST_SUITE_P(
             packageWith(GraphText().text()),
             packageWith(aGroup("a", GraphText().text())),
             {"moved pkg://a/g: graph g: pkg://g -> pkg://a/g", "added pkg://a: group a:  -> "}},
+        ComparisonCase{"GroupRemovedAndAnotherOneAdded",
+                       packageWith(aGroup("a", GraphText().text())),
+                       packageWith(withUids(aGroup("b"), "2", "3")),
+                       {"removed pkg://a: group a:  -> ", "added pkg://b: group b:  -> "}},
+        ComparisonCase{"EmptyGroupRemovedAndAnotherOneAdded",
+                       packageWith(aGroup("a")),
+                       packageWith(withUids(aGroup("b"), "2", "3")),
+                       {"removed pkg://a: group a:  -> ", "added pkg://b: group b:  -> "}},
+        ComparisonCase{"GroupRenamedWithAnotherUid",
+                       packageWith(aGroup("a", GraphText().text())),
+                       packageWith(withUids(aGroup("b", GraphText().text()), "2", "3")),
+                       {"renamed pkg://b: group b: a -> b"}},
         ComparisonCase{
             "GraphRenamedWithItsInstances",
             packageWith(GraphText().text() +
