@@ -97,6 +97,11 @@ bool isLayout(const Orv::Data::ObjectMeta& meta)
            meta.messageMask == Orv::Data::MessageMask::Presentation;
 }
 
+bool isNote(const Orv::Data::ObjectMeta& meta)
+{
+    return meta.name == "GUIObjects" || meta.name == "GUIName";
+}
+
 Items itemsOf(const Orv::Data::ContainerListBase& list)
 {
     Items items(list.size());

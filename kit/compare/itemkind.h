@@ -47,6 +47,10 @@ bool isFact(const Orv::Data::ObjectMeta& meta);
 // Returns whether an element only says how things are shown to a user.
 bool isLayout(const Orv::Data::ObjectMeta& meta);
 
+// Returns whether an element of the layout holds what users have written: comments, or the name of a
+// node.
+bool isNote(const Orv::Data::ObjectMeta& meta);
+
 // The items of a list, in their order.
 using Items = std::vector<const Orv::Data::BaseObject*>;
 Items itemsOf(const Orv::Data::ContainerListBase& list);

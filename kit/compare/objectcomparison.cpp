@@ -91,7 +91,9 @@ void ObjectComparison::compareItem(const BaseObject& first, const BaseObject& se
 
 bool ObjectComparison::counts(const BaseObject& member) const
 {
-    return isFact(member.getMeta()) && (m_withLayout || !isLayout(member.getMeta()));
+    const Orv::Data::ObjectMeta& meta = member.getMeta();
+    return isFact(meta) && (m_layout == LayoutFacts::All || !isLayout(meta) ||
+                            (m_layout == LayoutFacts::Notes && isNote(meta)));
 }
 
 void ObjectComparison::compareMembers(const ContainerStructBase& first,
@@ -224,7 +226,8 @@ bool isSame(const BaseObject& first, const BaseObject& second, Translation& tran
     std::vector<Difference> differences;
     const QDir folder;
     Whereabouts walk(second, folder);
-    ObjectComparison(translation, folder, false, walk, differences).compareItem(first, second);
+    ObjectComparison(translation, folder, LayoutFacts::Notes, walk, differences)
+        .compareItem(first, second);
     return differences.empty();
 }
 

@@ -12,15 +12,23 @@ namespace Ksx::Kit {
 
 class PairScope;
 
+// What of a layout counts.
+enum class LayoutFacts
+{
+    None,
+    Notes,
+    All,
+};
+
 // Goes through two objects of one class side by side. All that it is given must outlive it.
 class ObjectComparison
 {
 public:
     // `translation` is that of the second version, and `walk` is in the second version as well.
     // Differences go to the end of `differences`.
-    ObjectComparison(Translation& translation, const QDir& folder, bool withLayout,
+    ObjectComparison(Translation& translation, const QDir& folder, LayoutFacts layout,
                      Whereabouts& walk, std::vector<Difference>& differences)
-        : m_translation(translation), m_folder(folder), m_withLayout(withLayout), m_walk(walk),
+        : m_translation(translation), m_folder(folder), m_layout(layout), m_walk(walk),
           m_differences(differences)
     {}
 
@@ -55,7 +63,7 @@ private:
 
     Translation& m_translation;
     const QDir& m_folder;
-    const bool m_withLayout;
+    const LayoutFacts m_layout;
     Whereabouts& m_walk;
     std::vector<Difference>& m_differences;
 
@@ -66,7 +74,7 @@ private:
     std::string m_secondText;
 };
 
-// Returns whether two versions of an item have no difference but in their layout.
+// Returns whether two versions of an item have no difference but in their layout. Notes count.
 bool isSame(const Orv::Data::BaseObject& first, const Orv::Data::BaseObject& second,
             Translation& translation);
 

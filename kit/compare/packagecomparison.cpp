@@ -11,7 +11,8 @@ using Orv::Data::BaseObject;
 PackageComparison::PackageComparison(const Doc::Package& first, const Doc::Package& second,
                                      const ComparisonOptions& options, const QDir& folder)
     : m_first(first), m_second(second), m_content(first, second), m_walk(second, folder),
-      m_objects(m_translation, folder, options.withLayout, m_walk, m_differences)
+      m_objects(m_translation, folder, options.withLayout ? LayoutFacts::All : LayoutFacts::None,
+                m_walk, m_differences)
 {
     m_content.addTo(m_translation);
 }

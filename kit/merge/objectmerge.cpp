@@ -38,7 +38,8 @@ bool isIndifferent(const BaseObject& leaf)
                                                 "groi",          "gzoom"};
     const bool isListed = std::find(std::begin(Indifferent), std::end(Indifferent),
                                     leaf.getMeta().name) != std::end(Indifferent);
-    return isLayout(leaf.getMeta()) || (isListed && !referenceOf(leaf));
+    return (isLayout(leaf.getMeta()) && !isNote(leaf.getMeta())) ||
+           (isListed && !referenceOf(leaf));
 }
 
 // The same whichever side is which. A longer number is a greater one.

@@ -148,6 +148,13 @@ std::string packageWithOutputs(const std::string& outputs, const std::string& re
     return packageWith(graph.text());
 }
 
+std::string packageWithComment(const std::string& text)
+{
+    return replaced(packageWithNodes(aBlend(1)), "<content/><root/>",
+                    "<content/><GUIObjects><GUIObject><type v=\"COMMENT\"/><GUIName v=\"" + text +
+                        "\"/><uid v=\"8\"/></GUIObject></GUIObjects><root/>");
+}
+
 std::string aGroupBeside(const std::string& identifier, const std::string& content = {})
 {
     return "<group><uid v=\"33\"/>" +
@@ -306,6 +313,16 @@ INSTANTIATE_TEST_SUITE_P(
                      packageWithNodes(aBlendOf("0.75")),
                      packageWithNodes(aBlendOf("1")),
                      {"pkg://g: node 10 (blend), parameter opacity, paramValue: 0.5 | 0.75 | 1"}},
+        ConflictCase{"TwoCommentsInOnePlace",
+                     packageWithComment("dark"),
+                     packageWithComment("darker"),
+                     packageWithComment("bright"),
+                     {"pkg://g: comment 8, GUIName: dark | darker | bright"}},
+        ConflictCase{"ACommentRemovedAndChanged",
+                     packageWithComment("dark"),
+                     packageWithNodes(aBlend(1)),
+                     packageWithComment("bright"),
+                     {"pkg://g: comment 8:  |  | "}},
         ConflictCase{"TwoConnections",
                      packageWithNodes(aBlend(1) + aBlend(3) + aBlendOf("1")),
                      packageWithNodes(aBlend(1) + aBlend(3) + aBlendOf("1", fedBy(1))),
