@@ -9,18 +9,13 @@ namespace {
 
 constexpr int MaximumText = 1000;
 
-QString cut(const QString& text)
-{
-    return text.size() > MaximumText ? text.left(MaximumText) + QStringLiteral("...") : text;
-}
-
 } // namespace
 
 void FindingList::add(FindingCode code, const QString& place, const QString& text, qint64 line,
                       qint64 column)
 {
     if (++m_counts[static_cast<std::size_t>(code)] <= MaximumOfAKind)
-        m_findings.push_back({code, cut(place), line, column, cut(text)});
+        m_findings.push_back({code, cutText(place), line, column, cutText(text)});
 }
 
 std::vector<Finding> FindingList::take()
@@ -35,6 +30,11 @@ std::vector<Finding> FindingList::take()
     return std::move(m_findings);
 }
 
+QString cutText(const QString& text)
+{
+    return text.size() > MaximumText ? text.left(MaximumText) + QStringLiteral("...") : text;
+}
+
 bool isCut(const QString& place)
 {
     return place.size() > MaximumText;
@@ -42,8 +42,8 @@ bool isCut(const QString& place)
 
 QString placeIn(const QString& outer, const QString& identifier)
 {
-    return cut(outer.isEmpty() ? QStringLiteral("pkg://") + identifier
-                               : outer + QLatin1Char('/') + identifier);
+    return cutText(outer.isEmpty() ? QStringLiteral("pkg://") + identifier
+                                   : outer + QLatin1Char('/') + identifier);
 }
 
 QString placeOfNode(const QString& graph, unsigned uid)

@@ -30,6 +30,8 @@ private:
     std::vector<std::size_t> m_counts = std::vector<std::size_t>(findingKinds().size());
 };
 
+// Returns a text as long as a place may be.
+QString cutText(const QString& text);
 // Returns whether a text is as long as a place may be, so that nothing can be added.
 bool isCut(const QString& place);
 // Returns the path of an object in another one, as long as a place may be.

@@ -5,6 +5,7 @@
 #include "data/containerstruct.h"
 #include "data/containerunion.h"
 #include "data/content/package.h"
+#include "findinglist.h"
 #include "ksx/core/contentwalk.h"
 #include "ksx/kit/comparison.h"
 #include "packageparts.h"
@@ -92,14 +93,16 @@ private:
     {
         for (std::size_t i = 0; i < list.size(); ++i) {
             const BaseObject& item = *list.childAt(i);
-            const QString phrase = QStringLiteral("%1, %2").arg(owner, phraseFor(item, m_folder));
+            const QString phrase = phraseFor(item, m_folder);
+            const QString line = QStringLiteral("%1, %2").arg(owner, phrase);
             if (item.getMeta().name == "connexion") {
-                addLine(phrase, summaryOf(item, m_folder));
+                addLine(line, summaryOf(item, m_folder));
                 continue;
             }
-            m_lines.append(phrase);
-            addMembers({phrase, {}}, static_cast<const ContainerStructBase&>(item),
-                       kindOf(item).name);
+            m_lines.append(line);
+            // The lines of what is in the item would all repeat a long name.
+            addMembers({QStringLiteral("%1, %2").arg(owner, cutText(phrase)), {}},
+                       static_cast<const ContainerStructBase&>(item), kindOf(item).name);
         }
     }
 

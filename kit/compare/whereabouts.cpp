@@ -2,6 +2,7 @@
 
 #include "compare/words.h"
 #include "contentplace.h"
+#include "findinglist.h"
 #include "packageparts.h"
 
 namespace Ksx::Kit {
@@ -18,12 +19,12 @@ bool isPackage(const BaseObject& item)
 } // namespace
 
 Whereabouts::Whereabouts(const BaseObject& package, const QDir& folder)
-    : m_folder(folder), m_items{&package}
+    : m_folder(folder), m_items{{&package}}
 {}
 
 Whereabouts::Item::Item(Whereabouts& walk, const BaseObject& item) : m_walk(walk)
 {
-    walk.m_items.push_back(&item);
+    walk.m_items.push_back({&item});
     walk.m_members.swap(m_outerMembers);
 }
 
@@ -41,9 +42,14 @@ Whereabouts::Member::Member(Whereabouts& walk, std::string_view element) : m_wal
 // The object of the content and the package are in the place already.
 void Whereabouts::addOuter(std::size_t count, Location& location) const
 {
-    for (std::size_t i = 0; i < count; ++i)
-        if (!isPackage(*m_items[i]) && contentObjectOf(m_items[i]) != m_items[i])
-            location.within.append(phraseFor(*m_items[i], m_folder));
+    for (std::size_t i = 0; i < count; ++i) {
+        Entered& outer = m_items[i];
+        if (isPackage(*outer.object) || contentObjectOf(outer.object) == outer.object)
+            continue;
+        if (outer.phrase.isEmpty())
+            outer.phrase = cutText(phraseFor(*outer.object, m_folder));
+        location.within.append(outer.phrase);
+    }
 }
 
 Location Whereabouts::location() const
@@ -52,7 +58,7 @@ Location Whereabouts::location() const
     addOuter(m_items.size() - 1, location);
     location.place = placeOf(&item());
     location.object = isPackage(item()) ? QStringLiteral("package") : wordFor(item());
-    location.name = isPackage(item()) ? QString() : nameFor(item(), m_folder);
+    location.name = isPackage(item()) ? QString() : cutText(nameFor(item(), m_folder));
     QStringList members = m_members;
     // The one value of a member needs no name.
     if (members.size() > 1 && members.back() == QLatin1String("value"))
@@ -67,7 +73,7 @@ Location Whereabouts::locationOf(const BaseObject& item) const
     addOuter(m_items.size(), location);
     location.place = placeOf(&item);
     location.object = wordFor(item);
-    location.name = nameFor(item, m_folder);
+    location.name = cutText(nameFor(item, m_folder));
     return location;
 }
 

@@ -47,17 +47,23 @@ public:
     };
 
     // Returns the innermost item, which is the package at first.
-    const Orv::Data::BaseObject& item() const { return *m_items.back(); }
+    const Orv::Data::BaseObject& item() const { return *m_items.back().object; }
     // Returns where the walk is.
     Location location() const;
     // Returns the location of an item that the walk has not entered.
     Location locationOf(const Orv::Data::BaseObject& item) const;
 
 private:
+    struct Entered
+    {
+        const Orv::Data::BaseObject* object;
+        QString phrase = {}; // once somebody has asked for it, since it may be long
+    };
+
     void addOuter(std::size_t count, Location& location) const;
 
     const QDir& m_folder;
-    std::vector<const Orv::Data::BaseObject*> m_items;
+    mutable std::vector<Entered> m_items;
     QStringList m_members; // of the innermost item
 };
 

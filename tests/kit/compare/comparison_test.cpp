@@ -342,6 +342,24 @@ TEST_F(ComparisonOf, NothingIsAPackageWithoutContent)
               "added pkg://g: group g:  -> ");
 }
 
+// A difference for each of many values in an object would repeat its name.
+TEST_F(ComparisonOf, CutsLongNamesOfTheObjectsAround)
+{
+    const std::string name(5000, 'x');
+    const std::string node =
+        aNode(1, aFilter(name, aFloatParameter("opacity", "1") + aFloatParameter(name, "1")));
+    const std::string text = packageWithNodes(node);
+
+    compare(text, replaced(text, "<value v=\"1\"/></constant", "<value v=\"2\"/></constant"));
+    const auto found =
+        comparePackages({Orv::fromBytes(directory.path("a.obl"))},
+                        {Orv::fromBytes(directory.path("b.obl"))}, options, file, reason);
+
+    ASSERT_EQ(found.value().size(), 2u);
+    EXPECT_LT(found->front().within.front().size(), 1100);
+    EXPECT_LT(found->back().name.size(), 1100);
+}
+
 TEST_F(ComparisonOf, NamesTheFileThatCannotBeRead)
 {
     const QString file1 = Orv::fromBytes(directory.write("a.obl", packageWith({})));

@@ -24,7 +24,7 @@ enum class ChangeKind
 // Returns the word for a kind: "added", "removed", "moved", "renamed" or "changed".
 QString wordOf(ChangeKind kind);
 
-// An object of a package, or a member of it.
+// An object of a package, or a member of it. Texts of more than a thousand characters are cut.
 struct Location
 {
     // A data path like "pkg://group/graph" to the object of the content that the object is in or is.
