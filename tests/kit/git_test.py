@@ -112,6 +112,71 @@ class Git(unittest.TestCase):
         self.assertIn("    ours    Joints\n    theirs  Gaps\n", result.stdout)
         self.assertIn('<label v="Joints"', self.read())
 
+    def test_merges_a_package_that_one_side_has_renamed(self):
+        self.use_merge_driver()
+        self.git("checkout", "-q", "-B", "ours", "main")
+        self.git("mv", NAME, "wood/Bretter \u00e4 1.obl")
+        self.commit("renamed")
+        self.change_on("theirs", '<label v="Nails"', '<label v="Bolts"')
+        self.git("merge", "-q", "-m", "both", "ours")
+        merged = (self.folder / "wood/Bretter \u00e4 1.obl").read_text(encoding="utf-8")
+        self.assertEqual(merged, PACKAGE.replace('<label v="Nails"', '<label v="Bolts"'))
+
+    def test_leaves_a_damaged_package_to_people(self):
+        self.use_merge_driver()
+        self.change_on("ours", '<label v="Gap"', '<label v="Gaps"')
+        self.git("checkout", "-q", "-B", "theirs", "main")
+        (self.folder / NAME).write_bytes(b"PK\x03\x04\x00\xff")
+        self.commit("damaged")
+        self.git("checkout", "-q", "ours")
+        result = self.run_git("merge", "theirs")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Error! ", result.stderr)
+        self.assertIn("CONFLICT", result.stdout)
+        self.assertEqual(self.read(), PACKAGE.replace('<label v="Gap"', '<label v="Gaps"'))
+
+    def test_compares_packages_that_both_sides_have_added(self):
+        self.use_merge_driver()
+        for branch in ("ours", "theirs"):
+            self.git("checkout", "-q", "-B", branch, "main")
+            (self.folder / "new one.obl").write_text(PACKAGE.replace("\u00c5sa \u00d6berg", branch),
+                                                     encoding="utf-8")
+            self.git("add", ".")
+            self.commit(branch)
+        result = self.run_git("merge", "ours")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("    base    nothing\n    ours    theirs\n    theirs  ours\n", result.stdout)
+        self.assertIn("CONFLICT (add/add)", result.stdout)
+        self.assertIn('v="theirs"', (self.folder / "new one.obl").read_text(encoding="utf-8"))
+
+    def test_merges_in_a_rebase_a_pick_and_a_stash(self):
+        self.use_merge_driver()
+        self.change_on("ours", '<label v="Gap"', '<label v="Gaps"')
+        self.change_on("theirs", '<label v="Nails"', '<label v="Bolts"')
+        self.git("rebase", "-q", "ours")
+        self.assertEqual(self.read(), PACKAGE.replace('<label v="Gap"', '<label v="Gaps"')
+                         .replace('<label v="Nails"', '<label v="Bolts"'))
+        self.change_on("others", "\u00c5sa \u00d6berg", "us")
+        self.git("cherry-pick", "theirs")
+        both = self.read()
+        self.change('<label v="Wood planks"', '<label v="Boards"')
+        self.git("stash")
+        self.git("checkout", "-q", "ours")
+        self.git("stash", "pop")
+        self.assertEqual(both, PACKAGE.replace("Åsa Öberg", "us")
+                         .replace('<label v="Nails"', '<label v="Bolts"'))
+        self.assertEqual(self.read(), PACKAGE.replace('<label v="Gap"', '<label v="Gaps"')
+                         .replace('<label v="Wood planks"', '<label v="Boards"'))
+
+    def test_merges_in_a_folder_of_the_work_tree(self):
+        self.use_merge_driver()
+        self.change_on("ours", '<label v="Gap"', '<label v="Gaps"')
+        self.change_on("theirs", '<label v="Nails"', '<label v="Bolts"')
+        self.git("-C", "wood", "merge", "-q", "-m", "both", "ours")
+        self.assertIn('<label v="Gaps"', self.read())
+        self.assertIn('<label v="Bolts"', self.read())
+        self.assertIn('v="bitmaps/', self.read())
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1], verbosity=2)
