@@ -111,8 +111,11 @@ void ContentMerge::findNewUses()
         for (const auto& [path, count] :
              usesIn(*m_packages.sides[side], m_state.translations[side])) {
             const auto former = base.find(path);
-            if (former == base.end() || former->second < count)
-                m_newlyUsed[side].insert(segmentsOf(path));
+            if (former != base.end() && former->second >= count)
+                continue;
+            m_newlyUsed[side].insert(segmentsOf(path));
+            if (const auto dependency = Core::DataPath::dependencyOf(path))
+                m_state.newlyUsedDependencies[side].insert(*dependency);
         }
 }
 

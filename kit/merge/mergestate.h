@@ -39,6 +39,8 @@ struct MergeState
     // From the paths of the base to those of the merged package.
     Translation paths;
     std::vector<Conflict> conflicts;
+    // The numbers, in the base, of the dependencies to which a side has added paths.
+    std::array<std::unordered_set<unsigned>, 2> newlyUsedDependencies;
     // The numbers, in the base, of the nodes around that go in a conflict. Connections to them go
     // as well.
     std::unordered_set<unsigned> droppedNodes;

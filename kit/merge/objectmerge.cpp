@@ -22,12 +22,12 @@ const QString BothChange = QStringLiteral("Both sides have changed it");
 const QString BothAdd = QStringLiteral("Both sides have added it");
 const QString BothOrder = QStringLiteral("Both sides have brought the items into another order");
 
-QString removalText(Side remover, bool isUsed)
+QString removalText(Side remover, const char* change)
 {
     const QString text = remover == Ours
                              ? QStringLiteral("Our side has removed it, and theirs has %1 it")
                              : QStringLiteral("Their side has removed it, and ours has %1 it");
-    return text.arg(isUsed ? QStringLiteral("connected") : QStringLiteral("changed"));
+    return text.arg(QLatin1String(change));
 }
 
 // Facts that nobody minds to be those of either side.
@@ -233,15 +233,26 @@ bool ObjectMerge::isKept(PlannedItem& item)
         return false;
     const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
     const Side other = otherSide(remover);
-    const bool isUsed = m_scope != nullptr && item.uid && m_scope->isNewlyUsed(other, *item.uid);
+    const bool isUsed = isNewlyUsed(item, other);
     if (!isUsed && isSame(*versions.base, versions.any(), m_state.translations[other]))
         return false;
-    m_state.addConflictOf(versions.any(), versions, removalText(remover, isUsed));
+    const bool isNode = connexionsOf(versions.any()) != nullptr;
+    const char* const change = !isUsed ? "changed" : isNode ? "connected" : "used";
+    m_state.addConflictOf(versions.any(), versions, removalText(remover, change));
     versions.base = nullptr;
     const bool isDropped = m_state.isDropped(remover);
-    if (isDropped && connexionsOf(versions.any()) != nullptr)
+    if (isDropped && isNode)
         m_state.droppedNodes.insert(*item.uid);
     return !isDropped;
+}
+
+bool ObjectMerge::isNewlyUsed(const PlannedItem& item, Side side) const
+{
+    if (!item.uid)
+        return false;
+    if (item.versions.any().getMeta().name == "dependency")
+        return m_state.newlyUsedDependencies[side].count(*item.uid) == 1;
+    return m_scope != nullptr && m_scope->isNewlyUsed(side, *item.uid);
 }
 
 bool ObjectMerge::isFedByDroppedNode(const Trio& connexions) const

@@ -30,6 +30,7 @@ private:
     // Returns whether the item goes into the merged list, and makes it that of one side if the other
     // one has removed it in a conflict.
     bool isKept(PlannedItem& item);
+    bool isNewlyUsed(const PlannedItem& item, Side side) const;
     bool isFedByDroppedNode(const Trio& connexions) const;
     void mergeStruct(Orv::Data::BaseObject& out, const Trio& versions);
     void mergeMember(Orv::Data::BaseObject& out, const Trio& versions);

@@ -58,8 +58,8 @@ struct MergeResult
 // Merges two versions of a package that were made of one base, and writes the result to `target`.
 // Objects are the same object as comparePackages() finds them. Changes of different objects and
 // members join. Both sides may change the layout of one node; one of the positions is taken then.
-// References to files are written as both sides have them. The result is sound where both sides are: connections and references of one side to an object
-// that the other one removed are conflicts.
+// References to files are written as both sides have them. The result is sound where both sides
+// are: connections and references of one side to an object that the other one removed are conflicts.
 //
 // With conflicts nothing is written, unless a side is preferred. Errors of the merged package that
 // neither side has are conflicts, and then nothing is written at all: there is no value to choose.
