@@ -122,6 +122,22 @@ TEST_P(ChangesOfDifferentObjects, GiveTheSameBytesWhicheverSideIsOurs)
     EXPECT_EQ(directory.read("out.obl"), directory.read("turned.obl"));
 }
 
+TEST_P(ChangesOfDifferentObjects, OfOneSideAloneGiveThatSide)
+{
+    EXPECT_EQ(merge("ours.obl", "base.obl", "out.obl"), 0u);
+    EXPECT_EQ(merge("base.obl", "ours.obl", "turned.obl"), 0u);
+
+    EXPECT_EQ(directory.read("out.obl"), directory.read("ours.obl"));
+    EXPECT_EQ(directory.read("turned.obl"), directory.read("ours.obl"));
+}
+
+TEST_P(ChangesOfDifferentObjects, MadeOnBothSidesGiveEitherSide)
+{
+    EXPECT_EQ(merge("theirs.obl", "theirs.obl", "out.obl"), 0u);
+
+    EXPECT_EQ(directory.read("out.obl"), directory.read("theirs.obl"));
+}
+
 TEST_P(ChangesOfDifferentObjects, GiveASoundPackage)
 {
     merge("ours.obl", "theirs.obl", "out.obl");

@@ -5,6 +5,9 @@
 #include "data/content/compnode.h"
 #include "data/content/graph.h"
 #include "data/content/package.h"
+#include "data/content/paraminput.h"
+#include "data/content/paramsarraycell.h"
+#include "data/content/usage.h"
 #include "data/treewalk.h"
 #include "ksx/core/plainroute.h"
 #include <algorithm>
@@ -59,6 +62,19 @@ void erase(const Item& item)
     });
 }
 
+template <class Item>
+void moveIfItemsAre(const Orv::Data::ContainerListBase& items, std::size_t from, std::size_t to)
+{
+    const auto* const list = dynamic_cast<const Orv::Data::ContainerList<Item>*>(&items);
+    if (list == nullptr)
+        return;
+    Ksx::Core::editPlainly([&](Orv::Core::ManipulatorContext& context) {
+        Orv::Core::ManipulatorList<Item>(*list, context)
+            .move(from, static_cast<std::ptrdiff_t>(to) - static_cast<std::ptrdiff_t>(from));
+        return true;
+    });
+}
+
 } // namespace
 
 void RandomSides::change(Doc::Package& package, std::uint32_t side)
@@ -87,10 +103,31 @@ void RandomSides::changeItem(BaseObject& item)
         m_removed.push_back(&item);
         return;
     }
+    std::vector<Orv::Data::ContainerListBase*> lists;
     Orv::Data::visitTree(item, [&](BaseObject& object) {
-        if (object.kind() == ObjectKind::Attribute && &itemOf(object) == &item)
+        if (&itemOf(object) != &item)
+            return;
+        if (object.kind() == ObjectKind::Attribute)
             changeValue(static_cast<AttributeBase&>(object));
+        if (object.kind() == ObjectKind::List)
+            lists.push_back(&static_cast<Orv::Data::ContainerListBase&>(object));
     });
+    for (Orv::Data::ContainerListBase* const list : lists)
+        if (list->size() > 1 && draw(3) == 0)
+            moveItem(*list);
+}
+
+void RandomSides::moveItem(const Orv::Data::ContainerListBase& list)
+{
+    const auto count = static_cast<std::uint32_t>(list.size());
+    const std::size_t from = draw(count);
+    const std::size_t to = draw(count);
+    moveIfItemsAre<Doc::ParamInput>(list, from, to);
+    moveIfItemsAre<Doc::Usage>(list, from, to);
+    moveIfItemsAre<Doc::CompNode>(list, from, to);
+    moveIfItemsAre<Doc::Connexion>(list, from, to);
+    moveIfItemsAre<Doc::Parameter>(list, from, to);
+    moveIfItemsAre<Doc::ParamsArrayCell>(list, from, to);
 }
 
 // Names, references and types are left alone: others depend on them.

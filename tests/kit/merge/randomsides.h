@@ -10,6 +10,7 @@
 namespace Orv::Data {
 class BaseObject;
 class AttributeBase;
+class ContainerListBase;
 } // namespace Orv::Data
 
 namespace Ksx::Data::Content {
@@ -19,7 +20,7 @@ class Package;
 namespace TestSupport {
 
 // Shares the items of a package between two sides, and changes what is on a side. Values change,
-// nodes come, parameters and connections go.
+// nodes come, parameters and connections go, and items of lists move.
 class RandomSides
 {
 public:
@@ -31,6 +32,7 @@ public:
 private:
     void changeValue(Orv::Data::AttributeBase& leaf);
     void changeItem(Orv::Data::BaseObject& item);
+    void moveItem(const Orv::Data::ContainerListBase& list);
     void addNodes(Ksx::Data::Content::Package& package);
     void removeChosen();
     std::uint32_t draw(std::uint32_t bound)
