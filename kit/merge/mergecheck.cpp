@@ -7,15 +7,22 @@
 #include "findinglist.h"
 #include "packageparts.h"
 #include "referencecheck.h"
+#include <map>
 #include <set>
 #include <tuple>
+#include <utility>
 
 namespace Ksx::Kit {
 
 namespace {
 
 namespace Doc = Data::Content;
-using Fault = std::tuple<FindingCode, QString, QString>;
+using Fault = std::tuple<FindingCode, QString, QString>; // with its text and its place
+
+Fault faultOf(const Finding& finding)
+{
+    return {finding.code, finding.text, finding.place};
+}
 
 std::vector<Finding> errorsOf(Doc::Package& package, const QString& place,
                               const QStringList& presetsPaths)
@@ -49,14 +56,27 @@ std::vector<Conflict> newFaults(Doc::Package& merged, Doc::Package& ours, Doc::P
     const std::vector<Finding> found = errorsOf(merged, place, presetsPaths);
     if (found.empty())
         return {};
+    std::set<Fault> left;
+    for (const Finding& one : found)
+        left.insert(faultOf(one));
     std::set<Fault> known;
     for (Doc::Package* const side : {&ours, &theirs})
         for (const Finding& one : errorsOf(*side, place, presetsPaths))
-            known.emplace(one.code, one.place, one.text);
+            known.insert(faultOf(one));
+    // The other side may have renamed or moved the object that has the error.
+    std::map<std::pair<FindingCode, QString>, std::size_t> elsewhere;
+    for (const auto& [code, text, where] : known)
+        if (left.count({code, text, where}) == 0)
+            ++elsewhere[{code, text}];
     std::vector<Conflict> conflicts;
     for (const Finding& one : found) {
-        if (known.count({one.code, one.place, one.text}) == 1)
+        if (known.count(faultOf(one)) == 1)
             continue;
+        const auto moved = elsewhere.find({one.code, one.text});
+        if (moved != elsewhere.end() && moved->second > 0) {
+            --moved->second;
+            continue;
+        }
         Conflict& conflict = conflicts.emplace_back();
         conflict.place = one.place;
         conflict.object = QStringLiteral("package");

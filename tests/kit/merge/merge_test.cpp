@@ -287,6 +287,10 @@ INSTANTIATE_TEST_SUITE_P(
                   packageWith(aGraphCalled("h") + aGraphBeside("g") + aUserOf("pkg://h")),
                   packageWith(GraphText().text() + aUserOf("pkg://g")),
                   packageWith(aGraphCalled("h") + aGraphBeside("g") + aUserOf("pkg://h"))},
+        MergeCase{"RenamedWithAnErrorOfTheOtherSide", packageWithNodes(aBlend(1)),
+                  replaced(packageWithNodes(aBlend(1)), "v=\"g\"", "v=\"h\""),
+                  packageWithNodes(aBlend(1, fedBy(9))),
+                  replaced(packageWithNodes(aBlend(1, fedBy(9))), "v=\"g\"", "v=\"h\"")},
         MergeCase{"RemovedWithAllInIt", packageWith(aGroup("a", GraphText().text())),
                   packageWith({}), packageWith(aGroup("a", GraphText().text())), packageWith({})},
         MergeCase{
