@@ -13,6 +13,7 @@ namespace {
 using Orv::Data::BaseObject;
 
 constexpr ItemKind Kinds[] = {
+    {"package", "package", "", "identifier", false},
     {"group", "group", "uid", "identifier", false},
     {"graph", "graph", "uid", "identifier", false},
     {"function", "function", "uid", "identifier", false},

@@ -8,6 +8,16 @@ namespace Ksx::Kit {
 namespace Doc = Data::Content;
 using Orv::Data::BaseObject;
 
+namespace {
+
+// Returns whether a package stands for a file that is not there. Each file has a version.
+bool isNothing(const Doc::Package& package)
+{
+    return package.formatVersion().get().empty();
+}
+
+} // namespace
+
 PackageComparison::PackageComparison(const Doc::Package& first, const Doc::Package& second,
                                      const ComparisonOptions& options, const QDir& folder)
     : m_first(first), m_second(second), m_content(first, second), m_walk(second, folder),
@@ -19,8 +29,14 @@ PackageComparison::PackageComparison(const Doc::Package& first, const Doc::Packa
 
 std::vector<Difference> PackageComparison::run()
 {
-    m_objects.compareItem(m_first, m_second);
-    m_objects.compareLists(m_first.dependencies(), m_second.dependencies());
+    if (isNothing(m_first) == isNothing(m_second)) {
+        m_objects.compareItem(m_first, m_second);
+        m_objects.compareLists(m_first.dependencies(), m_second.dependencies());
+    } else if (isNothing(m_first)) {
+        m_objects.addItem(ChangeKind::Added, m_second);
+    } else {
+        m_objects.addItem(ChangeKind::Removed, m_first);
+    }
     for (const BaseObject* const object : m_content.first()) {
         const BaseObject* const partner = m_content.partnerOf(object);
         if (partner != nullptr)

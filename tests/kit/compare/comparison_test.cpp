@@ -251,6 +251,10 @@ INSTANTIATE_TEST_SUITE_P(
                        aPackage().with("author", "a").text(),
                        aPackage().with("author", "b").text(),
                        {"changed : package, author: a -> b"}},
+        ComparisonCase{"PackageRenamed",
+                       aPackage().named("a").text(),
+                       aPackage().named("b").text(),
+                       {"renamed : package: a -> b"}},
         ComparisonCase{"GroupWithAllInIt",
                        packageWith({}),
                        packageWith(aGroup("a", aGroup("b"))),
@@ -338,8 +342,8 @@ TEST_F(ComparisonOf, NothingIsAPackageWithoutContent)
 {
     const QString place = Orv::fromBytes(directory.write("a.obl", packageWith(aGroup("g"))));
 
-    EXPECT_EQ(compareFiles({QStringLiteral("/dev/null"), place}, {place}).back(),
-              "added pkg://g: group g:  -> ");
+    EXPECT_EQ(compareFiles({QStringLiteral("/dev/null"), place}, {place}),
+              (Lines{"added : package package:  -> ", "added pkg://g: group g:  -> "}));
 }
 
 // A difference for each of many values in an object would repeat its name.

@@ -58,7 +58,7 @@ struct Difference : Location
 // A version of a package.
 struct PackageVersion
 {
-    // The file with the bytes. "/dev/null" and empty files are packages without anything in them.
+    // The file with the bytes. "/dev/null" is a package without anything in it.
     QString file;
     // The place that the bytes are meant for, as far as it differs from `file`: its folder is where
     // references begin, and its ending tells the format.
