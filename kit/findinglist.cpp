@@ -14,7 +14,7 @@ constexpr int MaximumText = 1000;
 void FindingList::add(FindingCode code, const QString& place, const QString& text, qint64 line,
                       qint64 column)
 {
-    if (++m_counts[static_cast<std::size_t>(code)] <= MaximumOfAKind)
+    if (++m_counts[static_cast<std::size_t>(code)] <= m_maximumOfAKind)
         m_findings.push_back({code, cutText(place), line, column, cutText(text)});
 }
 
@@ -22,10 +22,10 @@ std::vector<Finding> FindingList::take()
 {
     for (const FindingKind& kind : findingKinds()) {
         const std::size_t count = m_counts[static_cast<std::size_t>(kind.code)];
-        if (count > MaximumOfAKind)
+        if (count > m_maximumOfAKind)
             m_findings.push_back(
                 {kind.code, QString(), 0, 0,
-                 QStringLiteral("There are %1 more of this kind").arg(count - MaximumOfAKind)});
+                 QStringLiteral("There are %1 more of this kind").arg(count - m_maximumOfAKind)});
     }
     return std::move(m_findings);
 }

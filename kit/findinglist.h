@@ -7,25 +7,31 @@
 
 namespace Ksx::Kit {
 
-// Keeps a hundred findings of each kind, and counts the others: a damaged file may have millions.
+// Keeps some findings of each kind, and counts the others: a damaged file may have millions.
 class FindingList
 {
 public:
+    // As many as people read.
+    static constexpr std::size_t UsualMaximum = 100;
+
+    explicit FindingList(std::size_t maximumOfAKind = UsualMaximum)
+        : m_maximumOfAKind(maximumOfAKind)
+    {}
+
     // `place` is cut if it is long, and so is `text`.
     void add(FindingCode code, const QString& place, const QString& text, qint64 line = 0,
              qint64 column = 0);
     // Returns whether findings of that kind are only counted, so that nobody needs their places.
     bool isFull(FindingCode code) const
     {
-        return m_counts[static_cast<std::size_t>(code)] >= MaximumOfAKind;
+        return m_counts[static_cast<std::size_t>(code)] >= m_maximumOfAKind;
     }
     // Returns the findings in the order in which they came. Behind the last one of a kind comes one
     // that counts the others.
     std::vector<Finding> take();
 
 private:
-    static constexpr std::size_t MaximumOfAKind = 100;
-
+    std::size_t m_maximumOfAKind;
     std::vector<Finding> m_findings;
     std::vector<std::size_t> m_counts = std::vector<std::size_t>(findingKinds().size());
 };

@@ -27,16 +27,10 @@ std::optional<std::vector<Difference>> comparePackages(const PackageVersion& fir
                                                        const ComparisonOptions& options,
                                                        QString& file, QString& reason)
 {
-    const QDir folder = folderOf(first);
-    file = first.file;
-    const auto firstPackage = openVersion(first, folder, reason);
-    if (firstPackage == nullptr)
+    const auto versions = openVersions(first, second, file, reason);
+    if (!versions)
         return std::nullopt;
-    file = second.file;
-    const auto secondPackage = openVersion(second, folder, reason);
-    if (secondPackage == nullptr)
-        return std::nullopt;
-    return PackageComparison(*firstPackage, *secondPackage, options, folder).run();
+    return PackageComparison(*versions->first, *versions->second, options, versions->folder).run();
 }
 
 } // namespace Ksx::Kit

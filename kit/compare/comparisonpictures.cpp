@@ -164,21 +164,15 @@ std::optional<DrawnComparison> drawComparison(const PackageVersion& first,
                                               const ComparisonOptions& options, QString& file,
                                               QString& reason)
 {
-    const QDir folder = folderOf(first);
-    file = first.file;
-    const auto firstPackage = openVersion(first, folder, reason);
-    if (firstPackage == nullptr)
+    const auto versions = openVersions(first, second, file, reason);
+    if (!versions)
         return std::nullopt;
-    file = second.file;
-    const auto secondPackage = openVersion(second, folder, reason);
-    if (secondPackage == nullptr)
-        return std::nullopt;
-    PackageComparison comparison(*firstPackage, *secondPackage, options, folder);
+    PackageComparison comparison(*versions->first, *versions->second, options, versions->folder);
     DrawnComparison drawn;
     drawn.differences = comparison.run();
-    drawn.graphs =
-        ComparisonDrawer(*firstPackage, *secondPackage, comparison.content(), drawn.differences)
-            .run();
+    drawn.graphs = ComparisonDrawer(*versions->first, *versions->second, comparison.content(),
+                                    drawn.differences)
+                       .run();
     return drawn;
 }
 

@@ -33,4 +33,19 @@ std::unique_ptr<Data::Content::Package> openVersion(const PackageVersion& versio
     return openVersionAt(folder.filePath(name), version.file, reason);
 }
 
+std::optional<OpenVersions> openVersions(const PackageVersion& first, const PackageVersion& second,
+                                         QString& file, QString& reason)
+{
+    OpenVersions versions{folderOf(first), nullptr, nullptr};
+    file = first.file;
+    versions.first = openVersion(first, versions.folder, reason);
+    if (versions.first == nullptr)
+        return std::nullopt;
+    file = second.file;
+    versions.second = openVersion(second, versions.folder, reason);
+    if (versions.second == nullptr)
+        return std::nullopt;
+    return versions;
+}
+
 } // namespace Ksx::Kit

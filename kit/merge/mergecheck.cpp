@@ -19,6 +19,9 @@ namespace {
 namespace Doc = Data::Content;
 using Fault = std::tuple<FindingCode, QString, QString>; // with its text and its place
 
+// Faults that a package has already are told apart from new ones, which their counts cannot do.
+constexpr std::size_t MaximumOfAKind = 100000;
+
 Fault faultOf(const Finding& finding)
 {
     return {finding.code, finding.text, finding.place};
@@ -37,7 +40,7 @@ std::vector<Finding> errorsOf(Doc::Package& package, const QString& place,
             dependency.path = pathOfReference(dependency.path, presetsPaths);
             dependency.isFound = Orv::Core::exists(dependency.path);
         }
-    FindingList findings;
+    FindingList findings(MaximumOfAKind);
     checkContent(package, findings);
     checkReferences(package, dependencies, presetsPaths, findings);
     std::vector<Finding> errors = findings.take();

@@ -166,6 +166,15 @@ std::string aGraphBeside(const std::string& identifier)
     return withUid(aGraphCalled(identifier), "4", "45");
 }
 
+// Each of them has a connection to a node that is not there.
+std::string manyNodesFedByNone(unsigned count)
+{
+    std::string nodes;
+    for (unsigned uid = 100; uid < 100 + 2 * count; uid += 2)
+        nodes += aBlend(uid, fedBy(9));
+    return nodes;
+}
+
 } // namespace
 
 TEST_P(MergeJoins, ChangesOfBothSides)
@@ -501,6 +510,16 @@ TEST_F(MergeOf, WritesNothingWithAFaultThatNeitherSideHas)
               1u);
 
     EXPECT_FALSE(directory.exists("out.obl"));
+}
+
+TEST_F(MergeOf, LeavesManyFaultsToThePackagesThatHaveThem)
+{
+    const std::string nodes = manyNodesFedByNone(150);
+
+    EXPECT_EQ(
+        merge(packageWithNodes(aBlend(7, fedBy(9)) + nodes), packageWithNodes(nodes),
+              replaced(packageWithNodes(aBlend(7, fedBy(9)) + nodes), "v=\"me\"", "v=\"you\"")),
+        Lines());
 }
 
 // Files.
