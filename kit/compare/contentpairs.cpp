@@ -4,6 +4,7 @@
 #include "contentplace.h"
 #include "data/content/package.h"
 #include "ksx/core/contentwalk.h"
+#include "packageparts.h"
 
 namespace Ksx::Kit {
 
@@ -11,8 +12,6 @@ namespace {
 
 namespace Doc = Data::Content;
 using Orv::Data::BaseObject;
-
-constexpr const char* Itself = "?himself";
 
 Items contentOf(const Doc::Package& package)
 {
@@ -64,7 +63,7 @@ void ContentPairs::addTo(Translation& translation) const
     for (std::size_t i = 0; i < second.size(); ++i) {
         const auto& own = static_cast<const Doc::Dependency&>(*second[i]);
         const std::size_t partner = dependencies.inFirst[i];
-        if (own.filename().get() == Itself)
+        if (own.filename().get() == ItselfName)
             translation.setOwn(own.uid().get());
         if (partner != Alignment::None)
             translation.setDependency(

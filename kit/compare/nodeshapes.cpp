@@ -1,7 +1,6 @@
 #include "compare/nodeshapes.h"
 
 #include "compare/references.h"
-#include "data/attribute.h"
 #include "data/containerunion.h"
 #include <unordered_map>
 #include <utility>
@@ -14,14 +13,6 @@ using Orv::Data::BaseObject;
 using Shapes = std::vector<Shape>;
 
 constexpr int Rounds = 4; // how many connections away a neighbour may be
-
-unsigned valueOf(const BaseObject* reference)
-{
-    const BaseObject* const value = reference == nullptr ? nullptr : memberOf(*reference, "value");
-    return value == nullptr
-               ? 0
-               : static_cast<const Orv::Data::Attribute<Orv::Data::UInt>*>(value)->get();
-}
 
 // Returns a shape of the kind of a node alone: the filter, the function or what it is an instance of.
 Shape kindShapeOf(const BaseObject& node)
@@ -93,7 +84,8 @@ private:
         const auto* const connexions = connexionsOf(*m_nodes[node]);
         for (std::size_t i = 0; connexions != nullptr && i < connexions->size(); ++i) {
             const BaseObject& connexion = *connexions->childAt(i);
-            const auto from = places.find(valueOf(memberOf(connexion, "connRef")));
+            const auto feeding = feedingNodeOf(connexion);
+            const auto from = feeding ? places.find(*feeding) : places.end();
             if (from != places.end())
                 m_wires[node].push_back({shapeOf(*nameOf(connexion)), from->second});
         }

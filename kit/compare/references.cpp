@@ -1,5 +1,6 @@
 #include "compare/references.h"
 
+#include "data/attribute.h"
 #include "ksx/core/datapath.h"
 
 namespace Ksx::Kit {
@@ -48,6 +49,15 @@ const BaseObject* nodeAround(const BaseObject& object)
     while (around != nullptr && around->getMeta().name != "compNode")
         around = around->getParent();
     return around;
+}
+
+std::optional<unsigned> feedingNodeOf(const BaseObject& connexion)
+{
+    const BaseObject& reference = *memberOf(connexion, "connRef");
+    if (!reference.isModified())
+        return std::nullopt;
+    return static_cast<const Orv::Data::Attribute<Orv::Data::UInt>&>(*memberOf(reference, "value"))
+        .get();
 }
 
 const ContainerListBase* listOf(const BaseObject& structure, std::string_view element)

@@ -33,6 +33,9 @@ const Orv::Data::BaseObject* nodeAround(const Orv::Data::BaseObject& object);
 // Returns the connections of a node of any kind.
 const Orv::Data::ContainerListBase* connexionsOf(const Orv::Data::BaseObject& node);
 
+// Returns the number of the node that feeds a connection. Returns none if nothing feeds it.
+std::optional<unsigned> feedingNodeOf(const Orv::Data::BaseObject& connexion);
+
 // Returns the list of an element in a structure. Returns null if there is none.
 const Orv::Data::ContainerListBase* listOf(const Orv::Data::BaseObject& structure,
                                            std::string_view element);

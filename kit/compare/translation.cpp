@@ -20,14 +20,6 @@ unsigned valueOf(const BaseObject& leaf)
     return static_cast<const Orv::Data::Attribute<UInt>&>(leaf).get();
 }
 
-// Returns the number of the node that feeds a connection. The leaf is that of its output.
-unsigned feedingNode(const AttributeBase& leaf)
-{
-    const BaseObject& connexion = *leaf.getParent()->getParent();
-    const BaseObject* const node = memberOf(*memberOf(connexion, "connRef"), "value");
-    return valueOf(*node);
-}
-
 unsigned lookedUp(const Translation::Numbers& numbers, unsigned uid)
 {
     const auto found = numbers.find(uid);
@@ -75,7 +67,7 @@ unsigned Translation::referenceNumber(Target target, const AttributeBase& leaf) 
 {
     const unsigned uid = valueOf(leaf);
     if (target == Target::NodeOutput)
-        return output(feedingNode(leaf), uid);
+        return output(feedingNodeOf(*leaf.getParent()->getParent()).value_or(0), uid);
     if (target == Target::OwnOutput) {
         const BaseObject* const node = nodeAround(leaf);
         return node == nullptr ? uid : output(uidOf(*node).value_or(0), uid);

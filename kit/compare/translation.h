@@ -3,9 +3,9 @@
 
 #include "compare/references.h"
 #include <cstdint>
-#include <map>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace Orv::Data {
 class AttributeBase;
@@ -48,7 +48,7 @@ public:
     unsigned dependency(unsigned uid) const;
     // Paths without a dependency, and those that name the dependency of that number, are paths in
     // the package itself.
-    void setOwn(unsigned uid) { m_own.insert_or_assign(uid, true); }
+    void setOwn(unsigned uid) { m_own.insert(uid); }
     // Both are identifiers with "/" in between.
     void setPath(const std::string& from, const std::string& to) { m_paths[from] = to; }
 
@@ -70,7 +70,7 @@ private:
     Numbers m_numbers[static_cast<std::size_t>(Target::ParameterSet) + 1];
     std::unordered_map<std::uint64_t, unsigned> m_outputs;
     Numbers m_dependencies;
-    std::map<unsigned, bool> m_own;
+    std::unordered_set<unsigned> m_own;
     std::unordered_map<std::string, std::string> m_paths;
 };
 

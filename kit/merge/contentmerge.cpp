@@ -7,6 +7,7 @@
 #include "ksx/core/filereferences.h"
 #include "merge/mergescope.h"
 #include "merge/objectmerge.h"
+#include "packageparts.h"
 #include <unordered_set>
 
 namespace Ksx::Kit {
@@ -18,7 +19,6 @@ using Orv::Data::BaseObject;
 using Orv::Data::ContainerListBase;
 
 constexpr std::size_t None = Alignment::None;
-constexpr const char* Itself = "?himself";
 
 const QString BothMove = QStringLiteral("Both sides have moved it");
 
@@ -83,7 +83,7 @@ void ContentMerge::planDependencies()
                 m_state.translations[side].setDependency(*ownUidOf(*version), *item.uid);
         const BaseObject* const any =
             item.versions.base != nullptr ? item.versions.base : &item.versions.any();
-        if (*nameOf(*any) == Itself)
+        if (*nameOf(*any) == ItselfName)
             m_state.paths.setOwn(*item.uid);
     }
 }

@@ -1,7 +1,6 @@
 #include "merge/mergescope.h"
 
 #include "compare/pairscope.h"
-#include "data/attribute.h"
 #include <algorithm>
 #include <set>
 #include <string>
@@ -42,15 +41,6 @@ std::set<Use> usesIn(const BaseObject* list, const Translation& translation)
 }
 
 } // namespace
-
-std::optional<unsigned> feedingNodeOf(const BaseObject& connexion)
-{
-    const BaseObject& reference = *memberOf(connexion, "connRef");
-    if (!reference.isModified())
-        return std::nullopt;
-    return static_cast<const Orv::Data::Attribute<Orv::Data::UInt>&>(*memberOf(reference, "value"))
-        .get();
-}
 
 ListPlan planOf(const Trio& lists, const MergeState& state)
 {

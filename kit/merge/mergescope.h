@@ -40,9 +40,6 @@ private:
     std::unordered_set<unsigned> m_outerDroppedNodes;
 };
 
-// Returns the number of the node that feeds a connection. Returns none if nothing feeds it.
-std::optional<unsigned> feedingNodeOf(const Orv::Data::BaseObject& connexion);
-
 // Plans a list of which the trio has the versions.
 ListPlan planOf(const Trio& lists, const MergeState& state);
 

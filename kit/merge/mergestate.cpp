@@ -12,7 +12,7 @@ QString textOf(const BaseObject* value, const QDir& folder)
 {
     if (value == nullptr)
         return {};
-    const bool isItem = *kindOf(*value).element.data() != '\0';
+    const bool isItem = !kindOf(*value).element.empty();
     return isItem ? summaryOf(*value, folder) : valueText(*value, folder);
 }
 

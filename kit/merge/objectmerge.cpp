@@ -132,6 +132,11 @@ std::string ObjectMerge::textOf(const Trio& versions, Side side) const
     return text;
 }
 
+void ObjectMerge::addDisagreement(const Trio& versions)
+{
+    m_state.addConflict(versions, versions.base == nullptr ? BothAdd : BothChange);
+}
+
 void ObjectMerge::mergeLeaf(AttributeBase& out, const Trio& versions)
 {
     if (!versions.hasBoth()) {
@@ -144,7 +149,7 @@ void ObjectMerge::mergeLeaf(AttributeBase& out, const Trio& versions)
                                  : static_cast<const AttributeBase&>(*versions.base).toString();
     const auto won = winner(versions.base == nullptr ? nullptr : &base, texts);
     if (!won && !isIndifferent(out))
-        m_state.addConflict(versions, versions.base == nullptr ? BothAdd : BothChange);
+        addDisagreement(versions);
     const Side undecided = isIndifferent(out) ? greater(texts) : m_state.preferred();
     write(out, texts[won.value_or(undecided)]);
 }
@@ -168,7 +173,7 @@ void ObjectMerge::mergeConnexion(BaseObject& out, const Trio& versions)
             versions.base == nullptr ? std::string() : connexionText(*versions.base, nullptr);
         const auto won = winner(versions.base == nullptr ? nullptr : &base, texts);
         if (!won)
-            m_state.addConflict(versions, versions.base == nullptr ? BothAdd : BothChange);
+            addDisagreement(versions);
         taken = won.value_or(m_state.preferred());
     }
     Trio alone;
@@ -212,7 +217,7 @@ void ObjectMerge::mergeUnion(ContainerUnionBase& out, const Trio& versions)
                  isSameUnion(*versions.base, *versions.sides[Theirs], Theirs))
             taken = Ours;
         else
-            m_state.addConflict(versions, versions.base == nullptr ? BothAdd : BothChange);
+            addDisagreement(versions);
         choices.sides[otherSide(taken)] = nullptr;
         choices.base = nullptr;
     }
@@ -271,8 +276,8 @@ void ObjectMerge::mergeItems(ContainerListBase& out, const ListPlan& plan)
 {
     if (plan.hasTwoOrders)
         m_state.addConflict({}, BothOrder);
-    std::vector<PlannedItem>
-        kept; // known before the first item is merged, which may refer to others
+    // Known before the first item is merged, which may refer to others.
+    std::vector<PlannedItem> kept;
     for (const PlannedItem& planned : plan.items) {
         PlannedItem item = planned;
         if (isKept(item))

@@ -38,6 +38,7 @@ private:
     void mergeUnion(Orv::Data::ContainerUnionBase& out, const Trio& versions);
     void mergeConnexion(Orv::Data::BaseObject& out, const Trio& versions);
 
+    void addDisagreement(const Trio& versions);
     void write(Orv::Data::AttributeBase& out, const std::string& text) const;
     std::string textOf(const Trio& versions, Side side) const;
     std::string connexionText(const Orv::Data::BaseObject& connexion, const Side* side) const;
