@@ -35,12 +35,6 @@ UsesOfPaths usesIn(const Doc::Package& package, const Translation& translation)
     return uses;
 }
 
-QString keptText(Side remover)
-{
-    return remover == Ours ? QStringLiteral("Our side has removed it, and theirs has changed it")
-                           : QStringLiteral("Their side has removed it, and ours has changed it");
-}
-
 } // namespace
 
 Trio PackageTrio::objects() const
@@ -226,7 +220,7 @@ void ContentMerge::dropRemoved()
         entry.isKept = isChanged(entry, otherSide(remover));
         if (!entry.isKept)
             continue;
-        m_state.addConflictOf(versions.any(), versions, keptText(remover));
+        m_state.addConflictOf(versions.any(), versions, removalText(remover, "changed"));
         entry.isKept = !m_state.isDropped(remover);
         versions.base = nullptr;
     }
@@ -265,7 +259,7 @@ bool ContentMerge::isKeptAsOwner(std::size_t index)
     if (entry.isKept || versions.base == nullptr)
         return entry.isKept;
     const Side remover = versions.sides[Ours] == nullptr ? Ours : Theirs;
-    m_state.addConflictOf(versions.any(), versions, keptText(remover));
+    m_state.addConflictOf(versions.any(), versions, removalText(remover, "changed"));
     entry.isKept = !m_state.isDropped(remover);
     versions.base = nullptr;
     return entry.isKept;

@@ -18,6 +18,14 @@ QString textOf(const BaseObject* value, const QDir& folder)
 
 } // namespace
 
+QString removalText(Side remover, const char* change)
+{
+    const QString text = remover == Ours
+                             ? QStringLiteral("Our side has removed it, and theirs has %1 it")
+                             : QStringLiteral("Their side has removed it, and ours has %1 it");
+    return text.arg(QLatin1String(change));
+}
+
 void MergeState::addConflict(const Trio& values, const QString& reason)
 {
     add(walk.location(), values, reason);

@@ -49,4 +49,8 @@ private:
     void add(Location location, const Trio& values, const QString& reason);
 };
 
+// Returns the reason of a conflict over an object that a side has removed. `change` is what the other
+// side has done with it, such as "changed".
+QString removalText(Side remover, const char* change);
+
 } // namespace Ksx::Kit

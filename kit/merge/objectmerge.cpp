@@ -22,14 +22,6 @@ const QString BothChange = QStringLiteral("Both sides have changed it");
 const QString BothAdd = QStringLiteral("Both sides have added it");
 const QString BothOrder = QStringLiteral("Both sides have brought the items into another order");
 
-QString removalText(Side remover, const char* change)
-{
-    const QString text = remover == Ours
-                             ? QStringLiteral("Our side has removed it, and theirs has %1 it")
-                             : QStringLiteral("Their side has removed it, and ours has %1 it");
-    return text.arg(QLatin1String(change));
-}
-
 // Facts that nobody minds to be those of either side.
 bool isIndifferent(const BaseObject& leaf)
 {
