@@ -59,7 +59,7 @@ target_link_libraries(ksx_installed
     PRIVATE Qt${QT_VERSION_MAJOR}::Xml)
 
 kestrix_installed_library(ksxkit)
-target_link_libraries(ksxkit_installed PUBLIC ksx_installed)
+target_link_libraries(ksxkit_installed PUBLIC ksx_installed PRIVATE "${NETTLE}")
 
 install(TARGETS kestrix ksxtool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
 install(TARGETS ksx_archives ksx_imageformats ksx_layout ksx_painter kestrix-decode

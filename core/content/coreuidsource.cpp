@@ -10,6 +10,7 @@ namespace Ksx::Core {
 namespace {
 
 constexpr Uid SharedFirstCount = 0xF39AC68Fu;
+constexpr Uid UpdaterFirstCount = 0;
 constexpr Uid StepMask = 0xFF; // how far a clash may move a uid on
 
 UidSource::Clock& clockSeam()
@@ -51,8 +52,14 @@ UidSource& UidSource::shared()
 
 UidSource& UidSource::ofUpdater()
 {
-    static UidSource source(0);
+    static UidSource source(UpdaterFirstCount);
     return source;
+}
+
+void UidSource::restart()
+{
+    shared().setCounter(SharedFirstCount);
+    ofUpdater().setCounter(UpdaterFirstCount);
 }
 
 void UidSource::setClock(Clock clock)

@@ -41,7 +41,7 @@ public:
 
     Run(const BatchPlan& plan, const BatchRunOptions& options, const Take& take)
         : m_plan(plan), m_options(options), m_take(take),
-          m_stamps(plannedStamps(plan, options.shard)), m_origins(originsOf(plan, options.shard))
+          m_stamps(plannedStamps(plan)), m_origins(originsOf(plan, options.shard))
     {
         for (std::size_t i = 0; i < plan.packages.size(); ++i)
             m_indices[&plan.packages[i]] = i;
@@ -77,7 +77,7 @@ private:
             return;
         }
         std::size_t packagesLeft = 0;
-        for (auto& [number, packages] : m_components[shard]) {
+        for (Packages& packages : componentsOf(shard)) {
             if (m_options.resumes && areCurrent(packages))
                 continue;
             packagesLeft += packages.size();
@@ -85,6 +85,25 @@ private:
         }
         m_shards.emplace(shard, OpenShard{std::move(*journal), packagesLeft});
         endShardIfDone(shard);
+    }
+
+    // Returns the components of a shard, the largest first: a large one at the end would leave the
+    // other processes without work.
+    std::vector<Packages> componentsOf(unsigned shard)
+    {
+        std::vector<std::pair<qint64, Packages>> components;
+        for (auto& [number, packages] : m_components[shard]) {
+            qint64 bytes = 0;
+            for (const BatchPackage* package : packages)
+                bytes += package->stamp.size;
+            components.emplace_back(bytes, std::move(packages));
+        }
+        std::stable_sort(components.begin(), components.end(),
+                         [](const auto& a, const auto& b) { return a.first > b.first; });
+        std::vector<Packages> sorted;
+        for (auto& [bytes, packages] : components)
+            sorted.push_back(std::move(packages));
+        return sorted;
     }
 
     bool areCurrent(const Packages& packages) const
@@ -115,22 +134,38 @@ private:
     {
         Component component = std::move(m_waiting.front());
         m_waiting.pop_front();
-        m_pool.start(
-            boundsFor(component.packages.size()),
-            [&] { return updateComponent(m_plan, m_stamps, component.packages).toBytes(); },
-            [this, component](const WorkerProcess& process) { finish(component, process); });
+        m_pool.start(requestFor(component.packages), boundsFor(component.packages.size()),
+                     [this, component](const WorkerResult& result) { finish(component, result); });
     }
 
-    void finish(const Component& component, const WorkerProcess& process)
+    // A request to a process names packages by their indices.
+    QByteArray requestFor(const Packages& packages) const
+    {
+        QByteArray request;
+        for (const BatchPackage* package : packages)
+            request += QByteArray::number(qulonglong(m_indices[package])) + ' ';
+        return request;
+    }
+
+    // Runs in a process of the pool.
+    QByteArray answerTo(const QByteArray& request) const
+    {
+        Packages packages;
+        for (const QByteArray& index : request.trimmed().split(' '))
+            packages.push_back(&m_plan.packages[index.toULongLong()]);
+        return updateComponent(m_plan, m_stamps, packages).toBytes();
+    }
+
+    void finish(const Component& component, const WorkerResult& result)
     {
         const std::size_t count = component.packages.size();
-        const auto outcome = ComponentOutcome::fromBytes(process.answer());
-        if (!process.failure().isEmpty() || !outcome) {
-            leaveOutCulprits(component, process.failure());
+        const auto outcome = ComponentOutcome::fromBytes(result.answer);
+        if (!result.failure.isEmpty() || !outcome) {
+            leaveOutCulprits(component, result.failure);
         } else if (outcome->savings.size() != count) {
             leaveOut(component, outcome->failures);
         } else {
-            const double seconds = process.seconds() / static_cast<double>(count);
+            const double seconds = result.seconds / static_cast<double>(count);
             for (std::size_t i = 0; i < count; ++i)
                 noteSaving(*component.packages[i], outcome->savings[i], seconds);
         }
@@ -167,12 +202,14 @@ private:
 
     QString faultOf(const QString& file) const
     {
-        WorkerProcess process(boundsFor(1), [&] { return openOne(m_plan, file).toBytes(); });
+        WorkerProcess process([&](const QByteArray&) { return openOne(m_plan, file).toBytes(); });
+        process.ask({}, boundsFor(1));
         WorkerProcess::waitForOne({&process});
-        const auto outcome = ComponentOutcome::fromBytes(process.answer());
+        const WorkerResult result = process.takeResult();
+        const auto outcome = ComponentOutcome::fromBytes(result.answer);
         if (outcome && !outcome->failures.empty())
             return outcome->failures.front().reason;
-        return process.failure();
+        return result.failure;
     }
 
     // Notes the failures of files and of all packages that need them, and lets the others be
@@ -257,17 +294,18 @@ private:
     BatchResults m_results;
     std::map<unsigned, std::map<unsigned, Packages>> m_components; // by shard
     std::deque<Component> m_waiting;
-    WorkerPool m_pool{m_options.jobs};
+    WorkerPool m_pool{m_options.jobs,
+                      [this](const QByteArray& request) { return answerTo(request); }};
     std::map<unsigned, OpenShard> m_shards;
     QStringList m_failures;
 };
 
 // Returns a sentence unless another update of a result has given the same bytes.
-QString faultOf(const WorkerProcess& process, const QByteArray& sha256)
+QString faultOf(const WorkerResult& result, const QByteArray& sha256)
 {
-    if (!process.failure().isEmpty())
-        return process.failure();
-    const auto outcome = ComponentOutcome::fromBytes(process.answer());
+    if (!result.failure.isEmpty())
+        return result.failure;
+    const auto outcome = ComponentOutcome::fromBytes(result.answer);
     if (outcome && !outcome->failures.empty())
         return outcome->failures.front().reason;
     if (!outcome || outcome->savings.size() != 1 || !outcome->savings.front().isSaved)
@@ -300,7 +338,9 @@ bool verifyBatch(const BatchPlan& plan, const BatchRunOptions& options,
                  const std::function<void(const BatchPackage&, const QString&)>& take)
 {
     const std::vector<BatchStatus> states = statusOf(plan);
-    WorkerPool pool(options.jobs);
+    WorkerPool pool(options.jobs, [&plan](const QByteArray& index) {
+        return updateAgain(plan, plan.packages[index.toULongLong()]).toBytes();
+    });
     bool isSame = true;
     const auto tell = [&](const BatchPackage& package, const QString& fault) {
         isSame = isSame && fault.isEmpty();
@@ -317,12 +357,11 @@ bool verifyBatch(const BatchPlan& plan, const BatchRunOptions& options,
         }
         while (pool.isFull())
             pool.finishOne();
-        pool.start(
-            {options.megabytes, std::chrono::seconds(options.seconds)},
-            [&] { return updateAgain(plan, package).toBytes(); },
-            [&tell, &package, sum = status.result.sha256](const WorkerProcess& process) {
-                tell(package, faultOf(process, sum));
-            });
+        pool.start(QByteArray::number(qulonglong(i)),
+                   {options.megabytes, std::chrono::seconds(options.seconds)},
+                   [&tell, &package, sum = status.result.sha256](const WorkerResult& result) {
+                       tell(package, faultOf(result, sum));
+                   });
     }
     while (!pool.isEmpty())
         pool.finishOne();

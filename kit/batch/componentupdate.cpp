@@ -27,6 +27,7 @@ namespace {
 
 using Core::DependencyOpener;
 using Core::PackagesListManager;
+using Packages = std::vector<const BatchPackage*>;
 using Entry = PackagesListManager::DependencyEntry;
 
 // The documents of a process that ends without taking them apart.
@@ -35,6 +36,7 @@ class Documents
 public:
     explicit Documents(const BatchPlan& plan) : m_presets(plan.options.presetsPath)
     {
+        Core::UidSource::restart();
         if (plan.options.clock)
             Core::UidSource::setClock([time = *plan.options.clock] { return time; });
     }
@@ -79,17 +81,32 @@ public:
 
 private:
     QString m_presets;
-    Core::LibraryServices m_services{Core::ServiceParts::Packages::EndWithProcess};
+    Core::LibraryServices m_services{Core::ServiceParts::Packages::EndWithServices};
 };
 
+// Returns the state in the plan of an open file. Its path has no links, and that of the plan may have
+// some. Returns null for a file that is not in the plan.
+const FileStamp* plannedStamp(const QString& file, const PlannedStamps& stamps,
+                              const BatchPlan& plan, const Packages& packages)
+{
+    const auto stamp = stamps.constFind(file);
+    if (stamp != stamps.constEnd())
+        return &*stamp;
+    for (const BatchPackage* package : packages)
+        if (Orv::Core::canonicalPath(plan.inputPath(*package)) == file)
+            return &package->stamp;
+    return nullptr;
+}
+
 // Returns the open files that are not as the plan has them.
-std::vector<Failure> changedFiles(PackagesListManager& manager, const PlannedStamps& stamps)
+std::vector<Failure> changedFiles(PackagesListManager& manager, const PlannedStamps& stamps,
+                                  const BatchPlan& plan, const Packages& packages)
 {
     std::vector<Failure> changed;
     for (const auto& package : manager.openPackages()) {
         const QString file = manager.filePath(*package);
-        const auto stamp = stamps.constFind(file);
-        if (stamp == stamps.constEnd())
+        const FileStamp* const stamp = plannedStamp(file, stamps, plan, packages);
+        if (stamp == nullptr)
             changed.push_back({file, QStringLiteral("it is not in the plan, which has to be made "
                                                     "again")});
         else if (!hasStamp(file, *stamp))
@@ -125,16 +142,11 @@ std::int32_t ownUid(const QString& file)
 
 } // namespace
 
-PlannedStamps plannedStamps(const BatchPlan& plan, std::optional<unsigned> shard)
+PlannedStamps plannedStamps(const BatchPlan& plan)
 {
     PlannedStamps stamps;
-    for (const BatchPackage& package : plan.packages) {
-        const QString path = plan.inputPath(package);
-        if (shard && package.shard != *shard && !plan.options.isShared(path))
-            continue;
-        const QString real = Orv::Core::canonicalPath(path);
-        stamps.insert(real.isEmpty() ? path : real, package.stamp);
-    }
+    for (const BatchPackage& package : plan.packages)
+        stamps.insert(plan.inputPath(package), package.stamp);
     for (const BatchSource& source : plan.sources)
         stamps.insert(source.file, source.stamp);
     return stamps;
@@ -168,7 +180,7 @@ std::optional<ComponentOutcome> ComponentOutcome::fromBytes(const QByteArray& by
 }
 
 ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& stamps,
-                                 const std::vector<const BatchPackage*>& packages)
+                                 const Packages& packages)
 {
     Documents documents(plan);
     QStringList files;
@@ -177,7 +189,7 @@ ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& sta
     ComponentOutcome outcome;
     outcome.failures = documents.open(files, true);
     if (outcome.failures.empty())
-        outcome.failures = changedFiles(documents.manager(), stamps);
+        outcome.failures = changedFiles(documents.manager(), stamps, plan, packages);
     if (!outcome.failures.empty())
         return outcome;
     Core::PackageSaver saver(documents.presets(), 1);

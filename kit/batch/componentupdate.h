@@ -12,11 +12,10 @@
 
 namespace Ksx::Kit {
 
-// The state of files, by their paths without links.
+// The state of the files of a plan, by the paths that they have in it.
 using PlannedStamps = QHash<QString, FileStamp>;
 
-// Returns the state of each file of a plan. With a shard, only files that its packages may need.
-PlannedStamps plannedStamps(const BatchPlan& plan, std::optional<unsigned> shard);
+PlannedStamps plannedStamps(const BatchPlan& plan);
 
 // The outcome of an update, which processes send each other.
 struct ComponentOutcome

@@ -1,7 +1,7 @@
 #include "core/regularfile.h"
 #include "ksx/core/failurereason.h"
 #include "ksx/kit/batchplan.h"
-#include <QCryptographicHash>
+#include "sha256.h"
 #include <sys/stat.h>
 
 namespace Ksx::Kit {
@@ -29,12 +29,16 @@ std::optional<FileStamp> stampOf(const QString& file, QString& reason)
     }
     stamp.size = device.size();
     stamp.modified = modifiedAt(device);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    if (!hash.addData(&device) || device.hasFailed() || modifiedAt(device) != stamp.modified) {
+    Sha256 sum;
+    char bytes[65536];
+    qint64 count = 0;
+    while ((count = device.read(bytes, sizeof(bytes))) > 0)
+        sum.add(bytes, static_cast<std::size_t>(count));
+    if (count < 0 || device.hasFailed() || modifiedAt(device) != stamp.modified) {
         reason = Core::failureReason(file, QStringLiteral("ERROR_FAIL_TO_READ_URL_"));
         return std::nullopt;
     }
-    stamp.sha256 = hash.result().toHex();
+    stamp.sha256 = sum.result().toHex();
     return stamp;
 }
 

@@ -4,7 +4,7 @@
 #include "core/filesaver.h"
 #include "core/regularfile.h"
 #include "data/filename.h"
-#include <QCryptographicHash>
+#include "sha256.h"
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -65,15 +65,17 @@ std::vector<BatchResult> resultsIn(const QString& file)
     return results;
 }
 
-void add(QCryptographicHash& hash, const QByteArray& bytes)
+// Adds a text of which the end is known as well.
+void add(Sha256& hash, const QByteArray& bytes)
 {
-    hash.addData(QByteArray::number(bytes.size()) + ':' + bytes);
+    hash.add(QByteArray::number(bytes.size()) + ':');
+    hash.add(bytes);
 }
 
 // Returns the sum of the choices, and of the packages that any other one may need.
 QByteArray commonOrigin(const BatchPlan& plan)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Sha256 hash;
     add(hash, plan.options.presetsPath.toUtf8());
     add(hash, plan.options.target.toUtf8());
     add(hash, plan.options.clock ? QByteArray::number(*plan.options.clock) : QByteArray());
@@ -88,7 +90,7 @@ QByteArray commonOrigin(const BatchPlan& plan)
 // Returns the sum of a whole plan.
 QByteArray sumOf(const BatchPlan& plan)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Sha256 hash;
     add(hash, commonOrigin(plan));
     for (const BatchPackage& package : plan.packages) {
         add(hash, plan.inputPath(package).toUtf8());
@@ -149,7 +151,7 @@ std::vector<QByteArray> originsOf(const BatchPlan& plan, std::optional<unsigned>
             components[plan.packages[i].component].push_back(i);
     std::vector<QByteArray> origins(plan.packages.size());
     for (const std::vector<std::size_t>& component : std::as_const(components)) {
-        QCryptographicHash hash(QCryptographicHash::Sha256);
+        Sha256 hash;
         add(hash, common);
         for (const std::size_t i : component) {
             add(hash, plan.inputPath(plan.packages[i]).toUtf8());

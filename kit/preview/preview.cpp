@@ -16,8 +16,8 @@
 #include "ksx/core/uidsource.h"
 #include "packageparts.h"
 #include "preview/filehistory.h"
+#include "sha256.h"
 #include <QBuffer>
-#include <QCryptographicHash>
 #include <QHash>
 #include <QSet>
 #include <QUrl>
@@ -300,7 +300,7 @@ private:
             return {};
         }
         file.size = output.size();
-        file.sha256 = QCryptographicHash::hash(output.data(), QCryptographicHash::Sha256).toHex();
+        file.sha256 = Sha256::digitsOf(output.data());
         file.isChanged = !hasBytes(place, output.data());
         return output.data();
     }

@@ -153,6 +153,19 @@ TEST_F(UidSourceTest, TheCounterCanBeSet)
     EXPECT_EQ(UidSource::ofUpdater().next({}), 1002u);
 }
 
+TEST_F(UidSourceTest, BeginsAgainAsInANewProcess)
+{
+    UidSource::restart();
+    const Uid ofAll = UidSource::shared().next({});
+    const Uid ofUpdater = UidSource::ofUpdater().next({});
+    UidSource::shared().next({});
+
+    UidSource::restart();
+
+    EXPECT_EQ(UidSource::shared().next({}), ofAll);
+    EXPECT_EQ(UidSource::ofUpdater().next({}), ofUpdater);
+}
+
 TEST(UidSourceClock, IsTheSystemsWithoutAnother)
 {
     UidSource::setClock({});

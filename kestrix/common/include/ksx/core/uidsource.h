@@ -44,6 +44,10 @@ public:
     // 0.
     static UidSource& ofUpdater();
 
+    // Sets the counters of shared() and ofUpdater() to those of a new process. The next uids then do
+    // not depend on work that was done before. Main thread.
+    static void restart();
+
     // Replaces the clock of all sources, for tests. An empty function brings the clock of the
     // system back.
     static void setClock(Clock clock);
