@@ -143,10 +143,13 @@ std::unique_ptr<Doc::Package> openPackage(const QString& file, const QStringList
 }
 
 std::unique_ptr<Doc::Package> openVersionAt(const QString& place, const QString& file,
-                                            QString& reason)
+                                            const QStringList& presetsPaths, QString& reason)
 {
+    const PresetsNames presets(PresetsPrefix, {presetsPaths.begin(), presetsPaths.end()});
+    const Core::PackageReader::Converters converters{&presets};
     MessageNode report;
-    auto package = Core::PackageReader::open(QUrl::fromLocalFile(file), &report, {}, {}, nullptr,
+    auto package = Core::PackageReader::open(QUrl::fromLocalFile(file), &report, {}, {},
+                                             presetsPaths.isEmpty() ? nullptr : &converters,
                                              nullptr, true, QUrl::fromLocalFile(place));
     if (package == nullptr)
         reason = Core::failureReason(file, firstErrorIn(report));

@@ -46,8 +46,9 @@ std::unique_ptr<Data::Content::Package> openPackage(const QString& file,
                                                     QStringList& updates, QString& reason);
 
 // Opens a package as one that lies at `place`: see Core::PackageReader. Names of the presets library
-// stay as they are.
+// stay as they are if there are no `presetsPaths`.
 std::unique_ptr<Data::Content::Package> openVersionAt(const QString& place, const QString& file,
+                                                      const QStringList& presetsPaths,
                                                       QString& reason);
 
 // Returns the path that a file reference leads to. References other than names of the presets

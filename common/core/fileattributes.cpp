@@ -1,8 +1,11 @@
 #include "fileattributes.h"
 
+#include "core/fileplace.h"
+#include "data/filename.h"
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <iterator>
 #include <string_view>
 #include <sys/stat.h>
@@ -112,6 +115,15 @@ bool takeAttributes(const Descriptor& file, const std::string& path, const struc
     // to change them, and has them right.
     const mode_t mode = modeFor(status, former);
     return (status.st_mode & AllBits) == mode || fchmod(file.number(), mode) == 0;
+}
+
+bool takeAttributesOf(const QString& path, const QString& former)
+{
+    struct stat status = {};
+    const std::string name = toBytes(former);
+    const Descriptor file = openAt(AT_FDCWD, toBytes(path), O_RDWR | O_NOFOLLOW);
+    return file.isOpen() && lstat(name.c_str(), &status) == 0 &&
+           takeAttributes(file, name, status) && file.sync();
 }
 
 } // namespace Orv::Core

@@ -3,6 +3,7 @@
 #include "batch/componentupdate.h"
 #include "batch/dependencypaths.h"
 #include "batch/statefolder.h"
+#include "batch/unitplacement.h"
 #include "batch/workerprocess.h"
 #include "core/fileplace.h"
 #include <QStringList>
@@ -40,8 +41,8 @@ public:
     using Take = std::function<void(const BatchPackage&, const BatchResult&)>;
 
     Run(const BatchPlan& plan, const BatchRunOptions& options, const Take& take)
-        : m_plan(plan), m_options(options), m_take(take),
-          m_stamps(plannedStamps(plan)), m_origins(originsOf(plan, options.shard))
+        : m_plan(plan), m_options(options), m_take(take), m_stamps(plannedStamps(plan)),
+          m_origins(originsOf(plan, options.shard))
     {
         for (std::size_t i = 0; i < plan.packages.size(); ++i)
             m_indices[&plan.packages[i]] = i;
@@ -54,6 +55,15 @@ public:
     // Returns a sentence for each failure of a shard.
     QStringList run()
     {
+        runShards();
+        if (m_plan.options.unit == BatchUnit::Plan)
+            placePlan();
+        return m_failures;
+    }
+
+private:
+    void runShards()
+    {
         unsigned shard = m_options.shard.value_or(1);
         const unsigned last = m_options.shard.value_or(m_plan.shardCount);
         while (shard <= last || !m_waiting.empty() || !m_pool.isEmpty()) {
@@ -64,10 +74,40 @@ public:
             else
                 beginShard(shard++);
         }
-        return m_failures;
     }
 
-private:
+    // Lets the results of all shards take their places, if this is the last of the runs.
+    void placePlan()
+    {
+        QString reason;
+        const auto lock = PlacingLock::take(m_plan, reason);
+        if (lock)
+            reason = recoverPlacements(m_plan, journalOfPlan());
+        if (reason.isEmpty() && haveAllResults()) {
+            QStringList outputs;
+            const std::vector<BatchStatus> states = statusOf(m_plan);
+            for (std::size_t i = 0; i < states.size(); ++i)
+                if (states[i].state == BatchState::Staged)
+                    outputs.append(m_plan.packages[i].output);
+                else if (states[i].state != BatchState::Done)
+                    return;
+            reason = placeResults(m_plan, journalOfPlan(), outputs);
+            if (reason.isEmpty())
+                removeLeftovers(m_plan, false);
+        }
+        if (!reason.isEmpty())
+            m_failures.append(reason);
+    }
+
+    // Says it without a look at the bytes, which most of the runs can spare.
+    bool haveAllResults() const
+    {
+        const BatchResults results = formerResults(m_plan, originsOf(m_plan));
+        return std::all_of(
+            m_plan.packages.begin(), m_plan.packages.end(),
+            [&](const BatchPackage& package) { return results.value(package.output).isDone; });
+    }
+
     void beginShard(unsigned shard)
     {
         QString reason;
@@ -110,16 +150,11 @@ private:
     {
         return std::all_of(packages.begin(), packages.end(), [&](const BatchPackage* package) {
             const auto result = m_results.constFind(package->output);
-            return result != m_results.constEnd() && result->isDone &&
-                   isResultThere(m_plan.outputPath(*package), *result);
+            if (result == m_results.constEnd())
+                return false;
+            const BatchState state = stateOf(m_plan, *package, *result);
+            return state == BatchState::Done || state == BatchState::Staged;
         });
-    }
-
-    static bool isResultThere(const QString& file, const BatchResult& result)
-    {
-        QString reason;
-        const std::optional<FileStamp> stamp = stampOf(file, reason);
-        return stamp && stamp->sha256 == result.sha256;
     }
 
     WorkerBounds boundsFor(std::size_t packages) const
@@ -164,6 +199,9 @@ private:
             leaveOutCulprits(component, result.failure);
         } else if (outcome->savings.size() != count) {
             leaveOut(component, outcome->failures);
+        } else if (const QString fault = unitFault(component.packages, *outcome);
+                   !fault.isEmpty()) {
+            failTogether(component.packages, *outcome, fault);
         } else {
             const double seconds = result.seconds / static_cast<double>(count);
             for (std::size_t i = 0; i < count; ++i)
@@ -175,12 +213,51 @@ private:
                     double seconds)
     {
         BatchResult result;
-        result.isDone = saving.isSaved;
+        result.isDone = saving.isSaved();
         result.sha256 = saving.sha256;
         result.seconds = seconds;
-        if (!saving.isSaved)
-            result.reason = QStringLiteral("the result cannot be written");
+        result.reason = saving.reason;
         note(package, std::move(result));
+    }
+
+    // Lets the results of a component take their places. Returns a sentence if one of them is not
+    // there, or if they cannot. There is nothing to do where each package is by itself.
+    QString unitFault(const Packages& packages, const ComponentOutcome& outcome) const
+    {
+        if (m_plan.options.unit == BatchUnit::Package)
+            return {};
+        for (std::size_t i = 0; i < packages.size(); ++i)
+            if (!outcome.savings[i].isSaved())
+                return othersFault(*packages[i], outcome.savings[i].reason);
+        if (m_plan.options.unit == BatchUnit::Plan)
+            return {};
+        const BatchPackage& first = *packages.front();
+        return placeResults(m_plan, journalOfComponent(first.shard, first.component),
+                            outputsOf(packages));
+    }
+
+    // Returns the reason for which the other packages of a unit have no results.
+    QString othersFault(const BatchPackage& package, const QString& reason) const
+    {
+        return QStringLiteral("%1 of its component has no result: %2")
+            .arg(m_plan.inputPath(package), reason);
+    }
+
+    // Notes the failures of packages, and `fault` for the other packages of the component.
+    void failTogether(const Packages& packages, const ComponentOutcome& outcome,
+                      const QString& fault)
+    {
+        removeStaged(m_plan, outputsOf(packages));
+        for (std::size_t i = 0; i < packages.size(); ++i)
+            fail({packages[i]}, outcome.savings[i].isSaved() ? fault : outcome.savings[i].reason);
+    }
+
+    static QStringList outputsOf(const Packages& packages)
+    {
+        QStringList outputs;
+        for (const BatchPackage* package : packages)
+            outputs.append(package->output);
+        return outputs;
     }
 
     // The process of a component has ended without an answer. Opens all files of the component one
@@ -233,6 +310,9 @@ private:
         }
         if (others.size() == component.packages.size())
             fail(others, QStringLiteral("it needs %1: %2")
+                             .arg(failures.front().file, failures.front().reason));
+        else if (m_plan.options.unit != BatchUnit::Package)
+            fail(others, QStringLiteral("%1 of its component has no result: %2")
                              .arg(failures.front().file, failures.front().reason));
         else if (!others.empty())
             m_waiting.push_front({std::move(others), component.isSecondTry});
@@ -306,13 +386,7 @@ QString faultOf(const WorkerResult& result, const QByteArray& sha256)
     if (!result.failure.isEmpty())
         return result.failure;
     const auto outcome = ComponentOutcome::fromBytes(result.answer);
-    if (outcome && !outcome->failures.empty())
-        return outcome->failures.front().reason;
-    if (!outcome || outcome->savings.size() != 1 || !outcome->savings.front().isSaved)
-        return QStringLiteral("it cannot be written again");
-    return outcome->savings.front().sha256 == sha256
-               ? QString()
-               : QStringLiteral("another update of it gives other bytes");
+    return verificationFault(outcome ? *outcome : ComponentOutcome(), sha256);
 }
 
 } // namespace

@@ -2,11 +2,24 @@
 
 namespace Ksx::Kit {
 
+namespace {
+
+bool hasSum(const QString& file, const QByteArray& sha256)
+{
+    QString reason;
+    const std::optional<FileStamp> stamp = stampOf(file, reason);
+    return stamp && stamp->sha256 == sha256;
+}
+
+} // namespace
+
 QString wordOf(BatchState state)
 {
     switch (state) {
     case BatchState::Done:
         return QStringLiteral("done");
+    case BatchState::Staged:
+        return QStringLiteral("staged");
     case BatchState::Changed:
         return QStringLiteral("changed");
     case BatchState::Failed:
@@ -16,25 +29,28 @@ QString wordOf(BatchState state)
     }
 }
 
+BatchState stateOf(const BatchPlan& plan, const BatchPackage& package, const BatchResult& result)
+{
+    if (!result.isDone)
+        return BatchState::Failed;
+    if (hasSum(plan.outputPath(package), result.sha256))
+        return BatchState::Done;
+    if (plan.options.unit == BatchUnit::Plan &&
+        hasSum(stagedPath(plan, package.output), result.sha256))
+        return BatchState::Staged;
+    return BatchState::Changed;
+}
+
 std::vector<BatchStatus> statusOf(const BatchPlan& plan)
 {
     const BatchResults results = formerResults(plan, originsOf(plan));
     std::vector<BatchStatus> all;
     for (const BatchPackage& package : plan.packages) {
-        BatchStatus status;
         const auto result = results.constFind(package.output);
-        if (result != results.constEnd()) {
-            status.result = *result;
-            QString reason;
-            const std::optional<FileStamp> stamp =
-                result->isDone ? stampOf(plan.outputPath(package), reason) : std::nullopt;
-            if (!result->isDone)
-                status.state = BatchState::Failed;
-            else
-                status.state = stamp && stamp->sha256 == result->sha256 ? BatchState::Done
-                                                                        : BatchState::Changed;
-        }
-        all.push_back(std::move(status));
+        if (result == results.constEnd())
+            all.emplace_back();
+        else
+            all.push_back({stateOf(plan, package, *result), *result});
     }
     return all;
 }

@@ -8,18 +8,18 @@
 #include "ksx/core/dependencyopener.h"
 #include "ksx/core/failurereason.h"
 #include "ksx/core/libraryservices.h"
-#include "ksx/core/packagesaver.h"
 #include "ksx/core/packageslistmanager.h"
 #include "ksx/core/packagewriter.h"
 #include "ksx/core/uidsource.h"
 #include "ksx/kit/packagehead.h"
 #include "packageparts.h"
+#include "sha256.h"
+#include <QBuffer>
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <filesystem>
-#include <unistd.h>
 
 namespace Ksx::Kit {
 
@@ -58,23 +58,32 @@ public:
         return failures;
     }
 
-    // Opens a file by the uid that it has for itself, as if another package asked for it.
-    bool openByUid(const QString& file, std::int32_t uid)
+    // Opens a result by the uid that it has for itself, as if another package asked for it. `file` has
+    // its bytes, and `place` is its path.
+    // Returns an empty box on failure.
+    PackagesListManager::PackageBox openResult(const QString& file, const QString& place,
+                                               std::int32_t uid)
     {
+        QString reason;
+        auto package = openVersionAt(place, file, {m_presets}, reason);
+        if (package == nullptr)
+            return {};
+        const auto box = manager().keep(std::move(package));
         const DependencyOpener opener(manager(), {m_presets});
         Core::LoadedEntries loaded;
         std::list<Entry> pending(1);
-        pending.front().filename = file;
+        pending.front().filename = place;
         pending.front().uid = uid;
+        pending.front().package = box;
         for (; !pending.empty(); pending.pop_front()) {
             Entry& entry = pending.front();
             if (!opener.openEntry(entry, loaded))
-                return false;
+                return {};
             if (loaded.findByFile(entry.filename) == nullptr)
                 pending.splice(pending.end(), manager().dependenciesOf(entry));
             loaded.add(entry);
         }
-        return manager().finishLoading(loaded.all());
+        return manager().finishLoading(loaded.all()) ? box : PackagesListManager::PackageBox();
     }
 
     QDir presets() const { return QDir(m_presets); }
@@ -119,7 +128,9 @@ ComponentOutcome::Saving savingOf(bool isSaved, const QString& file)
 {
     QString reason;
     const std::optional<FileStamp> stamp = isSaved ? stampOf(file, reason) : std::nullopt;
-    return stamp ? ComponentOutcome::Saving{true, stamp->sha256} : ComponentOutcome::Saving();
+    if (!stamp)
+        return {{}, QStringLiteral("the result cannot be written")};
+    return {stamp->sha256, {}};
 }
 
 void makeFolderOf(const QString& file)
@@ -138,6 +149,53 @@ std::int32_t ownUid(const QString& file)
             if (dependency.filename == QLatin1String(ItselfName))
                 return static_cast<std::int32_t>(dependency.uid.toUInt());
     return -1;
+}
+
+// Updates the bytes of a result that are in a file.
+ComponentOutcome updateAgain(const BatchPlan& plan, const BatchPackage& package,
+                             const QString& file)
+{
+    const QString place = plan.outputPath(package);
+    Documents documents(plan);
+    ComponentOutcome outcome;
+    const auto opened = documents.openResult(file, place, ownUid(file));
+    if (!opened) {
+        outcome.failures.push_back(
+            {place, QStringLiteral("it cannot be opened with what it needs")});
+        return outcome;
+    }
+    QBuffer bytes;
+    bytes.open(QIODevice::WriteOnly);
+    if (Core::renderPackage(*opened, place, documents.presets(), bytes))
+        outcome.savings.push_back({Sha256::digitsOf(bytes.data()), {}});
+    return outcome;
+}
+
+ComponentOutcome saveComponent(const BatchPlan& plan, const PlannedStamps& stamps,
+                               const Packages& packages)
+{
+    Documents documents(plan);
+    QStringList files;
+    for (const BatchPackage* package : packages)
+        files.append(plan.inputPath(*package));
+    ComponentOutcome outcome;
+    outcome.failures = documents.open(files, true);
+    if (outcome.failures.empty())
+        outcome.failures = changedFiles(documents.manager(), stamps, plan, packages);
+    if (!outcome.failures.empty())
+        return outcome;
+    for (std::size_t i = 0; i < packages.size(); ++i) {
+        const QString target = plan.outputPath(*packages[i]);
+        const QString file = plan.options.unit == BatchUnit::Package
+                                 ? target
+                                 : stagedPath(plan, packages[i]->output);
+        makeFolderOf(target);
+        makeFolderOf(file);
+        const auto package = documents.manager().packageForPath(files[static_cast<int>(i)]);
+        outcome.savings.push_back(savingOf(
+            Core::savePackage(*package, file, documents.presets(), nullptr, target), file));
+    }
+    return outcome;
 }
 
 } // namespace
@@ -159,7 +217,7 @@ QByteArray ComponentOutcome::toBytes() const
         failed.append(QJsonArray{failure.file, failure.reason});
     QJsonArray saved;
     for (const Saving& saving : savings)
-        saved.append(saving.isSaved ? QString::fromLatin1(saving.sha256) : QString());
+        saved.append(QJsonArray{QString::fromLatin1(saving.sha256), saving.reason});
     return QJsonDocument(QJsonArray{failed, saved}).toJson(QJsonDocument::Compact);
 }
 
@@ -174,32 +232,25 @@ std::optional<ComponentOutcome> ComponentOutcome::fromBytes(const QByteArray& by
     for (const auto& failure : failed)
         outcome.failures.push_back(
             {failure.toArray()[0].toString(), failure.toArray()[1].toString()});
-    for (const auto& sum : saved)
-        outcome.savings.push_back({!sum.toString().isEmpty(), sum.toString().toLatin1()});
+    for (const auto& saving : saved)
+        outcome.savings.push_back(
+            {saving.toArray()[0].toString().toLatin1(), saving.toArray()[1].toString()});
     return outcome;
 }
 
 ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& stamps,
                                  const Packages& packages)
 {
-    Documents documents(plan);
-    QStringList files;
-    for (const BatchPackage* package : packages)
-        files.append(plan.inputPath(*package));
-    ComponentOutcome outcome;
-    outcome.failures = documents.open(files, true);
-    if (outcome.failures.empty())
-        outcome.failures = changedFiles(documents.manager(), stamps, plan, packages);
-    if (!outcome.failures.empty())
+    ComponentOutcome outcome = saveComponent(plan, stamps, packages);
+    if (plan.options.unit == BatchUnit::Package)
         return outcome;
-    Core::PackageSaver saver(documents.presets(), 1);
-    for (std::size_t i = 0; i < packages.size(); ++i) {
-        const QString target = plan.outputPath(*packages[i]);
-        makeFolderOf(target);
-        saver.add(*documents.manager().packageForPath(files[static_cast<int>(i)]), target);
+    for (std::size_t i = 0; i < outcome.savings.size(); ++i) {
+        ComponentOutcome::Saving& saving = outcome.savings[i];
+        if (saving.isSaved())
+            saving.reason = verificationFault(
+                updateAgain(plan, *packages[i], stagedPath(plan, packages[i]->output)),
+                saving.sha256);
     }
-    for (const BatchPackage* package : packages)
-        outcome.savings.push_back(savingOf(saver.next().isSaved, plan.outputPath(*package)));
     return outcome;
 }
 
@@ -212,22 +263,18 @@ ComponentOutcome openOne(const BatchPlan& plan, const QString& file)
 
 ComponentOutcome updateAgain(const BatchPlan& plan, const BatchPackage& package)
 {
-    const QString file = plan.outputPath(package);
-    Documents documents(plan);
-    ComponentOutcome outcome;
-    if (!documents.openByUid(file, ownUid(file))) {
-        outcome.failures.push_back(
-            {file, QStringLiteral("it cannot be opened with what it needs")});
-        return outcome;
-    }
-    const QString copy =
-        stateFolder(plan) + QStringLiteral("/verify-%1.obl").arg(QString::number(getpid()));
-    const bool isSaved = Core::savePackage(*documents.manager().packageForPath(file), copy,
-                                           documents.presets(), nullptr, file);
-    outcome.savings.push_back(savingOf(isSaved, copy));
-    std::error_code error;
-    std::filesystem::remove(std::filesystem::path(Orv::toBytes(copy)), error);
-    return outcome;
+    return updateAgain(plan, package, plan.outputPath(package));
+}
+
+QString verificationFault(const ComponentOutcome& outcome, const QByteArray& sha256)
+{
+    if (!outcome.failures.empty())
+        return outcome.failures.front().reason;
+    if (outcome.savings.size() != 1 || !outcome.savings.front().isSaved())
+        return QStringLiteral("it cannot be written again");
+    return outcome.savings.front().sha256 == sha256
+               ? QString()
+               : QStringLiteral("another update of it gives other bytes");
 }
 
 } // namespace Ksx::Kit

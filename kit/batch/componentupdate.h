@@ -22,8 +22,11 @@ struct ComponentOutcome
 {
     struct Saving
     {
-        bool isSaved = false;
+        bool isSaved() const { return reason.isEmpty(); }
+
         QByteArray sha256;
+        // A sentence if there is no result.
+        QString reason;
     };
 
     // The files that could not be opened. Then no package was saved.
@@ -36,16 +39,19 @@ struct ComponentOutcome
     static std::optional<ComponentOutcome> fromBytes(const QByteArray& bytes);
 };
 
-// Opens the packages with all that they need, and saves them. Leaves the documents behind for the
-// end of the process.
+// Opens the packages with all that they need, and saves them. Where the results of a unit appear
+// together, they are staged, and updated again to verify them.
 ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& stamps,
                                  const std::vector<const BatchPackage*>& packages);
 
 // Opens one file alone, and saves nothing.
 ComponentOutcome openOne(const BatchPlan& plan, const QString& file);
 
-// Updates the result of a package into another file of its folder, and returns the sum of the bytes
-// as its only saving. The other file is gone then.
+// Updates the result of a package again, and returns the sum of the bytes as its only saving. Writes
+// no file.
 ComponentOutcome updateAgain(const BatchPlan& plan, const BatchPackage& package);
+
+// Returns a sentence unless another update of a result has given these bytes.
+QString verificationFault(const ComponentOutcome& again, const QByteArray& sha256);
 
 } // namespace Ksx::Kit

@@ -22,6 +22,17 @@ constexpr int PlanVersion = 1;
 constexpr qint64 LargestPlan = qint64(1) << 29; // bytes, a million packages with long names
 constexpr unsigned MostShards = 100000;
 
+// The words for units.
+constexpr const char* ComponentWord = "component";
+constexpr const char* PlanWord = "plan";
+
+QJsonValue wordOf(BatchUnit unit)
+{
+    if (unit == BatchUnit::Package)
+        return {};
+    return QLatin1String(unit == BatchUnit::Component ? ComponentWord : PlanWord);
+}
+
 QString timeText(qint64 milliseconds)
 {
     return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC).toString(Qt::ISODateWithMs);
@@ -175,6 +186,16 @@ private:
     QString m_place;
 };
 
+BatchUnit unitIn(const PlanValue& value)
+{
+    if (value.isNull())
+        return BatchUnit::Package;
+    const QString word = value.text();
+    if (word != QLatin1String(ComponentWord) && word != QLatin1String(PlanWord))
+        value.fail("is no known unit");
+    return word == QLatin1String(PlanWord) ? BatchUnit::Plan : BatchUnit::Component;
+}
+
 BatchOptions optionsIn(const PlanValue& root)
 {
     constexpr qint64 LastSecond = 0xFFFFFFFF;
@@ -188,6 +209,7 @@ BatchOptions optionsIn(const PlanValue& root)
     const PlanValue clock = root.member("clock");
     if (!clock.isNull())
         options.clock = clock.number(0, LastSecond);
+    options.unit = unitIn(root.member("allOrNone"));
     return options;
 }
 
@@ -280,6 +302,7 @@ bool writePlan(QIODevice& device, const BatchPlan& plan)
     writer.add("presetsPath", plan.options.presetsPath);
     writer.add("shared", QJsonArray::fromStringList(plan.options.shared));
     writer.add("clock", plan.options.clock ? QJsonValue(*plan.options.clock) : QJsonValue());
+    writer.add("allOrNone", wordOf(plan.options.unit));
     writer.add("shards", qint64(plan.shardCount));
     addList(writer, "packages", plan.packages);
     addList(writer, "sources", plan.sources);

@@ -1,6 +1,7 @@
 #include "batch/statefolder.h"
 
 #include "batch/linedjson.h"
+#include "batch/unitplacement.h"
 #include "core/filesaver.h"
 #include "core/regularfile.h"
 #include "data/filename.h"
@@ -79,6 +80,7 @@ QByteArray commonOrigin(const BatchPlan& plan)
     add(hash, plan.options.presetsPath.toUtf8());
     add(hash, plan.options.target.toUtf8());
     add(hash, plan.options.clock ? QByteArray::number(*plan.options.clock) : QByteArray());
+    add(hash, QByteArray::number(static_cast<int>(plan.options.unit)));
     for (const BatchSource& source : plan.sources)
         add(hash, source.stamp.sha256);
     for (const BatchPackage& package : plan.packages)
@@ -142,6 +144,11 @@ QString stateFolder(const BatchPlan& plan)
     return plan.options.target + QStringLiteral("/.ksx-batch");
 }
 
+QString stagedPath(const BatchPlan& plan, const QString& output)
+{
+    return stateFolder(plan) + QStringLiteral("/staged/") + output;
+}
+
 std::vector<QByteArray> originsOf(const BatchPlan& plan, std::optional<unsigned> shard)
 {
     const QByteArray common = commonOrigin(plan);
@@ -197,9 +204,14 @@ std::optional<TargetLock> TargetLock::take(const BatchPlan& plan, QString& reaso
     }
     // The first of the runs of a plan notes the plan. The others find it.
     const QByteArray sum = sumOf(plan);
-    if (isLocked(file, LOCK_EX | LOCK_NB) && !replaceBytes(file, sum)) {
-        reason = QStringLiteral("the folder %1 cannot be written").arg(folder);
-        return std::nullopt;
+    if (isLocked(file, LOCK_EX | LOCK_NB)) {
+        if (!replaceBytes(file, sum))
+            reason = QStringLiteral("the folder %1 cannot be written").arg(folder);
+        else
+            reason = recoverPlacements(plan, allJournals());
+        if (!reason.isEmpty())
+            return std::nullopt;
+        removeLeftovers(plan, plan.options.unit == BatchUnit::Plan);
     }
     if (!isLocked(file, LOCK_SH) || bytesOf(file) != sum) {
         reason = QStringLiteral("another batch is run into the folder");
@@ -221,6 +233,9 @@ std::optional<ShardJournal> ShardJournal::begin(const BatchPlan& plan, unsigned 
         reason = QStringLiteral("another run works on it");
         return std::nullopt;
     }
+    reason = recoverPlacements(plan, journalsOfShard(shard));
+    if (!reason.isEmpty())
+        return std::nullopt;
     if (!resumes) {
         removeFile(path + QStringLiteral(".json"));
         if (ftruncate(file.number(), 0) != 0) {
@@ -229,6 +244,17 @@ std::optional<ShardJournal> ShardJournal::begin(const BatchPlan& plan, unsigned 
         }
     }
     return ShardJournal(std::move(file), path, shard);
+}
+
+std::optional<PlacingLock> PlacingLock::take(const BatchPlan& plan, QString& reason)
+{
+    const QString path = stateFolder(plan) + QStringLiteral("/placing.lock");
+    Descriptor file = openState(path, O_RDWR | O_CREAT);
+    if (!file.isOpen() || !isLocked(file, LOCK_EX)) {
+        reason = QStringLiteral("the file %1 cannot be written").arg(path);
+        return std::nullopt;
+    }
+    return PlacingLock(std::move(file));
 }
 
 bool ShardJournal::add(const BatchResult& result)

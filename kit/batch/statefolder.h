@@ -17,6 +17,9 @@ namespace Ksx::Kit {
 std::vector<QByteArray> originsOf(const BatchPlan& plan,
                                   std::optional<unsigned> shard = std::nullopt);
 
+// Returns the path at which a result waits for the others of its unit.
+QString stagedPath(const BatchPlan& plan, const QString& output);
+
 // The results of packages, by their outputs.
 using BatchResults = QHash<QString, BatchResult>;
 
@@ -24,11 +27,15 @@ using BatchResults = QHash<QString, BatchResult>;
 // it. Of several results of a package one that is done counts.
 BatchResults formerResults(const BatchPlan& plan, const std::vector<QByteArray>& origins);
 
+// Returns what has become of a result that was written or has failed. Reads the files.
+BatchState stateOf(const BatchPlan& plan, const BatchPackage& package, const BatchResult& result);
+
 // The right of a run to write into a target. Runs of one plan share it.
 class TargetLock
 {
 public:
-    // Makes the state folder. Returns none with a sentence in `reason` if another plan has the
+    // Makes the state folder. The first of several runs completes placements that a killed run has
+    // left. Returns none with a sentence in `reason` if that cannot be, if another plan has the
     // target, or if it cannot be written.
     static std::optional<TargetLock> take(const BatchPlan& plan, QString& reason);
 
@@ -38,12 +45,25 @@ private:
     Orv::Core::Descriptor m_file; // locked while it is open
 };
 
+// The right to put the results of a plan into their places. Others wait for it.
+class PlacingLock
+{
+public:
+    // Returns none with a sentence in `reason` if it cannot be had.
+    static std::optional<PlacingLock> take(const BatchPlan& plan, QString& reason);
+
+private:
+    explicit PlacingLock(Orv::Core::Descriptor file) : m_file(std::move(file)) {}
+
+    Orv::Core::Descriptor m_file; // locked while it is open
+};
+
 // The results of one shard while it is run. They are in a journal, and in the report at the end.
 class ShardJournal
 {
 public:
-    // Returns none with a sentence in `reason` if another run has the shard, or if nothing can be
-    // written. The former results of the shard are removed unless the run resumes.
+    // Completes placements that a killed run of the shard has left. Returns none with a sentence in
+    // `reason` if that cannot be, if another run has the shard, or if nothing can be written. The former results of the shard are removed unless the run resumes.
     static std::optional<ShardJournal> begin(const BatchPlan& plan, unsigned shard, bool resumes,
                                              QString& reason);
 

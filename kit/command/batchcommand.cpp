@@ -22,7 +22,10 @@ struct Part
 };
 
 const Part Parts[] = {
-    {"plan", {"clock", "jobs", "output", "presets-path", "shards", "shared", "to"}, &planBatch},
+    {"plan",
+     {"all-or-none", "clock", "jobs", "output", "presets-path", "shards", "shared", "to",
+      "whole-plan"},
+     &planBatch},
     {"run", {"jobs", "memory", "shard", "time"}, &runBatchPlan},
     {"resume", {"jobs", "memory", "shard", "time"}, &resumeBatch},
     {"status", {"json"}, &showBatchStatus},
@@ -62,6 +65,11 @@ void declareBatchOptions(po::options_description& options)
         ("clock", po::value<unsigned>()->value_name("SECONDS"),
          "plan: The time since 1970 that new uids are taken from, for results that are the same "
          "each time. Without it the clock.")
+        ("all-or-none", po::bool_switch(),
+         "plan: Lets the results of packages that need each other appear together, when all of "
+         "them are there and verified.")
+        ("whole-plan", po::bool_switch(),
+         "plan: Lets the results of all packages appear together, with --all-or-none.")
         ("shard", po::value<unsigned>()->value_name("K"),
          "run, resume, verify: Works on that shard alone.")
         ("memory", po::value<unsigned>()->value_name("MIB"),

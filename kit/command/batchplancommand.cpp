@@ -62,6 +62,16 @@ QString targetOf(const Request& request, const QStringList& folders)
     return target;
 }
 
+BatchUnit unitOf(const Request& request)
+{
+    if (!request.has("all-or-none")) {
+        if (request.has("whole-plan"))
+            throw UsageError("The option '--whole-plan' is one of '--all-or-none'");
+        return BatchUnit::Package;
+    }
+    return request.has("whole-plan") ? BatchUnit::Plan : BatchUnit::Component;
+}
+
 BatchOptions optionsOf(const Request& request)
 {
     BatchOptions options;
@@ -76,6 +86,7 @@ BatchOptions optionsOf(const Request& request)
             options.shared.append(realPlace(Orv::fromBytes(name)));
     if (request.has("clock"))
         options.clock = request.options["clock"].as<unsigned>();
+    options.unit = unitOf(request);
     return options;
 }
 

@@ -94,15 +94,17 @@ int runPlan(const Request& request, bool resumes)
 }
 
 // The number of packages in each state.
-using Counts = std::array<int, 4>;
-constexpr std::array<BatchState, 4> States = {BatchState::Done, BatchState::Changed,
-                                              BatchState::Failed, BatchState::Pending};
+constexpr std::array<BatchState, 5> States = {BatchState::Done, BatchState::Staged,
+                                              BatchState::Changed, BatchState::Failed,
+                                              BatchState::Pending};
+using Counts = std::array<int, States.size()>;
 
 QString countsText(const Counts& counts)
 {
     QStringList parts;
     for (std::size_t i = 0; i < States.size(); ++i)
-        parts.append(QStringLiteral("%1: %2").arg(wordOf(States[i])).arg(counts[i]));
+        if (States[i] != BatchState::Staged || counts[i] > 0)
+            parts.append(QStringLiteral("%1: %2").arg(wordOf(States[i])).arg(counts[i]));
     return parts.join(QStringLiteral(", "));
 }
 

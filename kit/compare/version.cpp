@@ -30,7 +30,7 @@ std::unique_ptr<Data::Content::Package> openVersion(const PackageVersion& versio
     if (version.file == QLatin1String("/dev/null"))
         return std::make_unique<Data::Content::Package>();
     const QString name = QFileInfo(placeOfVersion(version)).fileName();
-    return openVersionAt(folder.filePath(name), version.file, reason);
+    return openVersionAt(folder.filePath(name), version.file, {}, reason);
 }
 
 std::optional<OpenVersions> openVersions(const PackageVersion& first, const PackageVersion& second,

@@ -26,6 +26,27 @@ protected:
     TemporaryDirectory directory;
 };
 
+TEST_F(FilePlace, GivesAFileThePermissionsOfAnotherOne)
+{
+    directory.write("new", "bytes");
+    directory.write("old", "others");
+    std::filesystem::permissions(directory.path("old"), std::filesystem::perms(0640));
+
+    EXPECT_TRUE(Orv::Core::takeAttributesOf(at("new"), at("old")));
+
+    EXPECT_EQ(std::filesystem::status(directory.path("new")).permissions(),
+              std::filesystem::perms(0640));
+    EXPECT_EQ(directory.read("new"), "bytes");
+}
+
+TEST_F(FilePlace, TakesNoPermissionsOfAMissingFile)
+{
+    directory.write("new", "bytes");
+
+    EXPECT_FALSE(Orv::Core::takeAttributesOf(at("new"), at("missing")));
+    EXPECT_FALSE(Orv::Core::takeAttributesOf(at("missing"), at("new")));
+}
+
 TEST_F(FilePlace, OfAPlainFileIsItsPath)
 {
     directory.write("x/a", "");

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 using Ksx::Kit::BatchPlan;
+using Ksx::Kit::BatchUnit;
 using Ksx::Kit::readPlan;
 using TestSupport::caseName;
 using TestSupport::Library;
@@ -101,6 +102,27 @@ TEST_F(PlanFile, KeepsAClockThatIsSet)
     EXPECT_EQ(copy->options.clock, 7);
 }
 
+TEST_F(PlanFile, KeepsTheUnitWhoseResultsAppearTogether)
+{
+    BatchPlan plan = library.plan();
+    plan.options.unit = BatchUnit::Component;
+    const auto component = read(written(plan));
+    plan.options.unit = BatchUnit::Plan;
+    const auto whole = read(written(plan));
+
+    ASSERT_TRUE(component && whole);
+    EXPECT_EQ(component->options.unit, BatchUnit::Component);
+    EXPECT_EQ(whole->options.unit, BatchUnit::Plan);
+}
+
+TEST_F(PlanFile, OfAnOlderProgramLetsEachPackageAppearByItself)
+{
+    const auto plan = read(replaced(written(library.plan()), "\"allOrNone\":null,\n", ""));
+
+    ASSERT_TRUE(plan) << reason.toStdString();
+    EXPECT_EQ(plan->options.unit, BatchUnit::Package);
+}
+
 TEST_F(PlanFile, IsNoFolder)
 {
     EXPECT_FALSE(readPlan(library.path("lib"), reason));
@@ -136,6 +158,8 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"Version", "\"ksx\":1", "\"ksx\":2", "ksx is no number of its range"},
         DamageCase{"Kind", "\"plan\":\"update\"", "\"plan\":\"merge\"", "plan is no known kind"},
         DamageCase{"Target", "\"target\":\"/", "\"target\":\"../", "target is no absolute path"},
+        DamageCase{"Unit", "\"allOrNone\":null", "\"allOrNone\":\"shard\"",
+                   "allOrNone is no known unit"},
         DamageCase{"Shards", "\"shards\":1", "\"shards\":0", "shards is no number of its range"},
         DamageCase{"NoPackages", "\"packages\":[", "\"packages\":1,\"others\":[",
                    "packages is no list"},

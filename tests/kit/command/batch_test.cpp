@@ -91,6 +91,24 @@ TEST_F(BatchCommand, PlansTheOthersOfAnUnreadablePackage)
     EXPECT_THAT(found.out, HasSubstr("packages: 1, "));
 }
 
+TEST_F(BatchCommand, NotesWhichResultsAppearTogether)
+{
+    const ToolRun component = run({"plan", "update", "--all-or-none", "lib", "--to", "out"});
+    const ToolRun whole =
+        run({"plan", "update", "lib", "--all-or-none", "--whole-plan", "--to", "out"});
+
+    EXPECT_THAT(component.out, HasSubstr("\"allOrNone\":\"component\""));
+    EXPECT_THAT(whole.out, HasSubstr("\"allOrNone\":\"plan\""));
+}
+
+TEST_F(BatchCommand, TakesWholePlansAloneIfAllOrNoneShallAppear)
+{
+    const ToolRun found = run({"plan", "update", "lib", "--whole-plan", "--to", "out"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    EXPECT_THAT(found.err, HasSubstr("'--whole-plan' is one of '--all-or-none'"));
+}
+
 TEST_F(BatchCommand, RefusesResultsAmongThePackages)
 {
     const ToolRun found = run({"plan", "update", "lib", "--to", "lib/out"});

@@ -38,6 +38,11 @@ QString realPath(const QString& path);
 // Two files that do not exist are never the same.
 bool isSameFile(const QString& a, const QString& b);
 
+// Gives a file the owner, the permissions and the extended attributes of another one, as FileSaver
+// does for a file that takes the place of another one. Waits until it is on disk as a whole. Returns
+// false on failure. A right that the process lacks is none.
+bool takeAttributesOf(const QString& path, const QString& former);
+
 // Returns false if relative paths lead nowhere, since the process's folder was deleted, cannot be
 // entered or has too long a path. Qt takes the root of the file system for it then.
 bool hasCurrentFolder();

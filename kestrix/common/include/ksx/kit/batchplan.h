@@ -30,6 +30,16 @@ std::optional<FileStamp> stampOf(const QString& file, QString& reason);
 // Returns whether a file still has the bytes of that state. Reads them only if its time differs.
 bool hasStamp(const QString& file, const FileStamp& stamp);
 
+// The packages whose results appear in the target together, or not at all.
+enum class BatchUnit
+{
+    // Each package by itself.
+    Package,
+    Component,
+    // All packages of the plan.
+    Plan,
+};
+
 // The choices of a user for a plan. All paths are absolute and without links.
 struct BatchOptions
 {
@@ -44,6 +54,7 @@ struct BatchOptions
     QStringList shared;
     // The time in seconds since 1970 that uids are taken from. None means the clock.
     std::optional<qint64> clock;
+    BatchUnit unit = BatchUnit::Package;
 
     // Returns whether a file is in one of the shared folders.
     bool isShared(const QString& file) const;

@@ -19,6 +19,7 @@ struct BatchResult
 {
     // The path in the target.
     QString output;
+    // True also for a result that waits for the others of the plan.
     bool isDone = false;
     // A sentence, if the package failed.
     QString reason;
@@ -51,8 +52,13 @@ struct BatchRunOptions
 // `take` is called with the result of each package, in the order in which they end. Packages that
 // are left out have none. Each shard gets a report in the folder ".ksx-batch" of the target.
 //
+// The results of a component or of the plan appear together if the plan says so. They are written to
+// a folder in ".ksx-batch" and verified, and take their places when all of them are there. A run
+// that is killed while they do is completed or taken back by the next run.
+//
 // Returns false with a sentence in `reason` if a shard cannot be run, such as while another run
-// works on it or another plan is run into the target. The other shards are run all the same.
+// works on it or another plan is run into the target, and if results cannot take their places. The
+// other shards are run all the same.
 //
 // The process must have no other thread.
 bool runBatch(const BatchPlan& plan, const BatchRunOptions& options,
@@ -66,12 +72,14 @@ enum class BatchState
     Pending,
     // The result is there as it was written.
     Done,
+    // The result was written, and waits for the others of the plan.
+    Staged,
     // The result was written, and it is not there any more or has other bytes.
     Changed,
     Failed,
 };
 
-// Returns the word for a state: "pending", "done", "changed" or "failed".
+// Returns the word for a state: "pending", "done", "staged", "changed" or "failed".
 QString wordOf(BatchState state);
 
 // A package with its state.
