@@ -15,10 +15,8 @@
 #include "packageparts.h"
 #include "sha256.h"
 #include <QBuffer>
+#include <QDataStream>
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <filesystem>
 
 namespace Ksx::Kit {
@@ -212,30 +210,31 @@ PlannedStamps plannedStamps(const BatchPlan& plan)
 
 QByteArray ComponentOutcome::toBytes() const
 {
-    QJsonArray failed;
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << quint32(failures.size());
     for (const Failure& failure : failures)
-        failed.append(QJsonArray{failure.file, failure.reason});
-    QJsonArray saved;
+        stream << failure.file << failure.reason;
+    stream << quint32(savings.size());
     for (const Saving& saving : savings)
-        saved.append(QJsonArray{QString::fromLatin1(saving.sha256), saving.reason});
-    return QJsonDocument(QJsonArray{failed, saved}).toJson(QJsonDocument::Compact);
+        stream << saving.sha256 << saving.reason;
+    return bytes;
 }
 
 std::optional<ComponentOutcome> ComponentOutcome::fromBytes(const QByteArray& bytes)
 {
-    const QJsonArray parts = QJsonDocument::fromJson(bytes).array();
-    if (parts.size() != 2)
-        return std::nullopt;
-    const QJsonArray failed = parts[0].toArray();
-    const QJsonArray saved = parts[1].toArray();
     ComponentOutcome outcome;
-    for (const auto& failure : failed)
-        outcome.failures.push_back(
-            {failure.toArray()[0].toString(), failure.toArray()[1].toString()});
-    for (const auto& saving : saved)
-        outcome.savings.push_back(
-            {saving.toArray()[0].toString().toLatin1(), saving.toArray()[1].toString()});
-    return outcome;
+    QDataStream stream(bytes);
+    quint32 count = 0;
+    for (stream >> count; count > 0 && stream.status() == QDataStream::Ok; --count) {
+        Failure& failure = outcome.failures.emplace_back();
+        stream >> failure.file >> failure.reason;
+    }
+    for (stream >> count; count > 0 && stream.status() == QDataStream::Ok; --count) {
+        Saving& saving = outcome.savings.emplace_back();
+        stream >> saving.sha256 >> saving.reason;
+    }
+    return stream.status() == QDataStream::Ok ? std::optional(std::move(outcome)) : std::nullopt;
 }
 
 ComponentOutcome updateComponent(const BatchPlan& plan, const PlannedStamps& stamps,

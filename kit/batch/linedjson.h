@@ -9,6 +9,9 @@ class QIODevice;
 
 namespace Ksx::Kit {
 
+// Returns a text as JSON has it, in quotation marks.
+QByteArray jsonText(const QString& text);
+
 // One object. Each of its members has a line, and so has each item of a list. No more than one item
 // is held.
 class LinedJson
@@ -20,6 +23,8 @@ public:
     void add(const char* name, const QJsonValue& value);
     void beginList(const char* name);
     void addItem(const QJsonObject& item);
+    // Adds an item that is JSON already, in one line.
+    void addItem(const QByteArray& item);
     void endList();
     // Ends the object. Returns false if the device did not take all of it.
     bool finish();

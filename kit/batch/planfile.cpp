@@ -89,19 +89,18 @@ public:
     explicit BadPlan(const QString& reason) : std::runtime_error(reason.toStdString()) {}
 };
 
-// A value of a plan, and its place for the reason of a failure.
+// A value of a plan, and its place for the reason of a failure. The value that it is in must outlive
+// it.
 class PlanValue
 {
 public:
-    PlanValue(const QJsonValue& value, const QString& place) : m_value(value), m_place(place) {}
+    explicit PlanValue(const QJsonValue& root) : m_value(root) {}
 
     PlanValue member(const char* name) const
     {
         if (!m_value.isObject())
             fail("is no object");
-        return {m_value.toObject().value(QLatin1String(name)),
-                m_place.isEmpty() ? QString(QLatin1String(name))
-                                  : m_place + '.' + QLatin1String(name)};
+        return {m_value[QLatin1String(name)], this, name, 0};
     }
     bool isNull() const { return m_value.isNull() || m_value.isUndefined(); }
 
@@ -171,19 +170,33 @@ public:
             fail("is no list");
         const QJsonArray items = m_value.toArray();
         for (int i = 0; i < items.size(); ++i)
-            take(PlanValue(items.at(i), QStringLiteral("%1[%2]").arg(m_place).arg(i)));
+            take(PlanValue(items.at(i), this, nullptr, i));
     }
 
     [[noreturn]] void fail(const char* reason) const
     {
         throw BadPlan(
             QStringLiteral("it is no sound plan: %1 %2")
-                .arg(m_place.isEmpty() ? QStringLiteral("it") : m_place, QLatin1String(reason)));
+                .arg(m_parent == nullptr ? QStringLiteral("it") : place(), QLatin1String(reason)));
     }
 
 private:
+    PlanValue(const QJsonValue& value, const PlanValue* parent, const char* name, int index)
+        : m_value(value), m_parent(parent), m_name(name), m_index(index)
+    {}
+
+    QString place() const
+    {
+        const QString before = m_parent->m_parent == nullptr ? QString() : m_parent->place();
+        if (m_name == nullptr)
+            return QStringLiteral("%1[%2]").arg(before).arg(m_index);
+        return (before.isEmpty() ? before : before + '.') + QLatin1String(m_name);
+    }
+
     QJsonValue m_value;
-    QString m_place;
+    const PlanValue* m_parent = nullptr; // null for the root
+    const char* m_name = nullptr;        // of the member, or null for an item of a list
+    int m_index = 0;
 };
 
 BatchUnit unitIn(const PlanValue& value)
@@ -329,7 +342,7 @@ std::optional<BatchPlan> readPlan(const QString& file, QString& reason)
             throw BadPlan(QStringLiteral("it is no sound plan: %1 at byte %2")
                               .arg(error.errorString())
                               .arg(error.offset));
-        return planIn(PlanValue(document.object(), {}));
+        return planIn(PlanValue(document.object()));
     } catch (const BadPlan& bad) {
         reason = QString::fromUtf8(bad.what());
         return std::nullopt;
