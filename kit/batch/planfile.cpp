@@ -291,7 +291,7 @@ BatchPlan planIn(const PlanValue& root)
 bool BatchOptions::isShared(const QString& file) const
 {
     return std::any_of(shared.begin(), shared.end(), [&](const QString& folder) {
-        return file.startsWith(folder.endsWith('/') ? folder : folder + '/');
+        return file == folder || file.startsWith(folder.endsWith('/') ? folder : folder + '/');
     });
 }
 

@@ -100,13 +100,35 @@ void UpdatePlanner::addFailure(const Failure& failure)
     m_plan.failures.push_back(failure);
 }
 
+// What a shared package needs is read by all that need that one, and so it is shared as well.
+void UpdatePlanner::shareNeeds()
+{
+    std::vector<std::size_t> pending;
+    for (std::size_t node = 0; node < m_nodes.size(); ++node) {
+        m_nodes[node].isShared = m_plan.options.isShared(m_nodes[node].file);
+        if (m_nodes[node].isShared)
+            pending.push_back(node);
+    }
+    while (!pending.empty()) {
+        const std::vector<std::size_t>& needs = m_nodes[pending.back()].needs;
+        pending.pop_back();
+        for (const std::size_t need : needs) {
+            if (m_nodes[need].isShared)
+                continue;
+            m_nodes[need].isShared = true;
+            m_plan.options.shared.append(m_nodes[need].file);
+            pending.push_back(need);
+        }
+    }
+}
+
 // Returns the first node of the component of each node.
 std::vector<std::size_t> UpdatePlanner::componentRoots() const
 {
     Components components(m_nodes.size());
     for (std::size_t node = 0; node < m_nodes.size(); ++node)
         for (const std::size_t need : m_nodes[node].needs)
-            if (!m_plan.options.isShared(m_nodes[need].file))
+            if (!m_nodes[need].isShared)
                 components.join(node, need);
     std::vector<std::size_t> roots(m_nodes.size());
     for (std::size_t node = 0; node < m_nodes.size(); ++node)
@@ -116,6 +138,7 @@ std::vector<std::size_t> UpdatePlanner::componentRoots() const
 
 BatchPlan UpdatePlanner::finish(unsigned shards)
 {
+    shareNeeds();
     const std::vector<std::size_t> roots = componentRoots();
     QHash<std::size_t, unsigned> numbers;
     std::vector<qint64> bytes;

@@ -48,6 +48,22 @@ TEST(UpdatePlan, DoesNotJoinPackagesByPresets)
     EXPECT_EQ(componentsOf(library.plan()), "a.obl 1, b.obl 2, presets/q.obl 3");
 }
 
+TEST(UpdatePlan, SharesWhatPresetsNeed)
+{
+    Library library;
+    library.with("a.obl", {"obl://q.obl"})
+        .with("b.obl", {"obl://q.obl"})
+        .with("presets/q.obl", {"../r.obl"})
+        .with("r.obl", {"s.obl"})
+        .with("s.obl");
+
+    const BatchPlan plan = library.plan();
+
+    EXPECT_EQ(componentsOf(plan), "a.obl 1, b.obl 2, presets/q.obl 3, r.obl 4, s.obl 5");
+    EXPECT_TRUE(plan.options.isShared(library.path("lib/s.obl")));
+    EXPECT_FALSE(plan.options.isShared(library.path("lib/s.obl.obl")));
+}
+
 TEST(UpdatePlan, JoinsPresetsThatAreNotSaidToBeShared)
 {
     Library library;

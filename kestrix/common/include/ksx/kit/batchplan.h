@@ -49,14 +49,14 @@ struct BatchOptions
     QString target;
     // Where "obl://" names lead to.
     QString presetsPath;
-    // Folders of packages that very many others need, such as presets. A need of one of these does
-    // not join packages.
+    // Folders of packages that very many others need, such as presets, and further packages that
+    // these need. A need of one of these does not join packages.
     QStringList shared;
     // The time in seconds since 1970 that uids are taken from. None means the clock.
     std::optional<qint64> clock;
     BatchUnit unit = BatchUnit::Package;
 
-    // Returns whether a file is in one of the shared folders.
+    // Returns whether a file is in one of the shared folders, or one of the shared packages.
     bool isShared(const QString& file) const;
 };
 

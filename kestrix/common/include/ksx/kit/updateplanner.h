@@ -71,10 +71,12 @@ private:
         FileStamp stamp = {};
         std::vector<std::size_t> needs = {};
         bool isScouted = false;
+        bool isShared = false;
     };
 
     void addInput(std::size_t folder, const QString& file);
     std::size_t nodeOf(const QString& file);
+    void shareNeeds();
     std::vector<std::size_t> componentRoots() const;
 
     BatchPlan m_plan;
