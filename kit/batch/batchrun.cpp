@@ -83,20 +83,34 @@ private:
         const auto lock = PlacingLock::take(m_plan, reason);
         if (lock)
             reason = recoverPlacements(m_plan, journalOfPlan());
-        if (reason.isEmpty() && haveAllResults()) {
-            QStringList outputs;
-            const std::vector<BatchStatus> states = statusOf(m_plan);
-            for (std::size_t i = 0; i < states.size(); ++i)
-                if (states[i].state == BatchState::Staged)
-                    outputs.append(m_plan.packages[i].output);
-                else if (states[i].state != BatchState::Done)
-                    return;
-            reason = placeResults(m_plan, journalOfPlan(), outputs);
-            if (reason.isEmpty())
-                removeLeftovers(m_plan, false);
+        if (reason.isEmpty()) {
+            if (const std::optional<QStringList> outputs = stagedOutputs())
+                reason = placeResults(m_plan, journalOfPlan(), *outputs);
+            else if (m_options.shard)
+                return; // the last of the other runs does it
+            else
+                reason = QStringLiteral("the results of the plan are not all there, and so none "
+                                        "takes its place");
         }
-        if (!reason.isEmpty())
+        if (reason.isEmpty())
+            removeLeftovers(m_plan, false);
+        else
             m_failures.append(reason);
+    }
+
+    // Returns the results that wait. Returns none if some are not there.
+    std::optional<QStringList> stagedOutputs() const
+    {
+        if (!haveAllResults())
+            return std::nullopt;
+        QStringList outputs;
+        const std::vector<BatchStatus> states = statusOf(m_plan);
+        for (std::size_t i = 0; i < states.size(); ++i)
+            if (states[i].state == BatchState::Staged)
+                outputs.append(m_plan.packages[i].output);
+            else if (states[i].state != BatchState::Done)
+                return std::nullopt;
+        return outputs;
     }
 
     // Says it without a look at the bytes, which most of the runs can spare.
@@ -141,6 +155,7 @@ private:
         std::stable_sort(components.begin(), components.end(),
                          [](const auto& a, const auto& b) { return a.first > b.first; });
         std::vector<Packages> sorted;
+        sorted.reserve(components.size());
         for (auto& [bytes, packages] : components)
             sorted.push_back(std::move(packages));
         return sorted;
@@ -228,26 +243,29 @@ private:
             return {};
         for (std::size_t i = 0; i < packages.size(); ++i)
             if (!outcome.savings[i].isSaved())
-                return othersFault(*packages[i], outcome.savings[i].reason);
+                return othersFault(m_plan.inputPath(*packages[i]), outcome.savings[i].reason);
         if (m_plan.options.unit == BatchUnit::Plan)
             return {};
-        const BatchPackage& first = *packages.front();
-        return placeResults(m_plan, journalOfComponent(first.shard, first.component),
-                            outputsOf(packages));
+        return placeResults(m_plan, journalOf(packages), outputsOf(packages));
     }
 
-    // Returns the reason for which the other packages of a unit have no results.
-    QString othersFault(const BatchPackage& package, const QString& reason) const
+    static QString journalOf(const Packages& packages)
     {
-        return QStringLiteral("%1 of its component has no result: %2")
-            .arg(m_plan.inputPath(package), reason);
+        return journalOfComponent(packages.front()->shard, packages.front()->component);
+    }
+
+    // Returns the reason for which the others of a component have no results if a file fails.
+    static QString othersFault(const QString& file, const QString& reason)
+    {
+        return QStringLiteral("%1 of its component has no result: %2").arg(file, reason);
     }
 
     // Notes the failures of packages, and `fault` for the other packages of the component.
     void failTogether(const Packages& packages, const ComponentOutcome& outcome,
                       const QString& fault)
     {
-        removeStaged(m_plan, outputsOf(packages));
+        if (!isPlacing(m_plan, journalOf(packages)))
+            removeStaged(m_plan, outputsOf(packages));
         for (std::size_t i = 0; i < packages.size(); ++i)
             fail({packages[i]}, outcome.savings[i].isSaved() ? fault : outcome.savings[i].reason);
     }
@@ -312,8 +330,7 @@ private:
             fail(others, QStringLiteral("it needs %1: %2")
                              .arg(failures.front().file, failures.front().reason));
         else if (m_plan.options.unit != BatchUnit::Package)
-            fail(others, QStringLiteral("%1 of its component has no result: %2")
-                             .arg(failures.front().file, failures.front().reason));
+            fail(others, othersFault(failures.front().file, failures.front().reason));
         else if (!others.empty())
             m_waiting.push_front({std::move(others), component.isSecondTry});
     }

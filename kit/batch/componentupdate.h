@@ -51,7 +51,7 @@ ComponentOutcome openOne(const BatchPlan& plan, const QString& file);
 // no file.
 ComponentOutcome updateAgain(const BatchPlan& plan, const BatchPackage& package);
 
-// Returns a sentence unless another update of a result has given these bytes.
-QString verificationFault(const ComponentOutcome& again, const QByteArray& sha256);
+// Returns a sentence unless another update of a result, whose outcome is given, has these bytes.
+QString verificationFault(const ComponentOutcome& outcome, const QByteArray& sha256);
 
 } // namespace Ksx::Kit

@@ -56,8 +56,9 @@ std::vector<BatchResult> resultsIn(const QString& file)
     Orv::Core::RegularFile device(file);
     if (!device.open(QIODevice::ReadOnly) || device.size() > LargestReport)
         return results;
-    while (!device.atEnd()) {
-        QByteArray line = device.readLine().trimmed();
+    // The end of a device that fails is never told, but it has no more lines.
+    for (QByteArray line = device.readLine(); !line.isEmpty(); line = device.readLine()) {
+        line = line.trimmed();
         if (line.endsWith(','))
             line.chop(1);
         const QJsonObject object = QJsonDocument::fromJson(line).object();

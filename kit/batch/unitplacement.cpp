@@ -49,20 +49,43 @@ std::string parentOf(const std::string& path)
     return fs::path(path).parent_path();
 }
 
-bool isThere(const std::string& path)
+// The answer of the system about a name. Whoever takes an error for a missing file would forget that
+// file.
+enum class Answer
+{
+    No,
+    Yes,
+    Unknown,
+};
+
+Answer isThere(const std::string& path)
 {
     struct stat status = {};
-    return lstat(path.c_str(), &status) == 0;
+    if (lstat(path.c_str(), &status) == 0)
+        return Answer::Yes;
+    return errno == ENOENT || errno == ENOTDIR ? Answer::No : Answer::Unknown;
 }
 
-// Returns true if both names are of one file.
-bool isOneFile(const std::string& a, const std::string& b)
+// Tells whether both names are of one file. Both are there as a rule.
+Answer isOneFile(const std::string& a, const std::string& b)
 {
     struct stat first = {};
     struct stat second = {};
-    return lstat(a.c_str(), &first) == 0 && lstat(b.c_str(), &second) == 0 &&
-           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    if (lstat(a.c_str(), &first) != 0 || lstat(b.c_str(), &second) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? Answer::No : Answer::Unknown;
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino ? Answer::Yes
+                                                                          : Answer::No;
 }
+
+// How far a result has come.
+enum class Step
+{
+    Staged,
+    // It was taken back in part, and has both names.
+    Both,
+    Placed,
+    Unknown,
+};
 
 bool makeFolder(const std::string& folder)
 {
@@ -88,7 +111,7 @@ public:
     void add(const QString& output)
     {
         add(output, true);
-        m_entries.back().replaces = isThere(m_entries.back().place);
+        m_entries.back().replaces = isThere(m_entries.back().place) != Answer::No;
     }
 
     // Adds the results of a placement that has begun. Returns false if its journal cannot be read.
@@ -116,7 +139,8 @@ public:
                 removeFormers();
                 return reason;
             }
-        if (writeJournal())
+        // One result needs none: it is there or not.
+        if (m_entries.size() == 1 || writeJournal())
             return {};
         removeFormers();
         return QStringLiteral("the file %1 cannot be written").arg(m_journal);
@@ -125,11 +149,9 @@ public:
     // Makes the second names again that a placement lacks which was taken back in part.
     bool beginAgain() const
     {
-        for (const Entry& entry : m_entries)
-            if (isThere(entry.staged) && !isOneFile(entry.staged, entry.place) &&
-                !prepare(entry).isEmpty())
-                return false;
-        return true;
+        return std::all_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
+            return stepOf(entry) != Step::Staged || prepare(entry).isEmpty();
+        });
     }
 
     // Returns a sentence on failure. Some results may be in their places then.
@@ -151,11 +173,11 @@ public:
         return areFoldersSynced() && isBack;
     }
 
-    // Forgets the placement, and then the former results.
+    // Forgets the placement, and then the former results. A journal that comes back when the power
+    // was lost has nothing to complete.
     void finish() const
     {
         unlink(Orv::toBytes(m_journal).c_str());
-        isSynced(Orv::toBytes(m_folder));
         removeFormers();
     }
 
@@ -194,7 +216,7 @@ private:
         struct stat former = {};
         if (lstat(entry.place.c_str(), &former) != 0 || !S_ISREG(former.st_mode))
             return QStringLiteral("%1 is no file").arg(place);
-        if (isOneFile(entry.former, entry.place))
+        if (isOneFile(entry.former, entry.place) == Answer::Yes)
             return {};
         unlink(entry.former.c_str());
         if (!Orv::Core::takeAttributesOf(Orv::fromBytes(entry.staged), place) ||
@@ -204,26 +226,42 @@ private:
         return {};
     }
 
+    static Step stepOf(const Entry& entry)
+    {
+        const Answer waits = isThere(entry.staged);
+        if (waits == Answer::No)
+            return Step::Placed;
+        const Answer isOne = isOneFile(entry.staged, entry.place);
+        if (waits == Answer::Unknown || isOne == Answer::Unknown)
+            return Step::Unknown;
+        return isOne == Answer::Yes ? Step::Both : Step::Staged;
+    }
+
     // Puts a result into its place unless it is there. Returns false on failure.
     static bool hasPlace(const Entry& entry)
     {
-        if (!isThere(entry.staged))
-            return true;
-        if (isOneFile(entry.staged, entry.place)) // it was taken back in part
+        switch (stepOf(entry)) {
+        case Step::Staged:
+            return rename(entry.staged.c_str(), entry.place.c_str()) == 0;
+        case Step::Both:
             return unlink(entry.staged.c_str()) == 0;
-        return rename(entry.staged.c_str(), entry.place.c_str()) == 0;
+        case Step::Placed:
+            return true;
+        default:
+            return false;
+        }
     }
 
     // Leaves each step in a state from which complete() can go on.
     static bool takeBack(const Entry& entry)
     {
-        const bool isPlaced = !isThere(entry.staged) || isOneFile(entry.staged, entry.place);
-        if (!isPlaced)
-            return true;
+        const Step step = stepOf(entry);
+        if (step == Step::Staged || step == Step::Unknown)
+            return step == Step::Staged;
         if (!entry.replaces)
             return rename(entry.place.c_str(), entry.staged.c_str()) == 0;
-        return isThere(entry.former) &&
-               (isThere(entry.staged) || link(entry.place.c_str(), entry.staged.c_str()) == 0) &&
+        return isThere(entry.former) == Answer::Yes &&
+               (step == Step::Both || link(entry.place.c_str(), entry.staged.c_str()) == 0) &&
                rename(entry.former.c_str(), entry.place.c_str()) == 0;
     }
 
@@ -308,6 +346,11 @@ QString placeResults(const BatchPlan& plan, const QString& journal, const QStrin
         placement.add(output);
     const QString reason = placement.begin();
     return reason.isEmpty() ? completeOrTakeBack(placement) : reason;
+}
+
+bool isPlacing(const BatchPlan& plan, const QString& journal)
+{
+    return Orv::Core::mayExist(stateFolder(plan) + '/' + journal);
 }
 
 QString recoverPlacements(const BatchPlan& plan, const QString& journals)

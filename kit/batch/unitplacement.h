@@ -16,8 +16,11 @@ QString allJournals();
 
 // Puts results that are staged into their places. Each former result is kept under a second name
 // meanwhile, so that all can be taken back, and a journal tells a later process what was begun.
-// Returns a sentence on failure. No result is in its place then.
+// Returns a sentence on failure. No result is in its place then, unless isPlacing() says so.
 QString placeResults(const BatchPlan& plan, const QString& journal, const QStringList& outputs);
+
+// Returns whether a placement has begun that could neither be completed nor taken back.
+bool isPlacing(const BatchPlan& plan, const QString& journal);
 
 // Completes what a process that was killed has left, or takes it back where that fails. `journals`
 // is a pattern of names. Returns a sentence if results can neither be placed nor taken back.
