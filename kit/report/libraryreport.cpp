@@ -9,6 +9,7 @@
 #include "packageparts.h"
 #include "report/filenames.h"
 #include "report/packagepage.h"
+#include "report/pageparts.h"
 #include <QSet>
 #include <deque>
 #include <functional>

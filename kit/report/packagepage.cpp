@@ -1,50 +1,11 @@
 #include "report/packagepage.h"
 
 #include "drawing/markup.h"
-#include <QLocale>
+#include "report/pageparts.h"
 
 namespace Ksx::Kit {
 
 namespace {
-
-constexpr std::size_t MaximumRows = 1000;
-constexpr int MaximumCell = 300; // characters
-
-// Returns the text of a cell, which is cut if it is long.
-QByteArray cell(const QString& text)
-{
-    return escaped(text.size() > MaximumCell ? text.left(MaximumCell) + QChar(0x2026) : text);
-}
-
-QByteArray code(const QString& text)
-{
-    return text.isEmpty() ? QByteArray() : "<code>" + cell(text) + "</code>";
-}
-
-QByteArray link(const QString& address, const QByteArray& text)
-{
-    return "<a href=\"" + escaped(address) + "\">" + text + "</a>";
-}
-
-QByteArray sizeText(qint64 size)
-{
-    return escaped(QLocale(QLocale::English).toString(size));
-}
-
-// Returns a section with a heading, or nothing for a section without content.
-QByteArray section(const char* name, const QByteArray& heading, const QByteArray& content)
-{
-    if (content.isEmpty())
-        return {};
-    return QByteArray("<section aria-labelledby=\"") + name + "\">\n<h2 id=\"" + name + "\">" +
-           heading + "</h2>\n" + content + "</section>\n";
-}
-
-QByteArray fact(const char* name, const QByteArray& value)
-{
-    return value.isEmpty() ? QByteArray()
-                           : QByteArray("<dt>") + name + "</dt><dd>" + value + "</dd>\n";
-}
 
 QByteArray factsOf(const Inventory& inventory)
 {
@@ -53,18 +14,9 @@ QByteArray factsOf(const Inventory& inventory)
            fact("Identifier", code(head.identifier)) + fact("Description", cell(head.description)) +
            fact("Author", cell(head.author)) + fact("Format", cell(head.formatVersion)) +
            fact("Updates", cell(inventory.updates.join(QChar(' ')))) +
-           fact("Size", sizeText(head.size) + " bytes, " +
+           fact("Size", groupedNumber(head.size) + " bytes, " +
                             escaped(counted(inventory.objectCount, "object", "objects"))) +
            "</dl>\n";
-}
-
-QByteArray placeOfFinding(const Finding& finding)
-{
-    QByteArray text = code(finding.place);
-    if (finding.line > 0)
-        text +=
-            escaped(QStringLiteral(" line %1, column %2").arg(finding.line).arg(finding.column));
-    return text;
 }
 
 QByteArray findingsText(const std::vector<Finding>& findings)
@@ -74,11 +26,10 @@ QByteArray findingsText(const std::vector<Finding>& findings)
                      QStringLiteral("What to do")});
     for (const Finding& finding : findings) {
         const FindingKind& kind = finding.kind();
-        const QByteArray severity = escaped(wordOf(kind.severity));
         if (table.hasRoom())
-            table.add({"<span class=\"" + severity + "\">" + severity + "</span>",
-                       cell(finding.text) + " <code>" + kind.name + "</code>",
-                       placeOfFinding(finding), escaped(QString::fromUtf8(kind.advice))});
+            table.add({severityText(kind.severity),
+                       cell(finding.text) + " <code>" + kind.name + "</code>", placeText(finding),
+                       escaped(QString::fromUtf8(kind.advice))});
     }
     return table.isEmpty() ? "<p>The check found nothing.</p>\n" : table.text();
 }
@@ -191,66 +142,11 @@ QByteArray resourcesText(const std::vector<Resource>& resources)
         if (table.hasRoom())
             table.add({code(resource.identifier), cell(resource.format),
                        resource.isFound ? "found" : "<span class=\"error\">missing</span>",
-                       sizeText(resource.size), code(resource.path)});
+                       groupedNumber(resource.size), code(resource.path)});
     return table.text();
 }
 
 } // namespace
-
-HtmlTable::HtmlTable(const QString& caption, const QStringList& heads)
-    : m_columns(static_cast<std::size_t>(heads.size()))
-{
-    m_begin = "<div class=\"scroll\" tabindex=\"0\" role=\"group\" aria-label=\"" + cell(caption) +
-              "\"><table>\n<caption>" + cell(caption) + "</caption>\n<thead><tr>";
-    for (const QString& head : heads)
-        m_begin += "<th scope=\"col\">" + escaped(head) + "</th>";
-    m_begin += "</tr></thead>\n<tbody>\n";
-}
-
-bool HtmlTable::hasRoom()
-{
-    return ++m_count <= MaximumRows;
-}
-
-void HtmlTable::add(const std::vector<QByteArray>& cells)
-{
-    Q_ASSERT(cells.size() == m_columns);
-    m_rows += "<tr>";
-    for (const QByteArray& one : cells)
-        m_rows += "<td>" + one + "</td>";
-    m_rows += "</tr>\n";
-}
-
-QByteArray HtmlTable::text() const
-{
-    if (isEmpty())
-        return {};
-    QByteArray rest;
-    if (m_count > MaximumRows)
-        rest = "<tr><td colspan=\"" + QByteArray::number(qulonglong(m_columns)) + "\">" +
-               QByteArray::number(qulonglong(m_count - MaximumRows)) + " more</td></tr>\n";
-    return m_begin + m_rows + rest + "</tbody></table></div>\n";
-}
-
-QString counted(std::size_t number, const char* one, const char* many)
-{
-    return QStringLiteral("%1 %2").arg(number).arg(QLatin1String(number == 1 ? one : many));
-}
-
-QByteArray pageBegin(const QString& title, const QByteArray& root, const QStringList& scripts)
-{
-    // Nothing in a package may load or run anything, even if a name got through as markup.
-    QByteArray text =
-        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
-        "style-src 'self' file:; script-src 'self' file:; base-uri 'none'; form-action 'none'\">\n"
-        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-        "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-        cell(title) + "</title>\n<link rel=\"stylesheet\" href=\"" + root + "report.css\">\n";
-    for (const QString& script : scripts)
-        text += "<script defer src=\"" + root + escaped(script) + "\"></script>\n";
-    return text + "</head>\n";
-}
 
 QByteArray pageText(const PageContent& content)
 {

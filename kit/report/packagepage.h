@@ -44,30 +44,4 @@ struct PageContent
 // Returns a page of HTML.
 QByteArray pageText(const PageContent& content);
 
-// Returns the beginning of a page, up to the content of its body. `root` leads to the folder of the
-// report: "" or "../". The scripts are file names in it.
-QByteArray pageBegin(const QString& title, const QByteArray& root, const QStringList& scripts);
-
-// Returns "1 node", "2 nodes".
-QString counted(std::size_t number, const char* one, const char* many);
-
-// Writes a table of a bounded number of rows. Each cell is HTML.
-class HtmlTable
-{
-public:
-    HtmlTable(const QString& caption, const QStringList& heads);
-
-    // Returns false beyond the bound. The row is then only counted.
-    bool hasRoom();
-    void add(const std::vector<QByteArray>& cells);
-    bool isEmpty() const { return m_count == 0; }
-    QByteArray text() const;
-
-private:
-    QByteArray m_begin;
-    QByteArray m_rows;
-    std::size_t m_columns;
-    std::size_t m_count = 0;
-};
-
 } // namespace Ksx::Kit

@@ -2,7 +2,7 @@
 #include "drawing/markup.h"
 #include "ksx/kit/drawing.h"
 #include "ksx/kit/report.h"
-#include "report/packagepage.h"
+#include "report/pageparts.h"
 #include "report/reportassets.h"
 #include <QJsonArray>
 #include <QJsonDocument>
