@@ -8,20 +8,12 @@ import subprocess
 import urllib.parse
 
 import pytest
-from selenium import webdriver
-from selenium.common.exceptions import WebDriverException
+from reportbrowser import console_of, start
 from selenium.webdriver import ActionChains, Keys
-from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 
 KSX = os.environ["KESTRIX_KSX"]
 EXAMPLES = pathlib.Path(os.environ["KESTRIX_EXAMPLES"])
-
-# Files of a browser for one test: no network of its own, no question at the first start.
-OPTIONS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-           "--disable-background-networking", "--disable-component-update", "--disable-sync",
-           "--window-size=1300,900"]
-PROGRAMS = ["/usr/bin/chromium", "/usr/bin/chromedriver"]
 
 HOSTILE = "</script><img src=x onerror=window.hacked=1><b>'\"&"
 
@@ -53,34 +45,8 @@ def report_folder(tmp_path_factory):
     return folder
 
 
-def start(folder, is_dark):
-    options = webdriver.ChromeOptions()
-    options.binary_location = PROGRAMS[0]
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-    for option in [*OPTIONS, f"--user-data-dir={folder}"]:
-        options.add_argument(option)
-    try:
-        browser = webdriver.Chrome(options=options, service=Service(PROGRAMS[1]))
-    except WebDriverException as error:
-        pytest.skip(f"Chromium cannot be started: {error}")
-    scheme = {"name": "prefers-color-scheme", "value": "dark" if is_dark else "light"}
-    browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": [scheme]})
-    return browser
-
-
-@pytest.fixture(scope="module", name="browser")
-def light_browser(tmp_path_factory):
-    browser = start(tmp_path_factory.mktemp("profile"), is_dark=False)
-    yield browser
-    browser.quit()
-
-
 def go(browser, report, page):
     browser.get((report / page).as_uri())
-
-
-def console_of(browser):
-    return [entry["message"] for entry in browser.get_log("browser")]
 
 
 def shown_packages(browser):
@@ -161,6 +127,14 @@ def test_the_search_shows_all_again_when_it_is_empty(browser, report):
     browser.find_element(By.ID, "search").send_keys(Keys.CONTROL, "a")
     browser.find_element(By.ID, "search").send_keys(Keys.DELETE)
     assert len(shown_packages(browser)) > 20
+
+
+def test_a_head_sorts_the_index_by_numbers(browser, report):
+    go(browser, report, "index.html")
+    browser.find_element(By.XPATH, "//th[.='Inputs']/button").click()
+    cells = browser.find_elements(By.CSS_SELECTOR, "tbody tr td:nth-child(5)")
+    numbers = [int(cell.text) for cell in cells]
+    assert numbers == sorted(numbers) and numbers[0] < 9 < numbers[-1]
 
 
 def test_a_hit_leads_to_its_graph(browser, report):

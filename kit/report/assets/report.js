@@ -182,18 +182,61 @@ class PictureView {
   }
 }
 
+// Sorts the rows of a table by a column when its head is pressed, and turns them around when it is
+// pressed again.
+class Sorting {
+  constructor(table) {
+    this.body = table.tBodies[0];
+    this.order = new Intl.Collator("en", {numeric: true});
+    this.heads = [...table.tHead.rows[0].cells];
+    this.heads.forEach((head, column) => {
+      const button = element("button", {type: "button"}, ...head.childNodes);
+      button.addEventListener("click", () => this.sort(column));
+      head.append(button);
+    });
+  }
+
+  sort(column) {
+    const head = this.heads[column];
+    const sign = head.getAttribute("aria-sort") === "ascending" ? -1 : 1;
+    for (const other of this.heads) other.removeAttribute("aria-sort");
+    head.setAttribute("aria-sort", sign > 0 ? "ascending" : "descending");
+    const rows = [...this.body.rows].map(row => ({row, key: this.keyOf(row.cells[column])}));
+    rows.sort((one, other) => sign * this.order.compare(one.key, other.key));
+    for (const {row} of rows) this.body.append(row);
+  }
+
+  keyOf(cell) {
+    const text = cell.textContent.trim();
+    return cell.classList.contains("number") ? text.replaceAll(",", "") : text;
+  }
+}
+
 function searchable(item) {
   return item.filter(text => typeof text === "string").join(" ").toLowerCase();
+}
+
+// The packages of the index with the data of the library, which lies in a file of its own.
+function packagesOfLibrary() {
+  return [...document.querySelectorAll("tr[data-page]")].map((row, number) => {
+    const data = ksxLibrary[number];
+    return {row, data, text: searchable([data.title, data.file, data.description]),
+            objects: data.objects.map(object => ({object, text: searchable(object)}))};
+  });
+}
+
+// The packages of a table whose rows have all that is searched.
+function packagesOfTable(table) {
+  return [...table.tBodies[0].rows].map(row =>
+    ({row, text: searchable([row.textContent]), objects: []}));
 }
 
 class Search {
   constructor(input) {
     this.status = document.getElementById("status");
-    this.packages = [...document.querySelectorAll("tr[data-page]")].map((row, number) => {
-      const data = ksxLibrary[number];
-      return {row, data, text: searchable([data.title, data.file, data.description]),
-              objects: data.objects.map(object => ({object, text: searchable(object)}))};
-    });
+    const table = document.querySelector("table.searched");
+    this.packages = table ? packagesOfTable(table) : packagesOfLibrary();
+    this.hasObjects = !table;
     input.form.addEventListener("submit", event => event.preventDefault());
     input.addEventListener("input", () => this.run(input.value));
     this.run(input.value);
@@ -213,7 +256,7 @@ class Search {
       this.showHits(one, packages <= MaximumHitPackages ? hits : []);
     }
     const count = (number, word) => `${number} ${word}${number === 1 ? "" : "s"}`;
-    this.status.textContent = words.length === 0
+    this.status.textContent = words.length === 0 || !this.hasObjects
       ? count(packages, "package")
       : `${count(packages, "package")}, ${count(objects, "object")} found`;
   }
@@ -234,6 +277,7 @@ class Search {
 }
 
 showUsers();
+for (const table of document.querySelectorAll("table")) new Sorting(table);
 for (const figure of document.querySelectorAll("figure.picture")) new PictureView(figure);
 // The pictures have other heights now than when the browser went to the address.
 if (performance.getEntriesByType("navigation")[0]?.type === "navigate")
