@@ -29,10 +29,10 @@ const Part Parts[] = {
     {"run", {"jobs", "memory", "shard", "time"}, &runBatchPlan},
     {"resume", {"jobs", "memory", "shard", "time"}, &resumeBatch},
     {"status", {"json"}, &showBatchStatus},
-    {"report", {"json"}, &reportBatch},
+    {"report", {"check", "html", "jobs", "json"}, &reportBatch},
     {"verify", {"jobs", "memory", "shard", "time"}, &verifyBatchResults},
     {"commands", {}, &listBatchCommands},
-    {"submit", {"memory", "slurm", "time"}, &submitBatch},
+    {"submit", {"html", "memory", "slurm", "time"}, &submitBatch},
 };
 
 const Part& partOf(const Request& request)
@@ -76,10 +76,22 @@ void declareBatchOptions(po::options_description& options)
          "run, resume, verify, submit: The memory that a package may take. Without it 1024.")
         ("time", po::value<unsigned>()->value_name("SECONDS"),
          "run, resume, verify, submit: The time that a package may take. Without it 600.")
+        ("check", po::bool_switch(),
+         "report: Adds the findings of a check of the results.")
+        ("html", po::value<std::string>()->value_name("FILE"),
+         "report, submit: Writes the report there as well, as a page of HTML with the findings "
+         "of a check.")
         ("slurm", po::bool_switch(),
          "submit: Hands the shards to Slurm. Words behind '--' are options of its sbatch.");
     // clang-format on
     declareReadingOptions(options);
+}
+
+QString planFile(const Request& request)
+{
+    if (request.operands.size() != 1)
+        throw UsageError("One plan is needed");
+    return request.operands.front();
 }
 
 std::optional<BatchPlan> openPlan(const QString& file)

@@ -1,25 +1,17 @@
-// The parts "run", "resume", "status", "report", "verify" and "commands" of the command "batch".
+// The parts "run", "resume", "status", "verify" and "commands" of the command "batch".
 #include "command/batchcommand.h"
 #include "command/jsonoutput.h"
 #include "command/packagework.h"
 #include "command/texttable.h"
 #include "console.h"
 #include "data/filename.h"
-#include "ksx/kit/batchrun.h"
+#include "ksx/kit/batchreport.h"
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace Ksx::Kit {
 
 namespace {
-
-QString planFile(const Request& request)
-{
-    if (request.operands.size() != 1)
-        throw UsageError("One plan is needed");
-    return request.operands.front();
-}
 
 std::optional<BatchPlan> planOf(const Request& request)
 {
@@ -93,52 +85,12 @@ int runPlan(const Request& request, bool resumes)
     return isRun && failed == 0 ? NothingFound : CannotDo;
 }
 
-// The number of packages in each state.
-constexpr std::array<BatchState, 5> States = {BatchState::Done, BatchState::Staged,
-                                              BatchState::Changed, BatchState::Failed,
-                                              BatchState::Pending};
-using Counts = std::array<int, States.size()>;
-
-QString countsText(const Counts& counts)
-{
-    QStringList parts;
-    for (std::size_t i = 0; i < States.size(); ++i)
-        if (States[i] != BatchState::Staged || counts[i] > 0)
-            parts.append(QStringLiteral("%1: %2").arg(wordOf(States[i])).arg(counts[i]));
-    return parts.join(QStringLiteral(", "));
-}
-
-int& countOf(Counts& counts, BatchState state)
-{
-    const auto place = std::find(States.begin(), States.end(), state) - States.begin();
-    return counts[static_cast<std::size_t>(place)];
-}
-
-bool isAllDone(const std::vector<BatchStatus>& states)
-{
-    return std::all_of(states.begin(), states.end(),
-                       [](const BatchStatus& status) { return status.state == BatchState::Done; });
-}
-
-QJsonObject shardJson(unsigned shard, const Counts& counts)
+QJsonObject shardJson(unsigned shard, const BatchCounts& counts)
 {
     QJsonObject object{{"shard", qint64(shard)}};
-    for (std::size_t i = 0; i < States.size(); ++i)
-        object[wordOf(States[i])] = counts[i];
+    for (const BatchState state : BatchStates)
+        object[wordOf(state)] = qint64(countOf(counts, state));
     return object;
-}
-
-QJsonObject packageJson(const BatchPackage& package, const BatchStatus& status,
-                        const BatchPlan& plan)
-{
-    return {{"file", plan.inputPath(package)},
-            {"output", plan.outputPath(package)},
-            {"shard", qint64(package.shard)},
-            {"component", qint64(package.component)},
-            {"state", wordOf(status.state)},
-            {"reason", status.result.reason},
-            {"sha256", QString::fromLatin1(status.result.sha256)},
-            {"seconds", status.result.seconds}};
 }
 
 } // namespace
@@ -159,11 +111,11 @@ int showBatchStatus(const Request& request)
     if (!plan)
         return CannotDo;
     const std::vector<BatchStatus> states = statusOf(*plan);
-    std::map<unsigned, Counts> shards;
-    Counts all = {};
+    std::map<unsigned, BatchCounts> shards;
+    BatchCounts all;
     for (std::size_t i = 0; i < states.size(); ++i) {
-        ++countOf(shards[plan->packages[i].shard], states[i].state);
-        ++countOf(all, states[i].state);
+        ++shards[plan->packages[i].shard][states[i].state];
+        ++all[states[i].state];
     }
     if (request.has("json")) {
         JsonList list("batch status", "shards");
@@ -175,39 +127,7 @@ int showBatchStatus(const Request& request)
             printLine(QStringLiteral("shard %1: %2").arg(shard).arg(countsText(counts)));
         printLine(QStringLiteral("all: %1").arg(countsText(all)));
     }
-    return isAllDone(states) ? NothingFound : SomethingFound;
-}
-
-int reportBatch(const Request& request)
-{
-    const std::optional<BatchPlan> plan = planOf(request);
-    if (!plan)
-        return CannotDo;
-    const std::vector<BatchStatus> states = statusOf(*plan);
-    std::optional<JsonList> json;
-    if (request.has("json"))
-        json.emplace("batch report", "packages");
-    Counts all = {};
-    double seconds = 0;
-    for (std::size_t i = 0; i < states.size(); ++i) {
-        const BatchPackage& package = plan->packages[i];
-        const BatchStatus& status = states[i];
-        ++countOf(all, status.state);
-        seconds += status.result.seconds;
-        if (json)
-            json->add(packageJson(package, status, *plan));
-        else if (status.state == BatchState::Failed)
-            printLine(QStringLiteral("%1: %2").arg(lineText(plan->inputPath(package)),
-                                                   lineText(status.result.reason)));
-        else if (status.state == BatchState::Changed)
-            printLine(QStringLiteral("%1: it is not as it was written")
-                          .arg(lineText(plan->outputPath(package))));
-    }
-    if (json)
-        json->finish(plan->failures);
-    else
-        printLine(QStringLiteral("%1, seconds: %2").arg(countsText(all)).arg(seconds, 0, 'f', 1));
-    return isAllDone(states) ? NothingFound : SomethingFound;
+    return countOf(all, BatchState::Done) == states.size() ? NothingFound : SomethingFound;
 }
 
 int verifyBatchResults(const Request& request)

@@ -29,10 +29,19 @@ QString taskScript(const QString& plan, const QString& bounds)
         .arg(program(), shellWord(plan), bounds);
 }
 
-QString reportScript(const QString& plan, const QString& report)
+QString reportScript(const QString& plan, const QString& report, const QString& page)
 {
-    return QStringLiteral("#!/bin/sh\nexec %1 batch report %2 --json > %3\n")
-        .arg(program(), shellWord(plan), shellWord(report));
+    return QStringLiteral("#!/bin/sh\nexec %1 batch report %2 --json%3 > %4\n")
+        .arg(program(), shellWord(plan), page, shellWord(report));
+}
+
+// Returns the words that let the last job write a page too.
+QString pageWords(const Request& request)
+{
+    const QString page = pagePath(request);
+    if (page.isEmpty())
+        return {};
+    return QStringLiteral(" --html %1 --jobs \"${SLURM_CPUS_PER_TASK:-1}\"").arg(shellWord(page));
 }
 
 QString boundsOf(const Request& request)
@@ -78,6 +87,7 @@ int submitBatch(const Request& request)
     if (words.isEmpty())
         throw UsageError("One plan is needed");
     const QString file = words.takeFirst();
+    const QString page = pageWords(request);
     const std::optional<BatchPlan> plan = openPlan(file);
     if (!plan)
         return CannotDo;
@@ -89,7 +99,7 @@ int submitBatch(const Request& request)
     if (array.isEmpty())
         return CannotDo;
     const QString report =
-        submit(reportScript(path, stateFolder(*plan) + QStringLiteral("/report.json")),
+        submit(reportScript(path, stateFolder(*plan) + QStringLiteral("/report.json"), page),
                words + QStringList{QStringLiteral("--job-name=ksx-batch-report"),
                                    QStringLiteral("--dependency=afterany:") + array});
     if (report.isEmpty())

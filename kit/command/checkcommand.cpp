@@ -1,9 +1,9 @@
 // The command "check", which finds the faults of packages.
 #include "command/colour.h"
 #include "command/commandtable.h"
+#include "command/findingtext.h"
 #include "command/jsonoutput.h"
 #include "command/packagework.h"
-#include "command/texttable.h"
 #include "data/filename.h"
 #include "ksx/kit/check.h"
 #include <algorithm>
@@ -38,33 +38,6 @@ std::set<FindingCode> ignoredCodes(const Request& request)
     return codes;
 }
 
-// "FILE:LINE:COLUMN", as far as it is known.
-QString locationOf(const QString& file, const Finding& finding)
-{
-    if (finding.line == 0)
-        return lineText(file);
-    return QStringLiteral("%1:%2:%3").arg(lineText(file)).arg(finding.line).arg(finding.column);
-}
-
-QString findingText(const QString& file, const Finding& finding, bool isColoured)
-{
-    const FindingKind& kind = finding.kind();
-    const Colour colour = kind.severity == Severity::Error ? Colour::Bad : Colour::Warning;
-    QString text =
-        QStringLiteral("%1: %2: %3 [%4]\n")
-            .arg(locationOf(file, finding), coloured(wordOf(kind.severity), colour, isColoured),
-                 lineText(finding.text), QLatin1String(kind.name));
-    if (!finding.place.isEmpty())
-        text += QStringLiteral("    at %1\n").arg(lineText(finding.place));
-    return text + QStringLiteral("    %1\n").arg(QLatin1String(kind.advice));
-}
-
-QString counted(std::size_t number, const char* word)
-{
-    return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(word),
-                                                     number == 1 ? QString() : QStringLiteral("s"));
-}
-
 // The findings as the user wants them, and their counts.
 class Results
 {
@@ -92,10 +65,7 @@ public:
         if (m_json)
             m_json->finish(files.failures);
         else
-            std::cout << Orv::toBytes(QStringLiteral("%1 and %2 in %3\n")
-                                          .arg(counted(m_errors, "error"),
-                                               counted(m_warnings, "warning"),
-                                               counted(m_packages, "package")));
+            std::cout << Orv::toBytes(findingSum(m_errors, m_warnings, m_packages)) << '\n';
     }
 
     bool hasFound(bool countsWarnings) const

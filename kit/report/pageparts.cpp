@@ -1,14 +1,36 @@
 #include "report/pageparts.h"
 
 #include "drawing/markup.h"
+#include "report/reportassets.h"
+#include <QCryptographicHash>
 #include <QLocale>
 
 namespace Ksx::Kit {
 
 namespace {
 
-constexpr std::size_t MaximumRows = 1000;
 constexpr int MaximumCell = 300; // characters
+const char* const NumberCell = "<td class=\"number\">";
+
+// Returns the beginning of the head of a page. Nothing in a package may load or run anything, even
+// if a name got through as markup: the browser takes styles and scripts of these sources alone.
+QByteArray headBegin(const QString& title, const QByteArray& styles, const QByteArray& scripts)
+{
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src " +
+           styles + "; script-src " + scripts +
+           "; base-uri 'none'; form-action 'none'\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
+           cell(title) + "</title>\n";
+}
+
+// Returns the source of a style or a script in the page itself.
+QByteArray sumOf(const char* text)
+{
+    return "'sha256-" + QCryptographicHash::hash(text, QCryptographicHash::Sha256).toBase64() +
+           '\'';
+}
 
 } // namespace
 
@@ -61,27 +83,24 @@ QByteArray placeText(const Finding& finding)
     return text;
 }
 
-HtmlTable::HtmlTable(const QString& caption, const QStringList& heads)
-    : m_columns(static_cast<std::size_t>(heads.size()))
+HtmlTable::HtmlTable(const QString& caption, const QStringList& heads, const HtmlTableForm& form)
+    : m_form(form), m_columns(static_cast<std::size_t>(heads.size()))
 {
     m_begin = "<div class=\"scroll\" tabindex=\"0\" role=\"group\" aria-label=\"" + cell(caption) +
-              "\"><table>\n<caption>" + cell(caption) + "</caption>\n<thead><tr>";
+              "\"><table" + form.attributes + ">\n<caption>" + cell(caption) +
+              "</caption>\n<thead><tr>";
     for (const QString& head : heads)
         m_begin += "<th scope=\"col\">" + escaped(head) + "</th>";
     m_begin += "</tr></thead>\n<tbody>\n";
 }
 
-bool HtmlTable::hasRoom()
-{
-    return ++m_count <= MaximumRows;
-}
-
 void HtmlTable::add(const std::vector<QByteArray>& cells)
 {
     Q_ASSERT(cells.size() == m_columns);
+    ++m_addedRows;
     m_rows += "<tr>";
-    for (const QByteArray& one : cells)
-        m_rows += "<td>" + one + "</td>";
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        m_rows += (i + m_form.numberColumns < m_columns ? "<td>" : NumberCell) + cells[i] + "</td>";
     m_rows += "</tr>\n";
 }
 
@@ -90,10 +109,10 @@ QByteArray HtmlTable::text() const
     if (isEmpty())
         return {};
     QByteArray rest;
-    if (m_count > MaximumRows)
-        rest = "<tr><td colspan=\"" + QByteArray::number(qulonglong(m_columns)) + "\">" +
-               QByteArray::number(qulonglong(m_count - MaximumRows)) + " more</td></tr>\n";
-    return m_begin + m_rows + rest + "</tbody></table></div>\n";
+    if (m_count > m_addedRows)
+        rest = "<tfoot><tr><td colspan=\"" + QByteArray::number(qulonglong(m_columns)) + "\">" +
+               QByteArray::number(qulonglong(m_count - m_addedRows)) + " more</td></tr></tfoot>\n";
+    return m_begin + m_rows + "</tbody>\n" + rest + "</table></div>\n";
 }
 
 QString counted(std::size_t number, const char* one, const char* many)
@@ -103,17 +122,22 @@ QString counted(std::size_t number, const char* one, const char* many)
 
 QByteArray pageBegin(const QString& title, const QByteArray& root, const QStringList& scripts)
 {
-    // Nothing in a package may load or run anything, even if a name got through as markup.
-    QByteArray text =
-        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
-        "style-src 'self' file:; script-src 'self' file:; base-uri 'none'; form-action 'none'\">\n"
-        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-        "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
-        cell(title) + "</title>\n<link rel=\"stylesheet\" href=\"" + root + "report.css\">\n";
+    QByteArray text = headBegin(title, "'self' file:", "'self' file:") +
+                      "<link rel=\"stylesheet\" href=\"" + root + "report.css\">\n";
     for (const QString& script : scripts)
         text += "<script defer src=\"" + root + escaped(script) + "\"></script>\n";
     return text + "</head>\n";
+}
+
+QByteArray wholePageBegin(const QString& title)
+{
+    return headBegin(title, sumOf(ReportStyle), sumOf(ReportScript)) + "<style>" + ReportStyle +
+           "</style>\n</head>\n";
+}
+
+QByteArray wholePageEnd()
+{
+    return QByteArray("<script>") + ReportScript + "</script>\n</body>\n</html>\n";
 }
 
 } // namespace Ksx::Kit

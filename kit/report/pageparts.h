@@ -34,23 +34,42 @@ QString counted(std::size_t number, const char* one, const char* many);
 // report: "" or "../". The scripts are file names in it.
 QByteArray pageBegin(const QString& title, const QByteArray& root, const QStringList& scripts);
 
+// Returns the beginning of a page that needs no other file, up to the content of its body.
+QByteArray wholePageBegin(const QString& title);
+// Returns the end of such a page, behind the content of its body.
+QByteArray wholePageEnd();
+
+// The form of a table.
+struct HtmlTableForm
+{
+    // The last columns are of numbers.
+    std::size_t numberColumns = 0;
+    std::size_t maximumRows = 1000;
+    // Such as " id=\"table\"".
+    const char* attributes = "";
+};
+
 // Writes a table of a bounded number of rows. Each cell is HTML.
 class HtmlTable
 {
 public:
-    HtmlTable(const QString& caption, const QStringList& heads);
+    HtmlTable(const QString& caption, const QStringList& heads, const HtmlTableForm& form = {});
 
     // Returns false beyond the bound. The row is then only counted.
-    bool hasRoom();
+    bool hasRoom() { return ++m_count <= m_form.maximumRows; }
+    // Counts rows that are not there.
+    void leaveOut(std::size_t rows) { m_count += rows; }
     void add(const std::vector<QByteArray>& cells);
     bool isEmpty() const { return m_count == 0; }
     QByteArray text() const;
 
 private:
+    HtmlTableForm m_form;
     QByteArray m_begin;
     QByteArray m_rows;
     std::size_t m_columns;
-    std::size_t m_count = 0;
+    std::size_t m_count = 0;     // all rows
+    std::size_t m_addedRows = 0; // the rows that are there
 };
 
 } // namespace Ksx::Kit

@@ -105,10 +105,14 @@ class JsonSchema(unittest.TestCase):
                             f"{folder}/out", "-o", plan], check=False, stdout=subprocess.DEVNULL)
             subprocess.run([KSX, "batch", "run", plan], check=False, capture_output=True)
             status, report = (output_of("batch", part, plan) for part in ("status", "report"))
+            checked = output_of("batch", "report", plan, "--check")
         self.assertNotEqual(status["shards"], [])
         self.assertEqual({package["state"] for package in report["packages"]}, {"done", "failed"})
         self.assertValid(status)
         self.assertValid(report)
+        self.assertEqual([package["state"] for package in checked["packages"]
+                          if package.get("findings")], ["done"] * 2)
+        self.assertValid(checked)
 
     def test_describes_the_format(self):
         self.assertValid(output_of("schema"))

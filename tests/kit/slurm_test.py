@@ -162,9 +162,9 @@ class Slurm(unittest.TestCase):
                              str(shards), "-o", f"{target}.json")
         self.assertEqual(planned.returncode, 0, planned.stderr)
 
-    def submit(self, target):
+    def submit(self, target, *options):
         """Hands the plan over, and answers the number of the last job."""
-        submitted = self.batch("submit", f"{target}.json", "--slurm", "--",
+        submitted = self.batch("submit", f"{target}.json", "--slurm", *options, "--",
                                f"--output={target}-%j.out")
         self.assertRegex(submitted.stdout, r"^tasks: \d+, report: \d+\n$", submitted.stderr)
         return submitted.stdout.split()[-1]
@@ -202,8 +202,9 @@ class Slurm(unittest.TestCase):
     def test_updates_a_library_on_two_nodes(self):
         self.plan("out", 8)
         self.plan("out-here", 1)
-        self.assertEnds(self.submit("out"))
+        self.assertEnds(self.submit("out", "--html", "out.html"))
         self.assertAllDone("out")
+        self.assertIn(f"<dd>{self.COUNT:,}, of ", (self.folder / "out.html").read_text())
 
     def test_goes_on_behind_a_node_that_is_killed(self):
         self.plan("lost", 4)
