@@ -11,14 +11,20 @@ NEED = """<dependency><filename v="{0}"/><uid v="{1}"/><type v="package"/><fileU
 <versionUID v="0"/></dependency>"""
 
 
+def write_package(path, needs, groups=""):
+    """A package that needs others, by the names in its file."""
+    path.parent.mkdir(exist_ok=True)
+    dependencies = "".join(NEED.format(name, 1000 + i) for i, name in enumerate(needs))
+    path.write_text(PACKAGE.format(name=path.stem, needs=dependencies, groups=groups))
+
+
 def make_library(folder, count):
     """Packages of which every third needs the one before."""
     folder.mkdir()
     groups = "".join(GROUP.format(number) for number in range(1, 200))
     for number in range(count):
-        needs = NEED.format(f"p{number - 1}.obl", 1000) if number % 3 == 2 else ""
-        text = PACKAGE.format(name=f"p{number}", needs=needs, groups=groups)
-        (folder / f"p{number}.obl").write_text(text)
+        needs = [f"p{number - 1}.obl"] if number % 3 == 2 else []
+        write_package(folder / f"p{number}.obl", needs, groups)
 
 
 def results_in(folder):
