@@ -1,4 +1,6 @@
-"""Refuses the tool memory: each allocation by itself, and all beyond a limit of address space."""
+"""Refuses the tool memory: each allocation by itself, and all beyond a limit of address space.
+
+Longer runs refuse all allocations from one on as well, and pairs of allocations by chance."""
 
 import resource
 
@@ -7,6 +9,7 @@ import scenes
 TITLE = "memory that is refused: each allocation, address space"
 ALLOCATIONS = 6000
 STEPS = 40
+PAIRS = 2000
 MIB = 1 << 20
 ENOUGH = 1024 * MIB
 
@@ -19,11 +22,11 @@ def archive():
 
 
 def check_allocation(context, case):
-    stage, number = case
+    stage, plan = case
     folder = context.workplace.empty_folder()
     scenes.prepare(stage, folder)
-    run = scenes.run_stage(context, stage, folder, f"alloc:{number}")
-    return scenes.failure_of(context, stage, f"FAULTS=alloc:{number}", folder, run)
+    run = scenes.run_stage(context, stage, folder, plan)
+    return scenes.failure_of(context, stage, f"FAULTS={plan}", folder, run)
 
 
 def run_within(context, stage, folder, amount, workers=1, arguments=None):
@@ -66,13 +69,35 @@ def allocations(context, stages):
     for stage in stages:
         step = max(1, -(-stage.counts["alloc"] // max(1, each)))
         for number in range(1, stage.counts["alloc"] + 1, step):
-            yield stage, number
+            yield stage, f"alloc:{number}"
+
+
+def allocations_for_good(stages):
+    for stage in stages:
+        for number in range(1, stage.counts["alloc"] + 1):
+            yield stage, f"alloc:{number}+"
+
+
+def pairs_of_allocations(context, stages):
+    """Pairs of allocations by chance: the second one meets the tool while it handles the first."""
+    for case in range(context.number(PAIRS)):
+        stage = stages[case % len(stages)]
+        random = context.random(context.seeds[case % len(context.seeds)], f"memory-{case}")
+        first = random.randint(1, stage.counts["alloc"])
+        yield stage, f"alloc:{first},alloc:{first + random.choice([1, 1, 2, 5, 20, 100, 500])}"
+
+
+def plans(context, stages):
+    yield from allocations(context, stages)
+    if context.share > 1:
+        yield from allocations_for_good(stages)
+        yield from pairs_of_allocations(context, stages)
 
 
 def run_stages(context, stages):
     stages = scenes.watched(context, stages)
     outcome = context.outcome_of(lambda case: check_allocation(context, case),
-                                 allocations(context, stages))
+                                 plans(context, stages))
     limits = [case for stage in stages for workers in (1, 2)
               for case in limits_for(context, stage, workers)]
     outcome.add(context.outcome_of(lambda case: check_limit(context, case), limits))
