@@ -8,8 +8,8 @@ import subprocess
 from pathlib import Path
 
 # A change in one of these libraries is linked alone: they are shared in this build.
-SHARED = ("orv", "ksx", "kestrixcli")
-EXECUTABLES = ("orv_tests", "ksx_tests", "imageformats_tests", "kestrix_tests")
+SHARED = ("orv", "ksx", "kestrixcli", "ksxkit")
+EXECUTABLES = ("orv_tests", "ksx_tests", "imageformats_tests", "kestrix_tests", "kit_tests")
 
 
 class BuildError(Exception):

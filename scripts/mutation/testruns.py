@@ -20,6 +20,8 @@ REACHING = {
     "data": ("ksx_tests", "kestrix_tests"),
     "core": ("ksx_tests", "kestrix_tests"),
     "cli": ("kestrix_tests",),
+    "console": ("kestrix_tests", "kit_tests"),
+    "kit": ("kit_tests",),
     "archives": ("ksx_tests", "kestrix_tests"),
     "imageformats": ("imageformats_tests", "ksx_tests", "kestrix_tests"),
 }
