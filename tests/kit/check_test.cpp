@@ -123,6 +123,36 @@ std::string packageWithRange(const std::string& defaultValue, const std::string&
     return packageWith(graph.text());
 }
 
+// An FX-map with one set of parameters, and nodes of the FX-map.
+std::string anFxMap(unsigned uid, const std::string& nodes)
+{
+    return aNode(
+        uid, replaced(aFilter("fxmaps"), "</compFilter>",
+                      "<paramsGraphs><paramsGraph><name v=\"\"/><uid v=\"81\"/>"
+                      "<paramsGraphDatas><paramsGraphData><identifier v=\"set\"/>"
+                      "<uid v=\"82\"/><type v=\"paramset\"/></paramsGraphData>"
+                      "</paramsGraphDatas><paramsGraphNodes>" +
+                          nodes + "</paramsGraphNodes></paramsGraph></paramsGraphs></compFilter>"));
+}
+
+std::string anFxMapNode(unsigned uid, const std::string& data, const std::string& connexions = {})
+{
+    return "<paramsGraphNode><uid v=\"" + std::to_string(uid) + "\"/><type v=\"paramset\"/>" +
+           GraphText::list("connexions", connexions) + "<data v=\"" + data +
+           "\"/></paramsGraphNode>";
+}
+
+// Two components, and options of the widget.
+std::string packageWithPair(const std::string& defaultValue, const std::string& bounds)
+{
+    GraphText graph;
+    graph.inputs = replaced(
+        anInput("i", 7, 512,
+                "<constantValueFloat2><value v=\"" + defaultValue + "\"/></constantValueFloat2>"),
+        "<options/>", "<options>" + bounds + "</options>");
+    return packageWith(graph.text());
+}
+
 std::string anOption(const std::string& name, const std::string& value)
 {
     return "<option><name v=\"" + name + "\"/><value v=\"" + value + "\"/></option>";
@@ -254,6 +284,15 @@ INSTANTIATE_TEST_SUITE_P(
         CheckCase{"UnknownFunction",
                   packageComputing(aBody(3, aFunctionNode(3, "guess"))),
                   {std::string("unknown-function ") + Node1}},
+        CheckCase{"NothingInAnFxMap", packageWithNodes(anFxMap(1, anFxMapNode(83, "82"))), {}},
+        CheckCase{"NoParameterSetOfAnFxMap",
+                  packageWithNodes(anFxMap(1, anFxMapNode(83, "9"))),
+                  {std::string("dangling-uid ") + Node1}},
+        CheckCase{
+            "CycleInAnFxMap",
+            packageWithNodes(anFxMap(1, anFxMapNode(83, "82", aConnexion("output1", 84, 0)) +
+                                            anFxMapNode(84, "82", aConnexion("output1", 83, 0)))),
+            {std::string("node-cycle ") + Node1}},
         CheckCase{"NoResultOfAFunction",
                   packageComputing(aBody(9, aFunctionNode(3, "cos"))),
                   {std::string("dangling-uid ") + Node1}},
@@ -269,6 +308,15 @@ INSTANTIATE_TEST_SUITE_P(
         CheckCase{
             "Below", packageWithRange("-0.5", anOption("min", "0")), {"out-of-range pkg://g"}},
         CheckCase{"Above", packageWithRange("2", anOption("max", "1")), {"out-of-range pkg://g"}},
+        CheckCase{"OneComponentAboveItsOwnBound",
+                  packageWithPair("0.5 2", anOption("max", "3 1")),
+                  {"out-of-range pkg://g"}},
+        CheckCase{"NothingForComponentsWithinTheirBounds",
+                  packageWithPair("0.5 2", anOption("min", "0 0") + anOption("max", "1 3")),
+                  {}},
+        CheckCase{"NothingForBoundsOfAnotherNumber",
+                  packageWithPair("0.5 2", anOption("max", "0 0 0")),
+                  {}},
         CheckCase{"NothingAtTheBounds",
                   packageWithRange("1", anOption("min", "1") + anOption("max", "1")),
                   {}},

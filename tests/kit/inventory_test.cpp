@@ -109,6 +109,17 @@ TEST_F(InventoryOf, ADependencyIsFoundByAWayRelativeToTheFile)
     EXPECT_TRUE(found->dependencies[0].isFound);
 }
 
+TEST_F(InventoryOf, ADependencyMayHaveAnAbsolutePath)
+{
+    directory.write("b.obl", "");
+
+    const auto found = take(aPackage().dependingOn(path("b.obl").toStdString(), 5));
+
+    EXPECT_EQ(found->dependencies[0].path, path("b.obl"));
+    EXPECT_EQ(found->dependencies[0].way, DependencyWay::Absolute);
+    EXPECT_EQ(wordOf(found->dependencies[0].way), "absolute");
+}
+
 TEST_F(InventoryOf, ADependencyIsRelativeToWhereTheFileReallyLies)
 {
     directory.write("real/b.obl", "");

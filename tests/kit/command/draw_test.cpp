@@ -6,7 +6,9 @@
 #include "support/temporarydirectory.h"
 #include "support/tool.h"
 #include "support/workspace.h"
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <gtest/gtest.h>
 #include <filesystem>
 
@@ -206,6 +208,57 @@ TEST_F(DrawCommand, WritesTheSameReportWithAnyNumberOfWorkers)
     EXPECT_EQ(directory.read("a/library.js"), directory.read("b/library.js"));
     EXPECT_EQ(directory.read("a/packages/city_facade.html"),
               directory.read("b/packages/city_facade.html"));
+}
+
+TEST_F(DrawCommand, TellsPagesAsJson)
+{
+    directory.write("a.obl", aPackageWith("oak"));
+
+    const ToolRun found = run({"draw", "--json", "--html", "out", "a.obl"});
+
+    EXPECT_EQ(found.exitCode, 0) << found;
+    const QJsonObject package = QJsonDocument::fromJson(QByteArray::fromStdString(found.out))
+                                    .object()["packages"]
+                                    .toArray()[0]
+                                    .toObject();
+    EXPECT_EQ(package["page"].toString(), "out/packages/a.html");
+    EXPECT_EQ(package["pictures"].toArray().size(), 0);
+}
+
+TEST_F(DrawCommand, TellsThatAPageCannotBeWritten)
+{
+    directory.write("a.obl", aPackageWith("oak"));
+    directory.write("b.obl", aPackageWith("pine"));
+    directory.makeDirectory("out/packages/a.html");
+
+    const ToolRun found = run({"draw", "--html", "out", "a.obl", "b.obl"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    EXPECT_EQ(found.err, "Error! a.obl: out/packages/a.html cannot be written\n");
+    EXPECT_TRUE(directory.exists("out/packages/b.html"));
+}
+
+TEST_F(DrawCommand, TellsThatAnIndexCannotBeWritten)
+{
+    directory.write("a.obl", aPackageWith("oak"));
+    directory.makeDirectory("out/index.html");
+
+    const ToolRun found = run({"draw", "--html", "out", "a.obl"});
+
+    EXPECT_EQ(found.exitCode, 2) << found;
+    EXPECT_EQ(found.err, "Error! out: out/index.html cannot be written\n");
+    EXPECT_EQ(found.out, "");
+}
+
+TEST_F(DrawCommand, AReportHasAllGraphsInItsOwnFormat)
+{
+    const ToolRun graph = run({"draw", "--html", "x", "--graph", "oak", "a.obl"});
+    const ToolRun format = run({"draw", "--html", "x", "--format", "png", "a.obl"});
+
+    EXPECT_EQ(graph.exitCode, 2) << graph;
+    EXPECT_EQ(graph.err, "Error! '--graph' goes with '--output' alone\nSee 'ksx draw --help'\n");
+    EXPECT_EQ(format.exitCode, 2) << format;
+    EXPECT_EQ(format.err, "Error! '--format' goes with '--output' alone\nSee 'ksx draw --help'\n");
 }
 
 TEST_F(DrawCommand, KnowsTwoFormats)

@@ -99,6 +99,19 @@ TEST_F(PreviewCommand, FindsAFileThatWouldBecomeAnother)
     EXPECT_EQ(directory.read("a_updated.obl"), "before");
 }
 
+TEST_F(PreviewCommand, TellsThatAnotherPackageTakesATargetInTheEnd)
+{
+    directory.write("a/wood.obl", aPackage().text());
+    directory.write("b/wood.obl", aPackage().text());
+    directory.makeDirectory("out");
+
+    const ToolRun found = run({"preview", "--output-path", "out", "a/wood.obl", "b/wood.obl"});
+
+    EXPECT_EQ(found.exitCode, 1) << found;
+    EXPECT_NE(found.out.find("gets the bytes of another package in the end\n"), std::string::npos)
+        << found;
+}
+
 TEST_F(PreviewCommand, TellsWhatTheUpdateSaysOfAMissingFile)
 {
     directory.write("a.obl", aPackage().text());

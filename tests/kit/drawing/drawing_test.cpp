@@ -379,6 +379,49 @@ TEST(Drawing, AFunctionHasItsOperationsVariablesConstantsAndResult)
     EXPECT_EQ(drawing.wires.size(), 1U);
 }
 
+TEST(Drawing, AnFxMapHasItsNodesWiresNotesAndResult)
+{
+    GraphText graph;
+    graph.nodes = aNode(
+        1, replaced(aFilter("fxmaps"), "</compFilter>",
+                    "<paramsGraphs><paramsGraph><name v=\"\"/><uid v=\"81\"/>"
+                    "<rootnode><value v=\"84\"/></rootnode><paramsGraphDatas/><paramsGraphNodes>"
+                    "<paramsGraphNode><uid v=\"83\"/><type v=\"addnode\"/><data v=\"82\"/>"
+                    "<GUIName v=\"Dots\"/></paramsGraphNode>"
+                    "<paramsGraphNode><uid v=\"84\"/><type v=\"paramset\"/>"
+                    "<disabled><value v=\"1\"/></disabled><connexions><connexion>"
+                    "<identifier v=\"output1\"/><connRef><value v=\"83\"/></connRef></connexion>"
+                    "</connexions><data v=\"82\"/></paramsGraphNode></paramsGraphNodes>"
+                    "<GUIObjects>" +
+                        aNote("comment", "dense", "0 0 0") +
+                        "</GUIObjects></paramsGraph></paramsGraphs></compFilter>"));
+    const auto package = packageFrom(aPackage().containing(graph.text()));
+    const auto& node = dynamic_cast<const Doc::Graph&>(package->content().at(0)).compNodes().at(0);
+    const auto& filter = dynamic_cast<const Doc::CompFilter&>(*node.compImplementation().get());
+
+    const Drawing drawing = GraphDrawer(*package).draw(filter.paramsGraphs().at(0));
+
+    ASSERT_EQ(drawing.boxes.size(), 2U);
+    EXPECT_EQ(drawing.boxes[0].title, "Dots");
+    EXPECT_EQ(drawing.boxes[0].detail, "addnode");
+    EXPECT_EQ(drawing.boxes[1].detail, "node of an FX-map");
+    EXPECT_TRUE(drawing.boxes[1].isDisabled);
+    EXPECT_TRUE(drawing.boxes[1].isResult);
+    EXPECT_EQ(drawing.wires.size(), 1U);
+    EXPECT_EQ(drawing.notes.size(), 1U);
+}
+
+TEST(Drawing, ACommentOfManyWordsHasALimitedNumberOfLines)
+{
+    const QString words = QStringLiteral("word ").repeated(1000);
+    const auto text = withNotes(aChain(), aNote("comment", words.toStdString(), "0 0 0"));
+
+    const Drawing drawing = drawingOf<Doc::Graph>(aPackage().containing(text));
+
+    EXPECT_EQ(drawing.notes.at(0).text.right(1), QString(QChar(0x2026)));
+    EXPECT_LT(drawing.notes[0].text.size(), 2000);
+}
+
 TEST(Drawing, AGraphOfAHundredThousandNodesIsDrawnInPart)
 {
     GraphText graph;

@@ -166,6 +166,25 @@ std::string aGraphBeside(const std::string& identifier)
     return withUid(aGraphCalled(identifier), "4", "45");
 }
 
+// A resource of that source. An empty one is none.
+std::string packageWithSource(const std::string& source)
+{
+    return packageWith(
+        replaced(aResource("r", "r.png"), "</resource>",
+                 source.empty() ? "</resource>" : "<source>" + source + "</source></resource>"));
+}
+
+std::string aCopyOf(const std::string& filename)
+{
+    return "<externalcopy><filename v=\"" + filename +
+           "\"/><lastModif v=\"\"/><checksum v=\"\"/></externalcopy>";
+}
+
+std::string anEmbedded(const std::string& data)
+{
+    return "<binembedded><datalength v=\"4\"/><strdata v=\"" + data + "\"/></binembedded>";
+}
+
 // Each of them has a connection to a node that is not there.
 std::string manyNodesFedByNone(unsigned count)
 {
@@ -225,6 +244,14 @@ INSTANTIATE_TEST_SUITE_P(
                                           aComputedParameter("opacity", 1,
                                                              aFunctionNode(1, "sqrt") +
                                                                  aFunctionNode(2, "tan"))))},
+        MergeCase{"OneSourceForAnother", packageWithSource(aCopyOf("a")),
+                  packageWithSource(anEmbedded("data")), packageWithSource(aCopyOf("a")),
+                  packageWithSource(anEmbedded("data"))},
+        MergeCase{"ASourceForNone", packageWithSource({}), packageWithSource(aCopyOf("a")),
+                  packageWithSource({}), packageWithSource(aCopyOf("a"))},
+        MergeCase{"TheSameSourceOnBothSides", packageWithSource({}),
+                  packageWithSource(anEmbedded("data")), packageWithSource(anEmbedded("data")),
+                  packageWithSource(anEmbedded("data"))},
         MergeCase{"TwoPlacesOfOneNode", packageWithNodes(placedAt(aBlend(1), "0 0 0")),
                   packageWithNodes(placedAt(aBlend(1), "1 0 0")),
                   packageWithNodes(placedAt(aBlend(1), "2 0 0")),
@@ -336,6 +363,16 @@ INSTANTIATE_TEST_SUITE_P(
                      packageWithNodes(aBlend(1)),
                      packageWithComment("bright"),
                      {"pkg://g: comment 8:  |  | "}},
+        ConflictCase{"TwoSources",
+                     packageWithSource({}),
+                     packageWithSource(aCopyOf("a")),
+                     packageWithSource(anEmbedded("data")),
+                     {"pkg://r: resource r, source:  | externalcopy | binembedded"}},
+        ConflictCase{"ASourceChangedAndReplaced",
+                     packageWithSource(aCopyOf("a")),
+                     packageWithSource(aCopyOf("b")),
+                     packageWithSource(anEmbedded("data")),
+                     {"pkg://r: resource r, source: externalcopy | externalcopy | binembedded"}},
         ConflictCase{"TwoConnections",
                      packageWithNodes(aBlend(1) + aBlend(3) + aBlendOf("1")),
                      packageWithNodes(aBlend(1) + aBlend(3) + aBlendOf("1", fedBy(1))),
@@ -416,6 +453,16 @@ TEST_F(MergeOf, TakesTheirValueInAConflictIfItIsTold)
               1u);
 
     EXPECT_EQ(merged(), packageWithNodes(aBlendOf("1")));
+}
+
+TEST_F(MergeOf, TakesTheWholeSourceOfThePreferredSide)
+{
+    options.preference = Preference::Theirs;
+
+    merge(packageWithSource(aCopyOf("a")), packageWithSource(aCopyOf("b")),
+          packageWithSource(anEmbedded("data")));
+
+    EXPECT_EQ(merged(), packageWithSource(anEmbedded("data")));
 }
 
 TEST_F(MergeOf, KeepsWhatThePreferredSideHasKept)
