@@ -33,6 +33,7 @@ struct OpenShard
 {
     ShardJournal journal;
     std::size_t packagesLeft = 0;
+    bool hasJournalFailed = false;
 };
 
 class Run
@@ -363,9 +364,11 @@ private:
         result.output = package.output;
         result.origin = m_origins[m_indices[&package]];
         OpenShard& shard = m_shards.at(package.shard);
-        if (!shard.journal.add(result))
+        if (!shard.hasJournalFailed && !shard.journal.add(result)) {
+            shard.hasJournalFailed = true;
             m_failures.append(
                 QStringLiteral("shard %1: its journal cannot be written").arg(package.shard));
+        }
         m_results[result.output] = result;
         m_take(package, result);
         --shard.packagesLeft;

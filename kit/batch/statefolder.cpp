@@ -9,9 +9,11 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -116,6 +118,20 @@ bool isLocked(const Descriptor& file, int operation)
     return uninterrupted([&] { return flock(file.number(), operation); }) == 0;
 }
 
+// Takes a lock that nobody else has. The copies of a run that was killed a moment ago may have it for
+// another moment.
+bool isLockedAlone(const Descriptor& file)
+{
+    constexpr int Attempts = 10;
+    constexpr std::chrono::milliseconds Pause{20};
+    for (int attempt = 1; !isLocked(file, LOCK_EX | LOCK_NB); ++attempt) {
+        if (attempt == Attempts)
+            return false;
+        std::this_thread::sleep_for(Pause);
+    }
+    return true;
+}
+
 QByteArray bytesOf(const Descriptor& file)
 {
     char bytes[128];
@@ -206,7 +222,7 @@ std::optional<TargetLock> TargetLock::take(const BatchPlan& plan, QString& reaso
     }
     // The first of the runs of a plan notes the plan. The others find it.
     const QByteArray sum = sumOf(plan);
-    if (isLocked(file, LOCK_EX | LOCK_NB)) {
+    if (isLocked(file, LOCK_EX | LOCK_NB) || (bytesOf(file) != sum && isLockedAlone(file))) {
         if (!replaceBytes(file, sum))
             reason = QStringLiteral("the folder %1 cannot be written").arg(folder);
         else
@@ -231,7 +247,7 @@ std::optional<ShardJournal> ShardJournal::begin(const BatchPlan& plan, unsigned 
         reason = QStringLiteral("the file %1.log cannot be written").arg(path);
         return std::nullopt;
     }
-    if (!isLocked(file, LOCK_EX | LOCK_NB)) {
+    if (!isLockedAlone(file)) {
         reason = QStringLiteral("another run works on it");
         return std::nullopt;
     }

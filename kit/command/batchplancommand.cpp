@@ -8,6 +8,7 @@
 #include "data/filename.h"
 #include "ksx/kit/updateplanner.h"
 #include <QFile>
+#include <algorithm>
 #include <filesystem>
 #include <set>
 
@@ -144,6 +145,18 @@ QString summaryOf(const BatchPlan& plan)
                       .arg(plan.failures.size());
 }
 
+// Returns true for a file that the plan is about, whatever it is called.
+bool isInPlan(const BatchPlan& plan, const QString& name)
+{
+    const QString file = Orv::Core::realPath(name);
+    return std::any_of(plan.packages.begin(), plan.packages.end(),
+                       [&](const auto& package) { return plan.inputPath(package) == file; }) ||
+           std::any_of(plan.sources.begin(), plan.sources.end(),
+                       [&](const auto& source) { return source.file == file; }) ||
+           std::any_of(plan.failures.begin(), plan.failures.end(),
+                       [&](const auto& failure) { return failure.file == file; });
+}
+
 bool isSaved(const BatchPlan& plan, const QString& name)
 {
     if (name.isEmpty()) {
@@ -161,6 +174,8 @@ int planBatch(const Request& request)
 {
     const BatchPlan plan = planOf(request);
     const QString output = request.text("output");
+    if (!output.isEmpty() && isInPlan(plan, output))
+        throw UsageError("The plan would take the place of the package " + Orv::toBytes(output));
     if (!isSaved(plan, output)) {
         printFailure({output.isEmpty() ? QStringLiteral("standard output") : output,
                       QStringLiteral("the plan cannot be written")});

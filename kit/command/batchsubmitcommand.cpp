@@ -102,8 +102,10 @@ int submitBatch(const Request& request)
         submit(reportScript(path, stateFolder(*plan) + QStringLiteral("/report.json"), page),
                words + QStringList{QStringLiteral("--job-name=ksx-batch-report"),
                                    QStringLiteral("--dependency=afterany:") + array});
-    if (report.isEmpty())
+    if (report.isEmpty()) {
+        printLine(QStringLiteral("tasks: %1").arg(array));
         return CannotDo;
+    }
     printLine(QStringLiteral("tasks: %1, report: %2").arg(array, report));
     return NothingFound;
 }

@@ -80,6 +80,23 @@ TEST_F(BatchCommand, SumsUpAPlanInAFile)
     EXPECT_TRUE(directory.exists("plan.json"));
 }
 
+TEST_F(BatchCommand, WritesNoPlanInPlaceOfAPackage)
+{
+    directory.write("lib/b.obl", "no package");
+    directory.makeLink("link", "lib/a.obl");
+    const std::string before = directory.files();
+
+    const ToolRun direct = run({"plan", "update", "lib", "--to", "out", "-o", "lib/a.obl"});
+    const ToolRun linked = run({"plan", "update", "lib", "--to", "out", "-o", "link"});
+    const ToolRun leftOut = run({"plan", "update", "lib", "--to", "out", "-o", "lib/b.obl"});
+
+    EXPECT_EQ(direct.exitCode, 2) << direct;
+    EXPECT_THAT(direct.err, HasSubstr("would take the place of the package lib/a.obl"));
+    EXPECT_EQ(linked.exitCode, 2) << linked;
+    EXPECT_EQ(leftOut.exitCode, 2) << leftOut;
+    EXPECT_EQ(directory.files(), before);
+}
+
 TEST_F(BatchCommand, PlansTheOthersOfAnUnreadablePackage)
 {
     directory.write("lib/b.obl", "no package");

@@ -27,7 +27,7 @@ struct FileStamp
 // sentence in `reason`.
 std::optional<FileStamp> stampOf(const QString& file, QString& reason);
 
-// Returns whether a file still has the bytes of that state. Reads them only if its time differs.
+// Returns whether a file still has the bytes of that state, whatever its time is.
 bool hasStamp(const QString& file, const FileStamp& stamp);
 
 // The packages whose results appear in the target together, or not at all.
