@@ -258,7 +258,7 @@ private:
     // Returns the reason for which the others of a component have no results if a file fails.
     static QString othersFault(const QString& file, const QString& reason)
     {
-        return QStringLiteral("%1 of its component has no result: %2").arg(file, reason);
+        return QStringLiteral("no package of its component has a result: %1: %2").arg(file, reason);
     }
 
     // Notes the failures of packages, and `fault` for the other packages of the component.

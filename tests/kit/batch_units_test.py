@@ -136,7 +136,7 @@ class Units(unittest.TestCase):
         run = self.batch("run", "out.json")
         self.assertEqual(run.returncode, 2)
         self.assertIn("lib/a1.obl: ", run.stderr)
-        self.assertIn("a2.obl of its component has no result: ", run.stderr)
+        self.assertIn("no package of its component has a result: ", run.stderr)
         self.assertEqual(self.components(results_in(self.target), former, latest),
                          {"a": "former", "b": "latest", "c": "latest"})
         self.assertEqual(self.waiting(), [])
