@@ -135,7 +135,7 @@ public:
     QString begin()
     {
         for (const Entry& entry : m_entries)
-            if (const QString reason = prepare(entry); !reason.isEmpty()) {
+            if (QString reason = prepare(entry); !reason.isEmpty()) {
                 removeFormers();
                 return reason;
             }
@@ -309,7 +309,7 @@ private:
 
 QString completeOrTakeBack(const Placement& placement)
 {
-    const QString reason = placement.complete();
+    QString reason = placement.complete();
     if (reason.isEmpty() || placement.takeBack()) {
         placement.finish();
         return reason;
