@@ -28,7 +28,7 @@ using Core::PackagesListManager;
 using Packages = std::vector<const BatchPackage*>;
 using Entry = PackagesListManager::DependencyEntry;
 
-// The documents of a process that ends without taking them apart.
+// The open documents of one component. A process has those of one at a time.
 class Documents
 {
 public:
@@ -57,8 +57,7 @@ public:
     }
 
     // Opens a result by the uid that it has for itself, as if another package asked for it. `file` has
-    // its bytes, and `place` is its path.
-    // Returns an empty box on failure.
+    // its bytes, and `place` is its path. Returns an empty box on failure.
     PackagesListManager::PackageBox openResult(const QString& file, const QString& place,
                                                std::int32_t uid)
     {
